@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+#include <exception>
+
+namespace sendrel {
+
+// A failure as the program passes it upward: number, source and description.
+// Routines add their tag in front of the description and raise it again (the error trail).
+class SendrelError : public std::exception {
+public:
+    SendrelError(long number, QString source, QString description);
+
+    long number() const { return m_number; }
+    const QString &source() const { return m_source; }
+    const QString &description() const { return m_description; }
+
+    // The same failure with "tag", a line break and the old description.
+    SendrelError tagged(const QString &tag) const;
+    // The same number and source with a new description.
+    SendrelError withDescription(const QString &description) const;
+
+    const char *what() const noexcept override;
+
+private:
+    long m_number;
+    QString m_source;
+    QString m_description;
+    QByteArray m_what;
+};
+
+// Failure numbers that the program tests for.
+namespace ErrNo {
+constexpr long InvalidCall = 5;          // a settings key that is not there, a bad argument
+constexpr long Overflow = 6;             // a 16-bit conversion out of range
+constexpr long FileNotFound = 53;
+constexpr long PathNotFound = 76;
+constexpr long ItemNotFound = 3265;      // a field or column that does not exist
+constexpr long ClosedObject = 3704;      // closing a closed connection
+constexpr long DialogCancelled = 32755;  // a file dialog cancelled
+constexpr long DatabaseFailure = -2147467259;   // the database layer's general failure
+constexpr long CommandFailure = -2147217900;    // a statement the database refused
+}
+
+// Tag of the shared routine modules in the error trail.
+inline const QString kTreeModelTag = QStringLiteral("Module:TREEMODL");
+
+}  // namespace sendrel

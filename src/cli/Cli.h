@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QTextStream>
+
+namespace sendrel {
+
+// The headless tool. Exit status: 0 success, 1 failure (message on err), 2 usage error.
+struct CliContext {
+    QString dbPath;          // --db, or the settings' DataDir + "tolv_game.mdb"
+    QStringList args;        // the command's own arguments, behind its name
+    QTextStream &out;
+    QTextStream &err;
+};
+
+enum CliExit { CliOk = 0, CliFailure = 1, CliUsage = 2 };
+
+// Runs one command line (arguments without the program name).
+int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err);
+
+// Prints "usage: ..." for the command (or the whole tool) and gives CliUsage.
+int CliUsageError(CliContext &ctx, const QString &message);
+
+// Pulls "--name value" out of args; false with a usage message when the value is missing.
+bool TakeOption(QStringList &args, const QString &name, QString &value, bool &present);
+
+// Commands, one file each.
+int CliInit(CliContext &ctx);
+
+}  // namespace sendrel

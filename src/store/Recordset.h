@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+
+#include <functional>
+#include <memory>
+
+namespace sendrel {
+
+// A fully fetched, scrollable result: the operations the program asks of a recordset.
+// Copies share the rows and the position. Field names match without regard to case.
+class Recordset {
+public:
+    using Row = QVector<QVariant>;
+    using Loader = std::function<void(QStringList &names, QVector<Row> &rows)>;
+
+    Recordset();
+    Recordset(QStringList names, QVector<Row> rows);
+    // Rows fetched at the first read; for results that are kept but seldom read.
+    static Recordset deferred(Loader loader);
+
+    bool Eof() const;           // EOF: past the last row, or no rows at all
+    void MoveFirst();
+    void MoveLast();
+    void MoveNext();
+    int RecordCount() const;
+    int AbsolutePosition() const;   // the current row, from 0
+
+    // Moves forward from the current row to the first that fits "Column = value", where the value
+    // is a quoted text ('it''s') or a number; Eof() when none does. Texts compare without regard to case.
+    bool Find(const QString &criteria);
+
+    QVariant Fields(const QString &name) const;
+    QVariant Fields(int index) const;
+    int FieldCount() const;
+    QString FieldName(int index) const;
+    int FieldIndex(const QString &name) const;   // -1 when not there
+
+    void Close();
+    bool IsOpen() const;
+
+private:
+    struct Data;
+    Data &data() const;
+    std::shared_ptr<Data> d;
+};
+
+}  // namespace sendrel
