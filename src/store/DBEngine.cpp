@@ -165,11 +165,11 @@ QSqlQuery &clsDBEngine::insertFor(const QString &table, int valueCount, bool Aut
         return *q;
 
     QSqlDatabase db = database();
-    const QSqlRecord columns = db.record(table);
-    if (columns.isEmpty()) {
-        throw SendrelError(ErrNo::CommandFailure, kSource,
-                           QStringLiteral("The table '%1' does not exist.").arg(table));
-    }
+    // The table's columns, as a select that reads no row gives them.
+    QSqlQuery probe(db);
+    if (!probe.exec(QStringLiteral("SELECT * FROM \"%1\" WHERE 1=0").arg(table)))
+        throw errorFrom(probe.lastError());
+    const QSqlRecord columns = probe.record();
     const int first = AutoN ? 1 : 0;
     if (first + valueCount > columns.count()) {
         throw SendrelError(ErrNo::ItemNotFound, kSource,
@@ -196,20 +196,21 @@ QSqlQuery &clsDBEngine::insertFor(const QString &table, int valueCount, bool Aut
 
 qint32 clsDBEngine::AddRecord(const QString &table, const QVariantList &values, bool AutoN)
 {
-    QSqlQuery &query = insertFor(table, static_cast<int>(values.size()), AutoN);
-    for (int i = 0; i < values.size(); ++i)
-        query.bindValue(i, values[i]);
     for (int attempt = 0;; ++attempt) {
-        if (query.exec())
-            break;
-        const QSqlError error = query.lastError();
-        if (!isBusy(error) || attempt >= kAddRecordRetries)
-            throw errorFrom(error);
-        QThread::msleep(50);
+        try {
+            QSqlQuery &query = insertFor(table, static_cast<int>(values.size()), AutoN);
+            for (int i = 0; i < values.size(); ++i)
+                query.bindValue(i, values[i]);
+            if (!query.exec())
+                throw errorFrom(query.lastError());
+            return AutoN ? query.lastInsertId().toInt() : 0;
+        } catch (const SendrelError &e) {
+            // A row or table locked by another program: try the same statement again, a few times.
+            if (e.number() != ErrNo::DatabaseFailure || attempt >= kAddRecordRetries)
+                throw;
+            QThread::msleep(50);
+        }
     }
-    if (!AutoN)
-        return 0;
-    return query.lastInsertId().toInt();
 }
 
 }  // namespace sendrel

@@ -1,0 +1,70 @@
+#include "cli/Cli.h"
+
+#include <QFile>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace sendrel;
+
+class tst_cli_init : public QObject {
+    Q_OBJECT
+
+    int run(const QStringList &args, QString &out, QString &err)
+    {
+        out.clear();
+        err.clear();
+        QTextStream o(&out);
+        QTextStream e(&err);
+        return RunCli(args, o, e);
+    }
+
+private slots:
+    void initMakesANewDatabaseOnce()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("tolv_game.mdb"));
+        QString out, err;
+        QCOMPARE(run({QStringLiteral("--db"), path, QStringLiteral("init")}, out, err), 0);
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("check"));
+            db.setDatabaseName(path);
+            QVERIFY(db.open());
+            QSqlQuery q(db);
+            QVERIFY(q.exec(QStringLiteral("SELECT Str_Code FROM Species WHERE Variant_ID = 2 ORDER BY Num_Code")));
+            QStringList codes;
+            while (q.next())
+                codes << q.value(0).toString();
+            QCOMPARE(codes.join(QLatin1Char(',')), QStringLiteral("PW,LW,FD,BG,HW,CW,PL,SE,BL,PY,HM"));
+            for (const char *table : {"Model_Run", "Model_Header", "Model_Entries", "Run", "Report_Header", "Report_Detail", "Stand_Levels_Report", "Species2"})
+                QVERIFY2(db.tables().contains(QLatin1String(table)), table);
+            q = QSqlQuery();
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("check"));
+
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QByteArray before = f.readAll();
+        f.close();
+        QCOMPARE(run({QStringLiteral("--db"), path, QStringLiteral("init")}, out, err), 1);
+        QVERIFY(err.contains(path));
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll(), before);
+    }
+
+    void usageErrors()
+    {
+        QString out, err;
+        QCOMPARE(run({QStringLiteral("frobnicate")}, out, err), 2);
+        QVERIFY(err.contains(QLatin1String("usage: sendrel-cli")));
+        QCOMPARE(run({QStringLiteral("--verbose"), QStringLiteral("init")}, out, err), 2);
+        QCOMPARE(run({QStringLiteral("--db")}, out, err), 2);
+        QCOMPARE(run({}, out, err), 2);
+        QCOMPARE(run({QStringLiteral("--db"), QStringLiteral("/tmp/x.mdb"), QStringLiteral("init"), QStringLiteral("extra")}, out, err), 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_cli_init)
+#include "tst_cli_init.moc"
