@@ -85,7 +85,7 @@ CompiledStandStockReport CompileStandStockReport(TreeModel &tm, StandStockReport
             const qint16 year = ToInt16(ReadNumber(selected.yearText));
             tm.questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data for cycle: ") + QString::number(selected.cycle));
             calcReport(selected.cycle);
-            WriteStandStockTables(tm, results, request.density, reportId, request.This_RunId, selected.cycle, year, text.title,
+            WriteStandStockTables(tm, results, request.iNumofClasses, request.density, reportId, request.This_RunId, selected.cycle, year, text.title,
                                   text.description);
         }
 

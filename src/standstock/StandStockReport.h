@@ -25,6 +25,7 @@ struct StandStockReportRequest {
     QString This_RunDesc;            // replaced by the run's parameters from the Run table
     bool density = true;             // optDensity: a stand table; else a stock table
     QList<SelectedCycle> cycles;     // the selected entries, in the list's order
+    qint16 iNumofClasses = 0;        // classes of the window's layout
 };
 
 // How the compile ended and what the viewer is to show.

@@ -4,27 +4,21 @@
 
 namespace sendrel {
 
-void StandStockResults::Reset(int numSpecies)
+StandStockResults::StandStockResults(qint32 numSpecies)
+    : SpeciesType(numSpecies + 1, qint16(-1)), m_numSpecies(numSpecies), m_cells(kClassSlots * (numSpecies + 1))
 {
-    m_numSpecies = numSpecies;
-    m_entries = QVector<Entry>(kClassSlots * (numSpecies + 1));
-    m_speciesType = QVector<qint16>(numSpecies + 1, qint16(-1));
-    m_classTotals = QVector<Entry>(kTotalSlots);
-    NextSpecies = 0;
 }
 
-int StandStockResults::checked(int index, qsizetype size)
+StandStockResults::Entry &StandStockResults::ReportEntry(int classIndex, int code)
 {
-    if (index < 0 || index >= size)
-        throw SendrelError(9, QStringLiteral("StandStockResults"), QStringLiteral("Subscript out of range (%1)").arg(index));
-    return index;
+    return const_cast<Entry &>(std::as_const(*this).ReportEntry(classIndex, code));
 }
 
-int StandStockResults::slot(int classIndex, int code) const
+const StandStockResults::Entry &StandStockResults::ReportEntry(int classIndex, int code) const
 {
-    checked(classIndex, kClassSlots);
-    checked(code, m_numSpecies + 1);
-    return classIndex * (m_numSpecies + 1) + code;
+    if (classIndex < 0 || classIndex >= kClassSlots || code < 0 || code > m_numSpecies)
+        throw SendrelError(9, QStringLiteral("ReportEntry"), QStringLiteral("Subscript out of range (%1, %2)").arg(classIndex).arg(code));
+    return m_cells[classIndex * (m_numSpecies + 1) + code];
 }
 
 }  // namespace sendrel

@@ -4,13 +4,15 @@
 #include <QVector>
 #include <QtGlobal>
 
+#include <array>
+
 namespace sendrel {
 
-// What the report writers read of one cycle's aggregation: the cells of class and species,
-// the species found in order of first appearance, and the rounded totals per class.
-// The names are those of the aggregation; the writers only read.
+// What the report writers read of one cycle's aggregation, shaped as the aggregation keeps it:
+// the cells of class and species, the species found in order of first appearance, and the
+// rounded totals per class. The number of classes comes with the class layout, not from here.
 struct StandStockResults {
-    // One cell of class and species, as the aggregation fills it.
+    // One cell of class and species (the fields of ReportEntryType).
     struct Entry {
         QString DBHClass;
         double MinDia = 0;
@@ -21,32 +23,25 @@ struct StandStockResults {
         double MerchVol = 0;
     };
 
-    static constexpr int kClassSlots = 33;   // aClass and ReportEntry: 0 to 32
-    static constexpr int kTotalSlots = 31;   // ClassTotals: 0 to 30
+    static constexpr int kClassSlots = 33;   // ReportEntry: classes 0 to 32
 
-    qint16 iNumofClasses = 0;
-    qint16 NextSpecies = 0;
+    // Every slot for numSpecies species: SpeciesType 0 to numSpecies, all -1; ReportEntry
+    // (0 to 32, 0 to numSpecies) and ClassTotals cleared.
+    explicit StandStockResults(qint32 numSpecies = 0);
 
-    // Makes every slot for numSpecies species: SpeciesType 0 to numSpecies, all -1;
-    // ReportEntry (0 to 32, 0 to numSpecies) and ClassTotals (0 to 30) cleared.
-    void Reset(int numSpecies);
-    int NumSpecies() const { return m_numSpecies; }
+    qint32 NumSpecies() const { return m_numSpecies; }
 
-    Entry &ReportEntry(int classIndex, int code) { return m_entries[slot(classIndex, code)]; }
-    const Entry &ReportEntry(int classIndex, int code) const { return m_entries[slot(classIndex, code)]; }
-    qint16 &SpeciesType(int k) { return m_speciesType[checked(k, m_speciesType.size())]; }
-    qint16 SpeciesType(int k) const { return m_speciesType[checked(k, m_speciesType.size())]; }
-    Entry &ClassTotals(int classIndex) { return m_classTotals[checked(classIndex, kTotalSlots)]; }
-    const Entry &ClassTotals(int classIndex) const { return m_classTotals[checked(classIndex, kTotalSlots)]; }
+    // The cell of a class (0 to 32) and a numeric species code (0 to NumSpecies).
+    Entry &ReportEntry(int classIndex, int code);
+    const Entry &ReportEntry(int classIndex, int code) const;
+
+    QVector<qint16> SpeciesType;          // codes found, -1 from NextSpecies on
+    qint16 NextSpecies = 0;               // how many species have a non-zero density somewhere
+    std::array<Entry, 31> ClassTotals{};  // sums of the rounded cells, Density and MerchVol
 
 private:
-    int slot(int classIndex, int code) const;
-    static int checked(int index, qsizetype size);
-
-    int m_numSpecies = 0;
-    QVector<Entry> m_entries;
-    QVector<qint16> m_speciesType;
-    QVector<Entry> m_classTotals = QVector<Entry>(kTotalSlots);
+    qint32 m_numSpecies;
+    QVector<Entry> m_cells;   // class major
 };
 
 }  // namespace sendrel

@@ -16,13 +16,18 @@ constexpr int kSpecies2Pairs = 11;     // Species2 holds Str_Code1/Name1 to Str_
 constexpr int kMostSpeciesAlone = 11;     // from the twelfth species on, "Other:" joins the rest
 constexpr int kOwnColumnsWithOther = 10;
 
+// The species of one column position of a row; the cells themselves are read from the results.
+struct RowEntry {
+    qint16 Species = -1;
+};
+
 // One class row of the report: its class and the species of each column position.
 struct ReportRowType {
     QString DBHClass;
     double MinDia = 0;
     double MaxDia = 0;
     double MidPoint = 0;   // 0: a row without a class
-    QVector<StandStockResults::Entry> Entries;
+    QVector<RowEntry> Entries;
 };
 
 // A column group of Report_Detail: heading, density, volume.
@@ -38,20 +43,17 @@ void execute(TreeModel &tm, const QString &sql)
     tm.DBEngine.Execute();
 }
 
-QVector<ReportRowType> fillRows(const StandStockResults &results, int numSpecies)
+QVector<ReportRowType> fillRows(const StandStockResults &results, qint16 iNumofClasses, int numSpecies)
 {
     QVector<ReportRowType> rows(kReportRows);
-    for (ReportRowType &row : rows) {
-        row.Entries = QVector<StandStockResults::Entry>(numSpecies + 1);
-        for (int j = 0; j < numSpecies; ++j)
-            row.Entries[j].Species = -1;
-    }
-    for (int i = 0; i < results.iNumofClasses && i < kReportRows; ++i) {
+    for (ReportRowType &row : rows)
+        row.Entries = QVector<RowEntry>(numSpecies + 1);
+    for (int i = 0; i < iNumofClasses && i < kReportRows; ++i) {
         for (int j = 0; j < results.NextSpecies; ++j) {
-            const qint16 c = results.SpeciesType(j);
+            const qint16 c = results.SpeciesType[j];
             rows[i].Entries[j].Species = c;
             if (j == 0) {
-                const StandStockResults::Entry &cell = results.ReportEntry(i, c);
+                const auto &cell = results.ReportEntry(i, c);
                 rows[i].DBHClass = cell.DBHClass;
                 rows[i].MinDia = cell.MinDia;
                 rows[i].MaxDia = cell.MaxDia;
@@ -94,23 +96,24 @@ QVector<ColumnGroup> columnGroups(TreeModel &tm, const StandStockResults &result
     double roundedDensity = 0;
     double roundedVolume = 0;
     for (int j = 0; j < own; ++j) {
-        const StandStockResults::Entry &cell = results.ReportEntry(i, row.Entries[j].Species);
+        const auto &cell = results.ReportEntry(i, row.Entries[j].Species);
         groups.append({SpeciesStrCode(tm, cell.Species), cell.Density, cell.MerchVol});
         roundedDensity += IntegerPart(cell.Density + 0.5);
         roundedVolume += IntegerPart(cell.MerchVol + 0.5);
     }
-    const StandStockResults::Entry &totals = results.ClassTotals(i);
+    const auto &totals = results.ClassTotals[i];
     if (withOther)
         groups.append({QStringLiteral("Other:"), totals.Density - roundedDensity, totals.MerchVol - roundedVolume});
     groups.append({QStringLiteral("Totals:"), totals.Density, totals.MerchVol});
     return groups;
 }
 
-void writeDetailRow(TreeModel &tm, const StandStockResults &results, const ReportRowType &row, int i, qint16 ReportId)
+void writeDetailRow(TreeModel &tm, const StandStockResults &results, qint16 iNumofClasses, const ReportRowType &row, int i,
+                    qint16 ReportId)
 {
     QString columns = QStringLiteral("Insert into Report_Detail(IsBucket,Report_id, DBH_MinDia, DBH_MaxDia, DBH_Midpoint, DBH_Class");
     QString values = QStringLiteral(" Values (")
-                     + (i == results.iNumofClasses - 1 ? QStringLiteral("'YES',") : QStringLiteral("'NO',"))
+                     + (i == iNumofClasses - 1 ? QStringLiteral("'YES',") : QStringLiteral("'NO',"))
                      + QString::number(ReportId) + QLatin1Char(',') + DefaultText(row.MinDia) + QLatin1Char(',')
                      + DefaultText(row.MaxDia) + QLatin1Char(',') + DefaultText(row.MidPoint) + QStringLiteral(",'")
                      + QuoteSQL(row.DBHClass) + QLatin1Char('\'');
@@ -127,19 +130,19 @@ void writeDetailRow(TreeModel &tm, const StandStockResults &results, const Repor
 
 }  // namespace
 
-void WriteStandStockTables(TreeModel &tm, const StandStockResults &results, bool density, qint16 ReportId,
-                           const QString &RunId, qint16 Cycle, qint16 Year, const QString &title,
+void WriteStandStockTables(TreeModel &tm, const StandStockResults &results, qint16 iNumofClasses, bool density,
+                           qint16 ReportId, const QString &RunId, qint16 Cycle, qint16 Year, const QString &title,
                            const QString &description)
 {
     const int numSpecies = tm.NumSpecies;
-    const QVector<ReportRowType> rows = fillRows(results, numSpecies);
+    const QVector<ReportRowType> rows = fillRows(results, iNumofClasses, numSpecies);
 
     writeSpecies2(tm, rows[0], numSpecies, ReportId);
 
     const QString reportType = density ? QStringLiteral("DENSITY") : QStringLiteral("MERCH_VOL");
     for (int i = 0; i < kReportRows; ++i) {
         if (rows[i].MidPoint != 0)
-            writeDetailRow(tm, results, rows[i], i, ReportId);
+            writeDetailRow(tm, results, iNumofClasses, rows[i], i, ReportId);
     }
 
     execute(tm, QStringLiteral("INSERT INTO Report_Header (Report_ID,Run_ID,Report_Type,Num_Species,Cycle_Num ,Cycle_Year,Report_Title,[Desc]) VALUES (")

@@ -31,12 +31,11 @@ struct Cell {
 
 void fillResults(StandStockResults &r, int numSpecies, double start, double width, int classes, const QList<Cell> &cells)
 {
-    r.Reset(numSpecies);
-    r.iNumofClasses = static_cast<qint16>(classes);
+    r = StandStockResults(numSpecies);
     for (int i = 0; i < classes; ++i) {
         const double minDia = start + i * width;
         for (int code = 1; code <= numSpecies; ++code) {
-            StandStockResults::Entry &e = r.ReportEntry(i, code);
+            auto &e = r.ReportEntry(i, code);
             e.MinDia = minDia;
             e.MaxDia = minDia + width;
             e.MidPoint = minDia + width / 2;
@@ -46,23 +45,23 @@ void fillResults(StandStockResults &r, int numSpecies, double start, double widt
     for (const Cell &c : cells) {
         if (r.ReportEntry(0, c.code).Species == -1)
             r.ReportEntry(0, c.code).Species = c.code;
-        StandStockResults::Entry &e = r.ReportEntry(c.classIndex, c.code);
+        auto &e = r.ReportEntry(c.classIndex, c.code);
         e.Species = c.code;
         e.Density += c.density;
         e.MerchVol += c.volume;
     }
     for (int i = 0; i < classes; ++i) {
         for (int code = 1; code <= numSpecies; ++code) {
-            const StandStockResults::Entry &e = r.ReportEntry(i, code);
+            const auto &e = r.ReportEntry(i, code);
             if (e.Density != 0) {
                 bool known = false;
                 for (int k = 0; k < r.NextSpecies; ++k)
-                    known = known || r.SpeciesType(k) == e.Species;
+                    known = known || r.SpeciesType[k] == e.Species;
                 if (!known)
-                    r.SpeciesType(r.NextSpecies++) = e.Species;
+                    r.SpeciesType[r.NextSpecies++] = e.Species;
             }
-            r.ClassTotals(i).Density += IntegerPart(e.Density + 0.5);
-            r.ClassTotals(i).MerchVol += IntegerPart(e.MerchVol + 0.5);
+            r.ClassTotals[i].Density += IntegerPart(e.Density + 0.5);
+            r.ClassTotals[i].MerchVol += IntegerPart(e.MerchVol + 0.5);
         }
     }
 }
@@ -118,7 +117,7 @@ void TestStandStockTables::exampleRowOfTwoSpecies()
     StandStockResults r;
     // Class 10 to 15: PW 120.5 stems, 33.25 m3; the second species (code 3, FD) 40 stems, 2.5 m3.
     fillResults(r, db.tm.NumSpecies, 10, 5, 2, {{0, 1, 120.5, 33.25}, {0, 3, 40, 2.5}, {1, 1, 7, 1}});
-    WriteStandStockTables(db.tm, r, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
+    WriteStandStockTables(db.tm, r, 2, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
     // The header is the last statement.
     QCOMPARE(db.tm.DBEngine.SQLString,
              QStringLiteral("INSERT INTO Report_Header (Report_ID,Run_ID,Report_Type,Num_Species,Cycle_Num ,Cycle_Year,Report_Title,[Desc]) "
@@ -135,7 +134,7 @@ void TestStandStockTables::oneSpeciesAndSpecies2Fill()
     RunDbFixture db;
     StandStockResults r;
     fillResults(r, db.tm.NumSpecies, 0, 10, 3, {{1, 3, 50, 5}, {2, 3, 20.5, 9.5}});
-    WriteStandStockTables(db.tm, r, false, 2, QStringLiteral("R7"), 4, 2040, QStringLiteral("T"), QStringLiteral("D"));
+    WriteStandStockTables(db.tm, r, 3, false, 2, QStringLiteral("R7"), 4, 2040, QStringLiteral("T"), QStringLiteral("D"));
     // Classes in which the species has no tree still get their row, under the heading "xx".
     QCOMPARE(rowsOf(db, QStringLiteral("SELECT IsBucket, Report_id, DBH_Class, Sp1, Sp1_Density, Sp2, Sp2_Density, Sp2_MerchVol, Sp3 "
                                        "FROM Report_Detail ORDER BY DBH_MinDia")),
@@ -162,7 +161,7 @@ void TestStandStockTables::elevenSpeciesStandAlone()
     }
     cells.append({1, 5, 3.5, 0.25});
     fillResults(r, db.tm.NumSpecies, 0, 10, 2, cells);
-    WriteStandStockTables(db.tm, r, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
+    WriteStandStockTables(db.tm, r, 2, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
     const QStringList rows = rowsOf(db, QStringLiteral("SELECT Sp1, Sp2, Sp3, Sp4, Sp5, Sp6, Sp7, Sp8, Sp9, Sp10, Sp11, Sp12, Sp12_Density "
                                                        "FROM Report_Detail ORDER BY DBH_MinDia"));
     QCOMPARE(rows, (QStringList{QStringLiteral("PW|LW|FD|BG|CW|PL|SE|BL|PY|HM|HW|Totals:|610"),
@@ -182,7 +181,7 @@ void TestStandStockTables::twelveSpeciesJoinInOther()
         cells.append({0, code, 10.0 * code + (code % 2 ? 0.4 : 0.5), 0.5 * code});
     fillResults(r, db.tm.NumSpecies, 0, 10, 2, cells);
     QCOMPARE(r.NextSpecies, qint16(12));
-    WriteStandStockTables(db.tm, r, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
+    WriteStandStockTables(db.tm, r, 2, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
     const QStringList rows = rowsOf(db, QStringLiteral("SELECT Sp1, Sp10, Sp10_Density, Sp11, Sp11_Density, Sp11_MerchVol, "
                                                        "Sp12, Sp12_Density, Sp12_MerchVol FROM Report_Detail ORDER BY DBH_MinDia"));
     // Rounded cells 10, 21, 30, 41, ..., 101 | 110, 121: "Other:" = 231 of a total of 786.
@@ -200,7 +199,7 @@ void TestStandStockTables::headerRowAndQuotes()
     fillResults(r, db.tm.NumSpecies, 0, 10, 2, {{0, 1, 1, 1}});
     const QString title = QStringLiteral("O'Brien's stand");
     const QString description = QStringLiteral("Printed by: ") + kCrLf + kCrLf + QStringLiteral("it's thinned");
-    WriteStandStockTables(db.tm, r, false, 3, QStringLiteral("R'7"), 5, 2050, title, description);
+    WriteStandStockTables(db.tm, r, 2, false, 3, QStringLiteral("R'7"), 5, 2050, title, description);
     QCOMPARE(rowsOf(db, QStringLiteral("SELECT Report_Id, Run_ID, Report_Type, Num_Species, Cycle_Num, Cycle_Year, Report_Title, [Desc] "
                                        "FROM Report_Header")),
              QStringList{QStringLiteral("3|R'7|MERCH_VOL|1|5|2050|") + title + QLatin1Char('|') + description});
@@ -211,7 +210,7 @@ void TestStandStockTables::noSpeciesWritesNoDetailRows()
     RunDbFixture db;
     StandStockResults r;
     fillResults(r, db.tm.NumSpecies, 0, 10, 5, {});
-    WriteStandStockTables(db.tm, r, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
+    WriteStandStockTables(db.tm, r, 5, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
     QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM Report_Detail")).toInt(), 0);
     QCOMPARE(rowsOf(db, QStringLiteral("SELECT Num_Species FROM Report_Header")), QStringList{QStringLiteral("0")});
     QCOMPARE(rowsOf(db, QStringLiteral("SELECT Str_Code1, Str_Code11 FROM Species2")), QStringList{QStringLiteral("PW|PW")});
@@ -238,7 +237,7 @@ void TestStandStockTables::compileThreeCyclesAndFile()
             fillResults(r, db.tm.NumSpecies, 10, 5, 3, {{0, 7, 0.4, 0.1}, {1, 1, 99.5, 20}, {1, 7, 10, 1}});
     };
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("browser text"), true,
-                                    {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}, {4, QStringLiteral("2030")}}};
+                                    {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}, {4, QStringLiteral("2030")}}, 3};
     db.questions.answerReportText(true);
     const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, calc, fixedClock);
 
@@ -284,7 +283,7 @@ void TestStandStockTables::compileOrientationByColumns()
             cells.append({0, code, 1, 1});
         fillResults(r, db.tm.NumSpecies, 0, 10, 2, cells);
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QString(), false, {{1, QStringLiteral("2000")}}};
+    StandStockReportRequest request{QStringLiteral("R7"), QString(), false, {{1, QStringLiteral("2000")}}, 2};
     db.questions.answerReportText(true);
     const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, calc, fixedClock);
     QVERIFY(report.compiled);
@@ -300,7 +299,7 @@ void TestStandStockTables::compileWithoutCycles()
 {
     RunDbFixture db;
     StandStockResults r;
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("keep"), true, {}};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("keep"), true, {}, 2};
     const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, [](qint16) { QFAIL("no cycle to aggregate"); });
     QVERIFY(!report.compiled);
     QCOMPARE(db.questions.messageTexts(), QStringList{QStringLiteral("No Cycles Are Selected")});
@@ -313,7 +312,7 @@ void TestStandStockTables::compileCancelledTouchesNothing()
     db.exec(QStringLiteral("INSERT INTO Run (Run_Id, Run_Desc, run_parameters) VALUES ('R7', 'desc', NULL)"));
     db.exec(QStringLiteral("INSERT INTO Report_Header (Report_Id, Run_ID) VALUES (9, 'OLD')"));
     StandStockResults r;
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("browser text"), true, {{1, QStringLiteral("2000")}}};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("browser text"), true, {{1, QStringLiteral("2000")}}, 2};
     db.questions.answerReportText(false);
     const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, [](qint16) { QFAIL("cancelled"); });
     QVERIFY(!report.compiled);
@@ -336,7 +335,7 @@ void TestStandStockTables::compileFailureStopsAndTells()
         ++calls;
         fillResults(r, db.tm.NumSpecies, 0, 10, 2, {{0, 1, 1, 1}});
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}};
+    StandStockReportRequest request{QStringLiteral("R7"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, 2};
     db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
     const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, calc, fixedClock);
     QVERIFY(!report.compiled);
@@ -361,7 +360,7 @@ void TestStandStockTables::compileYearWithoutSpeciesFailsInGenerator()
         else
             fillResults(r, db.tm.NumSpecies, 0, 10, 2, {});
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}};
+    StandStockReportRequest request{QStringLiteral("R7"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, 2};
     db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
     const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, calc, fixedClock);
     // The second block has a header and no rows: the generator says so, the viewer opens on nothing.
