@@ -28,6 +28,7 @@ constexpr double kLandscapeWidening = 1.7;
 constexpr int kDesignColumns = 84;     // a portrait report of seven columns and its margin
 constexpr int kDesignLines = 40;
 constexpr int kFramePadding = 13;      // what the window adds to the box beside it (200 twips)
+constexpr double kPrintMarginMm = 15.0;
 
 QFont reportFont()
 {
@@ -79,6 +80,8 @@ frmReport::frmReport(UserQuestions &questions, QWidget *parent)
     m_designSize = QSize(m_designBoxWidth + 2 * kFramePadding, metrics.lineSpacing() * kDesignLines);
     resize(m_designSize);
 
+    // Margins a ring binder and a hand-written note leave room for; the dialog may change them.
+    m_printer.setPageMargins(QMarginsF(kPrintMarginMm, kPrintMarginMm, kPrintMarginMm, kPrintMarginMm), QPageLayout::Millimeter);
     m_printDialog = &frmReport::showPrintDialog;
 
     connect(cmdPrint, &QPushButton::clicked, this, &frmReport::cmdPrint_Click);
