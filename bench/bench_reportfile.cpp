@@ -1,0 +1,102 @@
+// Time of the largest stand and stock report: 20 selected years of 30 classes and twelve
+// species (so "Other:" and all twelve column groups), written to the scratch tables and then
+// turned into the report text file.
+#include "app/Numbers.h"
+#include "app/ScriptedQuestions.h"
+#include "app/ToolBox.h"
+#include "app/SettingsStore.h"
+#include "app/TreeModel.h"
+#include "output/ReportFile.h"
+#include "standstock/StandStockTables.h"
+#include "store/GameDB.h"
+#include "store/Schema.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+using namespace sendrel;
+
+namespace {
+
+constexpr int kCycles = 20;
+constexpr int kClasses = 30;
+constexpr int kSpecies = 12;
+
+void fill(StandStockResults &r, int numSpecies, int cycle)
+{
+    r = StandStockResults(numSpecies);
+    for (int i = 0; i < kClasses; ++i) {
+        for (int code = 1; code <= numSpecies; ++code) {
+            auto &e = r.ReportEntry(i, code);
+            e.MinDia = 5.0 * i;
+            e.MaxDia = 5.0 * i + 5.0;
+            e.MidPoint = 5.0 * i + 2.5;
+            e.DBHClass = FormatNumber2(i == kClasses - 1 ? e.MinDia : e.MidPoint, 1);
+            if (code <= kSpecies) {
+                e.Species = code;
+                e.Density = 10.0 * code + i + cycle * 0.25;
+                e.MerchVol = 0.1 * e.Density * i;
+            }
+        }
+    }
+    for (int k = 0; k < kSpecies; ++k)
+        r.SpeciesType[k] = static_cast<qint16>(k + 1);
+    r.NextSpecies = kSpecies;
+    for (int i = 0; i < kClasses; ++i) {
+        for (int code = 1; code <= kSpecies; ++code) {
+            r.ClassTotals[i].Density += IntegerPart(r.ReportEntry(i, code).Density + 0.5);
+            r.ClassTotals[i].MerchVol += IntegerPart(r.ReportEntry(i, code).MerchVol + 0.5);
+        }
+    }
+}
+
+}  // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    QTemporaryDir dir;
+    qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toUtf8());
+    SettingsStore store;
+    ScriptedQuestions questions;
+    TreeModel tm(store, questions);
+    tm.ProgramDir = dir.path();
+    tm.GameDBPath = dir.filePath(kGameDBFileName);
+    CreateRunDatabase(tm.GameDBPath);
+    tm.DBEngine.PathToDB = tm.GameDBPath;
+    tm.DBEngine.OpenDB();
+    tm.DBEngine.SQLString = QStringLiteral("INSERT INTO Species (Num_Code, Str_Code, Name, Variant_ID) VALUES (12, 'XX', 'twelfth', 2)");
+    tm.DBEngine.Execute();
+    ReadSpecies(tm);
+
+    StandStockResults results;
+    QElapsedTimer timer;
+    timer.start();
+    for (int cycle = 1; cycle <= kCycles; ++cycle) {
+        fill(results, tm.NumSpecies, cycle);
+        WriteStandStockTables(tm, results, kClasses, true, static_cast<qint16>(cycle), QStringLiteral("BENCH"),
+                              static_cast<qint16>(cycle), static_cast<qint16>(2000 + 10 * cycle), QStringLiteral("BENCH: Stand Table"),
+                              QStringLiteral("Printed by: "));
+    }
+    const qint64 tablesMs = timer.restart();
+
+    tm.CurrentRunId = QStringLiteral("BENCH");
+    qint16 columns = 0;
+    const QString path = WriteReportFile(tm, ReportKind::Stand, QStringLiteral("Printed by: "), columns);
+    const qint64 fileMs = timer.elapsed();
+    if (path.isEmpty()) {
+        std::fprintf(stderr, "report failed: %s\n", qPrintable(questions.messageTexts().join(QLatin1Char('|'))));
+        return 1;
+    }
+    std::printf("stand table writers, %d cycles x %d classes x %d species: %lld ms\n", kCycles, kClasses, kSpecies,
+                static_cast<long long>(tablesMs));
+    std::printf("WriteReportFile, %d blocks (%lld bytes): %lld ms\n", kCycles, static_cast<long long>(QFileInfo(path).size()),
+                static_cast<long long>(fileMs));
+    CloseGameDB(tm);
+    return 0;
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace sendrel::test {
+
+// Compares bytes with the expected file <dataFolder>/<relativePath> (tests/data), byte for byte. On a
+// difference the message names the first line that differs, with both versions.
+// With SENDREL_REGENERATE=1 in the environment the expected file is rewritten instead:
+// for use after a reviewed change of the layout, followed by a look at the diff.
+bool MatchesGolden(const QByteArray &actual, const QString &dataFolder, const QString &relativePath, QString &message);
+
+}  // namespace sendrel::test
+
+// Fails the test unless the bytes match the expected file.
+#define SENDREL_COMPARE_GOLDEN(actual, relativePath)                                   \
+    do {                                                                               \
+        QString goldenMessage_;                                                        \
+        if (!sendrel::test::MatchesGolden((actual), QStringLiteral(SENDREL_TEST_DATA), (relativePath), goldenMessage_))   \
+            QFAIL(qPrintable(goldenMessage_));                                         \
+    } while (false)
