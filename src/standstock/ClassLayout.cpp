@@ -38,7 +38,7 @@ QString ClassEntryCheck::describe() const
 {
     if (passed())
         return QString();
-    QString text = lblDbhError.trimmed();
+    QString text = lblDbhError;
     if (!lblClassStartError.isEmpty())
         text += QStringLiteral("\nStarting: ") + lblClassStartError;
     if (!lblClassWidthError.isEmpty())

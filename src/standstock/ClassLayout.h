@@ -29,8 +29,8 @@ struct ClassEntryCheck {
     QString lblDbhError;
 
     bool passed() const { return lblDbhError.isEmpty(); }
-    // The faults as lines for a message: lblDbhError, then "Starting: ", "Class width: ",
-    // "# 0f Classes: " with the text of each label at fault. Empty when it passed.
+    // The faults as lines for a message, the texts as the window shows them: lblDbhError, then
+    // "Starting: ", "Class width: ", "# 0f Classes: " with each label at fault. Empty when it passed.
     QString describe() const;
 };
 
