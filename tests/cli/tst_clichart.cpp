@@ -200,6 +200,8 @@ void TestCliChart::failures()
 
 void TestCliChart::missingDatabase()
 {
+    m_out.clear();
+    m_err.clear();
     QTextStream out(&m_out);
     QTextStream err(&m_err);
     const QString missing = m_db->dir() + QStringLiteral("/none.mdb");
