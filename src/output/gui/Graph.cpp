@@ -258,6 +258,20 @@ QChart *Graph::buildChart(bool colour, QSizeF layoutSize) const
         }
     }
     legend->setVisible(anyLegend);
+
+    if (!colour) {
+        // Black and white means no tint anywhere: the theme's bluish greys become true greys.
+        chart->setBackgroundBrush(Qt::white);
+        chart->setTitleBrush(Qt::black);
+        legend->setLabelColor(Qt::black);
+        for (QAbstractAxis *axis : {static_cast<QAbstractAxis *>(yAxis), xAxis}) {
+            axis->setLabelsColor(Qt::black);
+            axis->setTitleBrush(Qt::black);
+            axis->setLinePenColor(Qt::black);
+            axis->setGridLineColor(QColor(190, 190, 190));
+            axis->setShadesVisible(false);
+        }
+    }
     return chart;
 }
 
