@@ -159,6 +159,9 @@ void TestGraph::drawBuildsTheChart()
     // Changed data shows only at the next draw.
     g.ChartTopTitle(QStringLiteral("other"));
     QCOMPARE(g.shownChart()->title(), QStringLiteral("R1 (2000): Density"));
+    // A new size lays out the chart as drawn, not the changed data.
+    g.resize(900, 600);
+    QCOMPARE(g.shownChart()->title(), QStringLiteral("R1 (2000): Density"));
     g.ChartGrid(2);
     g.ChartDraw(2);
     QCOMPARE(g.shownChart()->title(), QStringLiteral("other"));
