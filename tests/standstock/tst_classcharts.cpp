@@ -20,6 +20,7 @@ private slots:
     void cycleWithoutTrees();
     void moreSpeciesThanClasses();
     void axisRules();
+    void sampleAndChartWindow();
     void titles();
 };
 
@@ -190,6 +191,30 @@ void TestClassCharts::axisRules()
     SetYAxisFor(g, 37, kSampleDivisions);
     QCOMPARE(g.ChartYAxisMax(), 40.0);
     QCOMPARE(g.ChartYAxisTicks(), 4);
+}
+
+void TestClassCharts::sampleAndChartWindow()
+{
+    RunDatabase db;
+    db.addTree(QStringLiteral("R"), QStringLiteral("H"), 4, 2, 31, 37, 1.0);
+    ClassLayout layout;
+    QVERIFY(layout.SetClasses(u"0", u"10", u"5").passed());
+    StandStockData data(layout, db.tm().NumSpecies);
+    ChartData density;
+    ChartData volume;
+    // The sample: 5 divisions; 0 to 37 gives 0 to 40 in 4.
+    ClassChartMaxima maxima = PlotSampleCharts(db.tm(), data, layout, QStringLiteral("R"), QStringLiteral("H"), 4, density, volume);
+    QCOMPARE(maxima.density, 37.0);
+    QCOMPARE(density.series().at(0).values, (QVector<double>{0, 0, 0, 37, 0}));
+    QCOMPARE(density.ChartYAxisMax(), 40.0);
+    QCOMPARE(density.ChartYAxisTicks(), 4);
+    QCOMPARE(volume.ChartYAxisMax(), 40.0);
+    // A chart window: 8 divisions, and the typed maximum.
+    maxima = PrintClassCharts(db.tm(), layout, data, density, volume, u"");
+    QCOMPARE(density.ChartYAxisTicks(), 8);
+    PrintClassCharts(db.tm(), layout, data, density, volume, u"120");
+    QCOMPARE(density.ChartYAxisMax(), 120.0);
+    QCOMPARE(volume.ChartYAxisMax(), 120.0);
 }
 
 void TestClassCharts::titles()
