@@ -25,6 +25,7 @@ QList<CommandEntry> commands()
 {
     return {
         {"init", CliInit},
+        {"chart", CliChart},
     };
 }
 

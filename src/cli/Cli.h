@@ -4,7 +4,11 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <functional>
+
 namespace sendrel {
+
+class ChartData;
 
 // The headless tool. Exit status: 0 success, 1 failure (message on err), 2 usage error.
 struct CliContext {
@@ -27,5 +31,11 @@ bool TakeOption(QStringList &args, const QString &name, QString &value, bool &pr
 
 // Commands, one file each.
 int CliInit(CliContext &ctx);
+int CliChart(CliContext &ctx);
+
+// Writes a chart to a .png, .svg or .pdf file. The tool's entry point supplies it, since drawing
+// needs the windowing libraries that the command library keeps out; tests supply their own.
+using ChartFileWriter = std::function<void(const ChartData &chart, const QString &path)>;
+void SetChartFileWriter(ChartFileWriter writer);
 
 }  // namespace sendrel

@@ -1,14 +1,53 @@
 #include "cli/Cli.h"
 
+#include "output/gui/Graph.h"
+
+#include <QApplication>
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <cstring>
+#include <memory>
+
+namespace {
+
+// The command of the line: the first argument behind the global options.
+bool drawsChart(int argc, char *argv[])
+{
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--db") == 0) {
+            ++i;
+            continue;
+        }
+        return std::strcmp(argv[i], "chart") == 0;
+    }
+    return false;
+}
+
+}  // namespace
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication app(argc, argv);
+    // Only `chart` draws. The chart library lays charts out on a graphics scene, which needs a
+    // QApplication and a platform; without a display the offscreen one serves. Every other
+    // command stays on QCoreApplication and never touches the windowing libraries.
+    const bool drawing = drawsChart(argc, argv);
+    std::unique_ptr<QCoreApplication> app;
+    if (drawing) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
+            && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        app = std::make_unique<QApplication>(argc, argv);
+        sendrel::SetChartFileWriter([](const sendrel::ChartData &chart, const QString &path) {
+            sendrel::Graph graph;
+            graph.setChartData(chart);
+            graph.saveAs(path);
+        });
+    } else {
+        app = std::make_unique<QCoreApplication>(argc, argv);
+    }
     QCoreApplication::setApplicationName(QStringLiteral("sendrel-cli"));
     QTextStream out(stdout);
     QTextStream err(stderr);
-    return sendrel::RunCli(app.arguments().mid(1), out, err);
+    return sendrel::RunCli(app->arguments().mid(1), out, err);
 }
