@@ -186,22 +186,25 @@ ImportResult ImportTreeList(TreeModel &tm, const QString &fileName, const QStrin
                 break;
             case LineKind::Header:
                 current = ParseCycleHeader(line);
+                entries.flush();   // the trees of a cycle go in ahead of the next header
                 AddModelHeader(tm.DBEngine, current, runId, kind);
                 ++result.cyclesRead;
                 break;
             case LineKind::Record: {
-                const TreeRecord record = ParseTreeRecord(line, current.cycle);
+                TreeRecord &record = entries.nextRow();
+                ParseTreeRecord(line, current.cycle, record);
                 if (!IsValidSpeciesNumber(record.speciesNumber())) {
                     tm.questions.ShowInfoMessage(InvalidSpeciesMessage(record.speciesNumber()));
                     throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"),
                                        InvalidSpeciesMessage(record.speciesNumber()));
                 }
-                entries.AddModelEntry(record);
+                entries.addNextRow();
                 ++result.treeRecordsRead;
                 break;
             }
             }
         }
+        entries.flush();
         transaction.commit();
         result.ending = ImportEnding::Completed;
     } catch (const SendrelError &e) {

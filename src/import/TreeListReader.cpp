@@ -51,32 +51,35 @@ bool readPlainNumber(QByteArrayView field, double &value)
         ++p;
     }
     const char *const digitsBegin = p;
-    qint64 whole = 0;
+    quint64 mantissa = 0;   // wraps harmlessly past 19 digits, which go to from_chars
     while (p < end && isDigit(*p)) {
-        whole = whole * 10 + (*p - '0');
+        mantissa = mantissa * 10 + (*p - '0');
         ++p;
     }
-    const qsizetype wholeDigits = p - digitsBegin;
-    if (wholeDigits == 0 || wholeDigits > 15)
+    if (p == digitsBegin)
         return false;
-    bool fraction = false;
+    int decimals = 0;
     if (p < end && *p == '.') {
         const char *const point = p++;
-        while (p < end && isDigit(*p))
+        while (p < end && isDigit(*p)) {
+            mantissa = mantissa * 10 + (*p - '0');
             ++p;
-        if (p == point + 1)
+        }
+        decimals = static_cast<int>(p - point - 1);
+        if (decimals == 0)
             return false;   // "5." goes the long way
-        fraction = true;
     }
     const char *const numberEnd = p;
     while (p < end && *p == ' ')
         ++p;
     if (p != end)
         return false;
-    if (!fraction) {
-        value = static_cast<double>(whole);
+    if (numberEnd - digitsBegin - (decimals > 0 ? 1 : 0) <= 15) {
+        // Below 10^15 the digits are an exact double, and so is 10^decimals: one division then
+        // rounds correctly, as the full rule's conversion does.
+        static constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+        value = static_cast<double>(mantissa) / kPowers[decimals];
     } else {
-        // Correctly rounded, as the full rule's conversion is.
         const auto r = std::from_chars(digitsBegin, numberEnd, value, std::chars_format::fixed);
         if (r.ec != std::errc() || r.ptr != numberEnd)
             return false;
@@ -100,45 +103,8 @@ double fieldValue(QByteArrayView line, const FieldLayout &f)
     }
 }
 
-constexpr FieldType entryTypes[EntryPos::Count] = {
-    FieldType::Text,    // 0 Run_Id
-    FieldType::Text,    // 1 tree id
-    FieldType::Int16,   // 2
-    FieldType::Int16,   // 3 Species_Code
-    FieldType::Int16,   // 4
-    FieldType::Double,  // 5 Trees_per_ha
-    FieldType::Double,  // 6 Current_Diameter
-    FieldType::Double,  // 7
-    FieldType::Double,  // 8
-    FieldType::Double,  // 9
-    FieldType::Int32,   // 10 constant 1
-    FieldType::Int16,   // 11
-    FieldType::Double,  // 12
-    FieldType::Int16,   // 13
-    FieldType::Double,  // 14 Total_Volume
-    FieldType::Double,  // 15 gross merchantable volume
-    FieldType::Double,  // 16
-    FieldType::Int16,   // 17
-    FieldType::Int16,   // 18 Cycle_Number
-    FieldType::Int32,   // 19 constant 1
-    FieldType::Int16,   // 20
-    FieldType::Text,    // 21 Standing_Harvested
-    FieldType::Double,  // 22
-    FieldType::Letters, // 23 species letter code
-    FieldType::Double,  // 24
-    FieldType::Int32,   // 25
-    FieldType::Int16,   // 26
-    FieldType::Int16,   // 27
-    FieldType::Int16,   // 28
-    FieldType::Double,  // 29 MerchVolLessDWB
-};
 
 }  // namespace
-
-FieldType ModelEntryType(int position)
-{
-    return entryTypes[position];
-}
 
 LineKind ClassifyLine(QByteArrayView line)
 {
@@ -211,6 +177,12 @@ QString HeaderStamp::timeText() const
 TreeRecord ParseTreeRecord(QByteArrayView line, qint16 cycleNumber)
 {
     TreeRecord r;
+    ParseTreeRecord(line, cycleNumber, r);
+    return r;
+}
+
+void ParseTreeRecord(QByteArrayView line, qint16 cycleNumber, TreeRecord &r)
+{
     for (const FieldLayout &f : kTreeRecordLayout) {
         switch (f.type) {
         case FieldType::Text: {
@@ -238,7 +210,6 @@ TreeRecord ParseTreeRecord(QByteArrayView line, qint16 cycleNumber)
     r.values[EntryPos::MerchVolLessDWB] = MVol_less_DWB(QStringView(code, r.lettersLength),
                                                         r.values[EntryPos::CurrentDiameter],
                                                         r.values[EntryPos::GrossMerchVolume]);
-    return r;
 }
 
 bool IsValidSpeciesNumber(qint16 number)
@@ -287,7 +258,7 @@ QVariantList ModelEntryValues(const TreeRecord &record, const QString &runId, co
         default:
             break;
         }
-        switch (entryTypes[pos]) {
+        switch (kModelEntryTypes[pos]) {
         case FieldType::Int16:
         case FieldType::Int32:
             // Bound as int: the SQLite driver would pass a 16-bit variant on as text.

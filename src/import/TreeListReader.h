@@ -99,7 +99,38 @@ constexpr int Count = 30;
 }  // namespace EntryPos
 
 // The column type of each Model_Entries position, as the row is written.
-FieldType ModelEntryType(int position);
+inline constexpr std::array<FieldType, EntryPos::Count> kModelEntryTypes{{
+    FieldType::Text,    // 0 Run_Id
+    FieldType::Text,    // 1 tree id
+    FieldType::Int16,   // 2
+    FieldType::Int16,   // 3 Species_Code
+    FieldType::Int16,   // 4
+    FieldType::Double,  // 5 Trees_per_ha
+    FieldType::Double,  // 6 Current_Diameter
+    FieldType::Double,  // 7
+    FieldType::Double,  // 8
+    FieldType::Double,  // 9
+    FieldType::Int32,   // 10 constant 1
+    FieldType::Int16,   // 11
+    FieldType::Double,  // 12
+    FieldType::Int16,   // 13
+    FieldType::Double,  // 14 Total_Volume
+    FieldType::Double,  // 15 gross merchantable volume
+    FieldType::Double,  // 16
+    FieldType::Int16,   // 17
+    FieldType::Int16,   // 18 Cycle_Number
+    FieldType::Int32,   // 19 constant 1
+    FieldType::Int16,   // 20
+    FieldType::Text,    // 21 Standing_Harvested
+    FieldType::Double,  // 22
+    FieldType::Letters, // 23 species letter code
+    FieldType::Double,  // 24
+    FieldType::Int32,   // 25
+    FieldType::Int16,   // 26
+    FieldType::Int16,   // 27
+    FieldType::Int16,   // 28
+    FieldType::Double,  // 29 MerchVolLessDWB
+}};
 
 enum class LineKind { Blank, Header, Record };
 
@@ -159,6 +190,8 @@ CycleHeader ParseCycleHeader(QByteArrayView line);
 HeaderStamp ParseHeaderStamp(QByteArrayView line);
 // The record with the cycle number copied in and MVol_less_DWB applied. Failures: Overflow (6).
 TreeRecord ParseTreeRecord(QByteArrayView line, qint16 cycleNumber);
+// The same into a record that is reused line after line; every value of it is written.
+void ParseTreeRecord(QByteArrayView line, qint16 cycleNumber, TreeRecord &record);
 
 // A species number that the system knows: 1 to 11.
 bool IsValidSpeciesNumber(qint16 number);
