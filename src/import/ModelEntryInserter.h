@@ -22,7 +22,7 @@ class clsDBEngine;
 // time of an import.
 class ModelEntryInserter {
 public:
-    static constexpr int kBatchRows = 64;
+    static constexpr int kBatchRows = 256;
 
     // Prepares the inserts for this Run Id and kind. Fails as the engine does.
     ModelEntryInserter(clsDBEngine &engine, const QString &runId, const QString &kind);
