@@ -1,5 +1,6 @@
 #include "app/UserQuestions.h"
 #include "import/ImportTreeList.h"
+#include "import/ModelEntryInserter.h"
 #include "import/TreeListReader.h"
 
 #include "support/RunDatabaseFixture.h"
@@ -105,15 +106,18 @@ private slots:
         // The batched insert writes exactly the row that AddModelEntry writes through AddRecord.
         RunDatabaseFixture f;
         QList<QByteArray> lines{HeaderLine(1, 4, 2000, "FAST", kStamp)};
-        for (int i = 0; i < 150; ++i)   // more than two batches and a rest
+        const int trees = 2 * ModelEntryInserter::kBatchRows + 7;   // two batches and a rest
+        for (int i = 0; i < trees; ++i)
             lines.append(TreeLine(QByteArray::number(i), i % 2 ? "CW" : "HW", i % 2 ? 6 : 5, 10.0 + i, 8.0 + i, 0.01 * i, 0.005 * i));
         lines.append(ColumnLine().at(2, QByteArray("\xe9t\xe9", 3)).at(16, "SE").at(19, " 8").at(50, "22.2"));
         const QString path = f.writeFile(QStringLiteral("fast.lst"), TreeListText(lines));
         f.questions.answerRunId(kDialogCheck);
         QVERIFY(ImportTreeList(f.tm, path, QStringLiteral("S")).completed());
 
+        f.tm.DBEngine.StartTrans();
         for (qsizetype i = 1; i < lines.size(); ++i)
             AddModelEntry(f.tm.DBEngine, ParseTreeRecord(lines[i], 4), QStringLiteral("SLOW"), QStringLiteral("S"));
+        f.tm.DBEngine.CommtTrans();
         const QString columns = QStringLiteral("Tree_Id, Col_11_14, Species_Code, Col_28_30, Trees_per_ha, Current_Diameter, Col_56_60, "
                                                "Col_62_66, Col_68_71, Constant_1, Col_73_74, Col_84_89, Col_22_23, Total_Volume, "
                                                "Gross_Merch_Volume, Col_111_117, Col_125_127, Cycle_Number, Constant_1b, Col_81_82, "
@@ -122,7 +126,7 @@ private slots:
         const QString typed = QStringLiteral("SELECT ") + columns + QStringLiteral(", typeof(Col_11_14), typeof(Trees_per_ha), "
                                                                                    "typeof(Tree_Id) FROM Model_Entries WHERE Run_Id = '%1' ORDER BY rowid");
         const QStringList fast = f.rows(typed.arg(QStringLiteral("FAST")));
-        QCOMPARE(fast.size(), 151);
+        QCOMPARE(fast.size(), trees + 1);
         QCOMPARE(fast, f.rows(typed.arg(QStringLiteral("SLOW"))));
         QVERIFY(fast.last().startsWith(QStringLiteral("\u00e9t\u00e9|")));
     }
