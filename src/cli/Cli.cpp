@@ -19,13 +19,20 @@ struct CommandEntry {
 
 const QString kUsage = QStringLiteral(
     "usage: sendrel-cli [--db PATH] <command> [arguments]\n"
-    "commands: init");
+    "commands: init, import, runs, years, delete, describe, chart\n"
+    "developer extra: generate-sample STANDING.lst HARVESTED.lst [--seed N] [--run-name NAME] [--cycles N] [--records N]");
 
 QList<CommandEntry> commands()
 {
     return {
         {"init", CliInit},
         {"chart", CliChart},
+        {"import", CliImport},
+        {"runs", CliRuns},
+        {"years", CliYears},
+        {"delete", CliDelete},
+        {"describe", CliDescribe},
+        {"generate-sample", CliGenerateSample},
     };
 }
 

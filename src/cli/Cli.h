@@ -31,6 +31,12 @@ bool TakeOption(QStringList &args, const QString &name, QString &value, bool &pr
 
 // Commands, one file each.
 int CliInit(CliContext &ctx);
+int CliImport(CliContext &ctx);
+int CliRuns(CliContext &ctx);
+int CliYears(CliContext &ctx);
+int CliDelete(CliContext &ctx);
+int CliDescribe(CliContext &ctx);
+int CliGenerateSample(CliContext &ctx);   // developer extra: sample tree lists
 int CliChart(CliContext &ctx);
 
 // Writes a chart to a .png, .svg or .pdf file. The tool's entry point supplies it, since drawing

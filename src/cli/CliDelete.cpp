@@ -1,0 +1,25 @@
+#include "cli/Cli.h"
+
+#include "cli/CliDatabaseSession.h"
+#include "cli/CliRunArguments.h"
+#include "import/RunDeletion.h"
+
+namespace sendrel {
+
+int CliDelete(CliContext &ctx)
+{
+    QString runId, kind;
+    int code = CliOk;
+    if (!TakeRunAndKind(ctx, QStringLiteral("usage: sendrel-cli --db PATH delete RUN --kind S|H"), runId, kind, code))
+        return code;
+    CliDatabaseSession session(ctx);
+    session.open();
+    if (!RunExists(session.tm, runId, kind)) {
+        ctx.err << NoSuchRunMessage(ctx, runId, kind) << '\n';
+        return CliFailure;
+    }
+    DeleteRun(session.tm, runId, kind);
+    return CliOk;
+}
+
+}  // namespace sendrel
