@@ -12,6 +12,7 @@
 #include "app/gui/frmSendrel.h"
 #include "browser/gui/frmMarquel.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -19,7 +20,9 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTest>
+#include <QTimer>
 
+#include <functional>
 #include <memory>
 
 struct GuiBench {
@@ -66,6 +69,12 @@ inline void clickRow(QListWidget *list, int row)
     QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, list->visualItemRect(item).center());
 }
 
+// Clicks a check box or an option on its box, as the user does (the widget may be wider than its text).
+inline void clickBox(QAbstractButton *button)
+{
+    QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, QPoint(6, button->height() / 2));
+}
+
 // The rows of a list that are highlighted.
 inline QList<int> highlightedRows(const QListWidget *list)
 {
@@ -75,4 +84,27 @@ inline QList<int> highlightedRows(const QListWidget *list)
             rows.append(i);
     }
     return rows;
+}
+
+// Runs action on the next modal window as soon as it is up, so that a test can answer a window
+// that its code shows with exec().
+inline void onNextModal(std::function<void(QWidget *)> action)
+{
+    auto *timer = new QTimer;
+    timer->setInterval(5);
+    QObject::connect(timer, &QTimer::timeout, [timer, action] {
+        QWidget *w = QApplication::activeModalWidget();
+        if (!w || !w->isVisible())
+            return;
+        timer->stop();
+        timer->deleteLater();
+        action(w);
+    });
+    timer->start();
+}
+
+template <typename T>
+T *child(QWidget *w, const char *name)
+{
+    return w->findChild<T *>(QString::fromLatin1(name));
 }

@@ -8,31 +8,12 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
-#include <QValidator>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace sendrel {
 
-namespace {
-
-// The length limit binds typing only: a longer name put in by the program stays until the user
-// shortens it, and no edit may make a text over the limit longer.
-class RunIdLength : public QValidator {
-public:
-    RunIdLength(QLineEdit *edit, int limit) : QValidator(edit), m_edit(edit), m_limit(limit) {}
-    State validate(QString &input, int &) const override
-    {
-        if (input.size() > m_limit && input.size() >= m_edit->text().size())
-            return Invalid;
-        return Acceptable;
-    }
-
-private:
-    QLineEdit *m_edit;
-    int m_limit;
-};
-
-}  // namespace
 
 frmRunId::frmRunId(QWidget *parent)
     : QDialog(parent), lblEnterName(new QLabel(this)), txtRunId(new QLineEdit(this)), lblNameProblem(new QLabel(this)),
@@ -48,7 +29,6 @@ frmRunId::frmRunId(QWidget *parent)
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
 
     lblEnterName->setText(QStringLiteral("Enter a unique Run ID for this data set:"));
-    txtRunId->setValidator(new RunIdLength(txtRunId, kMaxLength));
     txtRunId->setMinimumWidth(txtRunId->fontMetrics().horizontalAdvance(QLatin1Char('W')) * 18);
     QPalette problem = lblNameProblem->palette();
     problem.setColor(QPalette::WindowText, QColor(160, 0, 0));
@@ -68,12 +48,39 @@ frmRunId::frmRunId(QWidget *parent)
     layout->addLayout(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
-    connect(txtRunId, &QLineEdit::textChanged, this, [this](const QString &text) { cmdOK->setEnabled(!text.isEmpty()); });
+    connect(txtRunId, &QLineEdit::textChanged, this, [this] {
+        m_lastText = txtRunId->text();
+        cmdOK->setEnabled(!m_lastText.isEmpty());
+    });
+    connect(txtRunId, &QLineEdit::textEdited, this, &frmRunId::limitLength);
     connect(cmdOK, &QPushButton::clicked, this, &frmRunId::accept);
     connect(cmdCancel, &QPushButton::clicked, this, &frmRunId::reject);
     auto *help = new QShortcut(QKeySequence::HelpContents, this);
     connect(help, &QShortcut::activated, this, [this] { ShowHelp(HelpContentsAndTopic, HelpFile, HelpContextID); });
     cmdOK->setEnabled(false);
+}
+
+void frmRunId::limitLength()
+{
+    // The limit binds typing only: a longer name put in by the program stays until the user
+    // shortens it, and an edit is cut so that it never makes the text longer than the limit allows.
+    const QString edited = txtRunId->text();
+    const QString before = m_lastText;
+    if (edited.size() <= kMaxLength || edited.size() <= before.size())
+        return;
+    qsizetype prefix = 0;
+    while (prefix < before.size() && prefix < edited.size() && before[prefix] == edited[prefix])
+        ++prefix;
+    qsizetype suffix = 0;
+    while (suffix < before.size() - prefix && suffix < edited.size() - prefix
+           && before[before.size() - 1 - suffix] == edited[edited.size() - 1 - suffix])
+        ++suffix;
+    const QString inserted = edited.mid(prefix, edited.size() - prefix - suffix);
+    const qsizetype kept = prefix + suffix;
+    const qsizetype room = std::max<qsizetype>(0, kMaxLength - kept);
+    const QString allowed = inserted.left(room);
+    txtRunId->setText(edited.left(prefix) + allowed + edited.right(suffix));
+    txtRunId->setCursorPosition(static_cast<int>(prefix + allowed.size()));
 }
 
 QString frmRunId::AskRunId(QString &name)

@@ -33,6 +33,10 @@ public:
 
     void accept() override;
     void reject() override;
+
+private:
+    void limitLength();
+    QString m_lastText;
 };
 
 }  // namespace sendrel

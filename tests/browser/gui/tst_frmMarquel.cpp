@@ -50,10 +50,7 @@ class tst_frmMarquel : public QObject {
         return b.start();
     }
 
-    void checkBox(QCheckBox *box)
-    {
-        QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(6, box->height() / 2));
-    }
+    void checkBox(QCheckBox *box) { clickBox(box); }
 
 private slots:
     void loadListsRunsAndSelectsTheFirst()
