@@ -319,8 +319,11 @@ void frmSendrel::ShowHelpTopic(int topic)
 
 frmKD_About *frmSendrel::ShowAbout()
 {
-    if (!m_about)
+    if (!m_about) {
         m_about = new frmKD_About(this);
+        auto *help = new QShortcut(QKeySequence::HelpContents, m_about);
+        connect(help, &QShortcut::activated, this, [this] { ShowHelpTopic(m_about->HelpContextID); });
+    }
     m_about->show();
     m_about->raise();
     m_about->activateWindow();
