@@ -1,8 +1,15 @@
 #include "app/gui/GuiQuestions.h"
 
 #include "app/SendrelError.h"
+#include "app/gui/frmBusyMessage.h"
+#include "import/gui/frmDuplicateId.h"
+#include "import/gui/frmRunId.h"
+#include "import/gui/frmSorH.h"
 
+#include <QApplication>
 #include <QFileDialog>
+#include <QLabel>
+#include <QRadioButton>
 #include <QMessageBox>
 
 namespace sendrel {
@@ -37,10 +44,32 @@ SendrelError notYet(const QString &what)
     return SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"), what + QStringLiteral(" is not available in this build."));
 }
 
+// Long work shows the hourglass; a question in the middle of it gets the normal pointer back for
+// as long as it waits.
+class NormalPointer {
+public:
+    NormalPointer() : m_active(QApplication::overrideCursor() != nullptr)
+    {
+        if (m_active)
+            QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    ~NormalPointer()
+    {
+        if (m_active)
+            QApplication::restoreOverrideCursor();
+    }
+    NormalPointer(const NormalPointer &) = delete;
+    NormalPointer &operator=(const NormalPointer &) = delete;
+
+private:
+    bool m_active;
+};
+
 }  // namespace
 
 Answer GuiQuestions::message(const MessageRequest &request)
 {
+    NormalPointer pointer;
     QMessageBox box(m_parent);
     box.setWindowTitle(request.title);
     box.setText(request.text);
@@ -86,6 +115,7 @@ QString GuiQuestions::qtFilter(const QString &filter)
 
 QString GuiQuestions::openFile(const FileRequest &request)
 {
+    NormalPointer pointer;
     QFileDialog dialog(m_parent, request.title, request.startFolder, qtFilter(request.filter));
     dialog.setFileMode(request.mustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     if (!request.defaultExtension.isEmpty())
@@ -99,25 +129,78 @@ QString GuiQuestions::openFile(const FileRequest &request)
 
 QString GuiQuestions::chooseFolder(const QString &title, const QString &startFolder)
 {
+    NormalPointer pointer;
     const QString dir = QFileDialog::getExistingDirectory(m_parent, title, startFolder, QFileDialog::ShowDirsOnly);
     return QDir::toNativeSeparators(dir);
 }
 
+frmBusyMessage *GuiQuestions::busyWindow() const
+{
+    return m_busy;
+}
+
+frmRunId *GuiQuestions::runIdWindow() const
+{
+    return m_runId;
+}
+
+frmDuplicateId *GuiQuestions::duplicateIdWindow() const
+{
+    return m_duplicate;
+}
+
+GuiQuestions::~GuiQuestions()
+{
+    delete m_busy;
+    delete m_runId;
+    delete m_duplicate;
+}
+
 QString GuiQuestions::askRunId(QString &name)
 {
-    Q_UNUSED(name)
-    throw notYet(QStringLiteral("Enter Run ID"));
+    NormalPointer pointer;
+    if (!m_runId)
+        m_runId = new frmRunId(m_parent);
+    m_runId->HelpFile = m_helpFile;
+    return m_runId->AskRunId(name);
 }
 
 QString GuiQuestions::askDuplicateId(const QString &name)
 {
-    Q_UNUSED(name)
-    throw notYet(QStringLiteral("Duplicate Run Id"));
+    NormalPointer pointer;
+    if (!m_duplicate)
+        m_duplicate = new frmDuplicateId(m_parent);
+    m_duplicate->HelpFile = m_helpFile;
+    m_duplicate->NextFreeRunId = m_nextFree;
+    const QString result = m_duplicate->AskDuplicateId(name);
+    m_lastRenamed = result == kDialogRename ? m_duplicate->lblRunId->text() : QString();
+    return result;
 }
 
 QString GuiQuestions::askStandingOrHarvested()
 {
-    throw notYet(QStringLiteral("Standing or Harvested"));
+    NormalPointer pointer;
+    // A new window for each import.
+    frmSorH form(*this, m_parent);
+    form.HelpFile = m_helpFile;
+    form.ClearOptions();
+    form.exec();
+    if (form.bImportCancelled)
+        return QString();
+    return form.optHarvested->isChecked() ? QStringLiteral("H") : QStringLiteral("S");
+}
+
+void GuiQuestions::showBusyMessage(const QString &title, const QString &message)
+{
+    if (!m_busy)
+        m_busy = new frmBusyMessage(m_parent);
+    m_busy->ShowBusyMessage(title, message);
+}
+
+void GuiQuestions::hideBusyMessage()
+{
+    if (m_busy)
+        m_busy->HideBusyMessage();
 }
 
 bool GuiQuestions::askReportText(ReportTextRequest &request)
