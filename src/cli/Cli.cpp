@@ -20,7 +20,8 @@ struct CommandEntry {
 const QString kUsage = QStringLiteral(
     "usage: sendrel-cli [--db PATH] <command> [arguments]\n"
     "commands: init, import, runs, years, delete, describe, chart\n"
-    "developer extra: generate-sample STANDING.lst HARVESTED.lst [--seed N] [--run-name NAME] [--cycles N] [--records N]");
+    "developer extra: generate-sample STANDING.lst HARVESTED.lst [--seed N] [--run-name NAME] [--cycles N] [--records N]\n"
+    "developer extra: register-installation FOLDER (sets Common DataDir and WorkDir to FOLDER/Data and FOLDER/Work when unset)");
 
 QList<CommandEntry> commands()
 {
@@ -33,6 +34,7 @@ QList<CommandEntry> commands()
         {"delete", CliDelete},
         {"describe", CliDescribe},
         {"generate-sample", CliGenerateSample},
+        {"register-installation", CliRegisterInstallation},
     };
 }
 

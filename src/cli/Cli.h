@@ -36,7 +36,8 @@ int CliRuns(CliContext &ctx);
 int CliYears(CliContext &ctx);
 int CliDelete(CliContext &ctx);
 int CliDescribe(CliContext &ctx);
-int CliGenerateSample(CliContext &ctx);   // developer extra: sample tree lists
+int CliGenerateSample(CliContext &ctx);
+int CliRegisterInstallation(CliContext &ctx);   // developer extra: what an installer sets   // developer extra: sample tree lists
 int CliChart(CliContext &ctx);
 
 // Writes a chart to a .png, .svg or .pdf file. The tool's entry point supplies it, since drawing

@@ -1,5 +1,10 @@
 #include "cli/Cli.h"
 
+#include "app/Settings.h"
+#include "app/SettingsStore.h"
+
+#include <QDir>
+
 #include <QFile>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -52,6 +57,24 @@ private slots:
         QVERIFY(err.contains(path));
         QVERIFY(f.open(QIODevice::ReadOnly));
         QCOMPARE(f.readAll(), before);
+    }
+
+    void registerInstallationSetsOnlyMissingFolders()
+    {
+        QTemporaryDir dir;
+        QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("Data")));
+        QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("Work")));
+        QString out, err;
+        {
+            SettingsStore store;
+            store.SaveSetting(kSectionCommon, QStringLiteral("DataDir"), dir.path());
+            store.SaveSetting(kSectionCommon, QStringLiteral("WorkDir"), QStringLiteral("/gone/"));
+        }
+        QCOMPARE(run({QStringLiteral("register-installation"), dir.path()}, out, err), 0);
+        SettingsStore store;
+        QCOMPARE(store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), dir.path());
+        QCOMPARE(store.GetSetting(kSectionCommon, QStringLiteral("WorkDir")), QDir::toNativeSeparators(dir.path() + QStringLiteral("/Work/")));
+        QCOMPARE(run({QStringLiteral("register-installation"), dir.path() + QStringLiteral("/none")}, out, err), 1);
     }
 
     void usageErrors()
