@@ -72,6 +72,11 @@ void clsDBEngine::OpenDB()
         QSqlDatabase::removeDatabase(m_connectionName);
         throw SendrelError(ErrNo::DatabaseFailure, e.source(), e.description());
     }
+    // A page cache large enough that sorting the trees of one cycle (the stand table's statement
+    // orders them by species and diameter) stays in memory instead of spilling to a temporary
+    // file. It is taken only as needed, belongs to this connection and writes nothing to the file.
+    QSqlQuery pragma(db);
+    pragma.exec(QStringLiteral("PRAGMA cache_size = -16384"));
 }
 
 void clsDBEngine::CloseDB()
