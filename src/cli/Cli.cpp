@@ -26,6 +26,7 @@ QList<CommandEntry> commands()
     return {
         {"init", CliInit},
         {"chart", CliChart},
+        {"report", CliReport},
     };
 }
 

@@ -32,6 +32,7 @@ bool TakeOption(QStringList &args, const QString &name, QString &value, bool &pr
 // Commands, one file each.
 int CliInit(CliContext &ctx);
 int CliChart(CliContext &ctx);
+int CliReport(CliContext &ctx);
 
 // Writes a chart to a .png, .svg or .pdf file. The tool's entry point supplies it, since drawing
 // needs the windowing libraries that the command library keeps out; tests supply their own.
