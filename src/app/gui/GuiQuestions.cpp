@@ -1,9 +1,12 @@
 #include "app/gui/GuiQuestions.h"
 
 #include "app/SendrelError.h"
+#include "output/gui/frmReportText.h"
 
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 
 namespace sendrel {
 
@@ -122,8 +125,17 @@ QString GuiQuestions::askStandingOrHarvested()
 
 bool GuiQuestions::askReportText(ReportTextRequest &request)
 {
-    Q_UNUSED(request)
-    throw notYet(QStringLiteral("Report text"));
+    // A new window for each report, shown modally; the boxes are read while it is still loaded.
+    frmReportText form(m_parent);
+    form.txtReportTitle->setText(request.title);
+    // The box keeps its lines with bare line feeds; the compile turns them back into CR LF.
+    form.txtReportDesc->setPlainText(QString(request.description).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    form.exec();
+    if (form.bReportCancelled)
+        return false;
+    request.title = form.txtReportTitle->text();
+    request.description = form.txtReportDesc->toPlainText();
+    return true;
 }
 
 }  // namespace sendrel
