@@ -189,6 +189,9 @@ void TestCliReport::failures_data()
     QTest::newRow("year not in run") << QStringList{"stock", "CLIRPT", "--kind", "S", "--years", "1999", "-o", "-"}
                                      << "sendrel-cli: run CLIRPT has no year 1999\n";
     QTest::newRow("run without cycles") << QStringList{"stand", "EMPTY", "--kind", "S", "-o", "-"} << "No Cycles Are Selected\n";
+    // No tree reaches the classes: blocks without rows, which the generator refuses.
+    QTest::newRow("no tree in the classes") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "100,10,3", "-o", "-"}
+                                            << "Error printing report\nEither BOF or EOF is True, or the current record has been deleted. (3021)\n";
     QTest::newRow("output not writable") << QStringList{"stand", "CLIRPT", "--kind", "S", "-o", "/nonexistent-folder/x.txt"}
                                          << "sendrel-cli: cannot write /nonexistent-folder/x.txt: ";
 }
