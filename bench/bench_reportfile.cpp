@@ -7,6 +7,8 @@
 #include "app/SettingsStore.h"
 #include "app/TreeModel.h"
 #include "output/ReportFile.h"
+#include "standstock/ClassLayout.h"
+#include "standstock/StandStockData.h"
 #include "standstock/StandStockTables.h"
 #include "store/GameDB.h"
 #include "store/Schema.h"
@@ -27,9 +29,8 @@ constexpr int kCycles = 20;
 constexpr int kClasses = 30;
 constexpr int kSpecies = 12;
 
-void fill(StandStockResults &r, int numSpecies, int cycle)
+void fill(StandStockData &r, int numSpecies, int cycle)
 {
-    r = StandStockResults(numSpecies);
     for (int i = 0; i < kClasses; ++i) {
         for (int code = 1; code <= numSpecies; ++code) {
             auto &e = r.ReportEntry(i, code);
@@ -48,6 +49,8 @@ void fill(StandStockResults &r, int numSpecies, int cycle)
         r.SpeciesType[k] = static_cast<qint16>(k + 1);
     r.NextSpecies = kSpecies;
     for (int i = 0; i < kClasses; ++i) {
+        r.ClassTotals[i].Density = 0;
+        r.ClassTotals[i].MerchVol = 0;
         for (int code = 1; code <= kSpecies; ++code) {
             r.ClassTotals[i].Density += IntegerPart(r.ReportEntry(i, code).Density + 0.5);
             r.ClassTotals[i].MerchVol += IntegerPart(r.ReportEntry(i, code).MerchVol + 0.5);
@@ -74,12 +77,14 @@ int main(int argc, char *argv[])
     tm.DBEngine.Execute();
     ReadSpecies(tm);
 
-    StandStockResults results;
+    ClassLayout layout;
+    layout.SetClasses(u"0", u"5", u"30");
+    StandStockData results(layout, tm.NumSpecies);
     QElapsedTimer timer;
     timer.start();
     for (int cycle = 1; cycle <= kCycles; ++cycle) {
         fill(results, tm.NumSpecies, cycle);
-        WriteStandStockTables(tm, results, kClasses, true, static_cast<qint16>(cycle), QStringLiteral("BENCH"),
+        WriteStandStockTables(tm, results, layout, true, static_cast<qint16>(cycle), QStringLiteral("BENCH"),
                               static_cast<qint16>(cycle), static_cast<qint16>(2000 + 10 * cycle), QStringLiteral("BENCH: Stand Table"),
                               QStringLiteral("Printed by: "));
     }

@@ -19,7 +19,7 @@ struct CommandEntry {
 
 const QString kUsage = QStringLiteral(
     "usage: sendrel-cli [--db PATH] <command> [arguments]\n"
-    "commands: init, import, runs, years, delete, describe, chart\n"
+    "commands: init, import, runs, years, delete, describe, report, chart\n"
     "developer extra: generate-sample STANDING.lst HARVESTED.lst [--seed N] [--run-name NAME] [--cycles N] [--records N]\n"
     "developer extra: register-installation FOLDER (sets Common DataDir and WorkDir to FOLDER/Data and FOLDER/Work when unset)");
 
@@ -35,6 +35,7 @@ QList<CommandEntry> commands()
         {"describe", CliDescribe},
         {"generate-sample", CliGenerateSample},
         {"register-installation", CliRegisterInstallation},
+        {"report", CliReport},
     };
 }
 

@@ -39,6 +39,7 @@ int CliDescribe(CliContext &ctx);
 int CliGenerateSample(CliContext &ctx);
 int CliRegisterInstallation(CliContext &ctx);   // developer extra: what an installer sets   // developer extra: sample tree lists
 int CliChart(CliContext &ctx);
+int CliReport(CliContext &ctx);
 
 // Writes a chart to a .png, .svg or .pdf file. The tool's entry point supplies it, since drawing
 // needs the windowing libraries that the command library keeps out; tests supply their own.

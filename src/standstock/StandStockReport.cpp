@@ -5,6 +5,8 @@
 #include "app/ToolBox.h"
 #include "app/TreeModel.h"
 #include "app/UserQuestions.h"
+#include "standstock/ClassLayout.h"
+#include "standstock/StandStockData.h"
 #include "standstock/StandStockTables.h"
 
 #include <QRegularExpression>
@@ -51,9 +53,13 @@ QString StandStockReportTitle(const QString &runId, bool density)
     return runId + (density ? QStringLiteral(": Stand Table") : QStringLiteral(": Stock Table"));
 }
 
-CompiledStandStockReport CompileStandStockReport(TreeModel &tm, StandStockReportRequest &request,
-                                                 const StandStockResults &results, const CalcReportFn &calcReport,
-                                                 const ReportClock &clock)
+QString StandStockReportDescription(const QString &runDesc)
+{
+    return QStringLiteral("Printed by: ") + kCrLf + kCrLf + runDesc;
+}
+
+CompiledStandStockReport CompileStandStockReport(TreeModel &tm, StandStockReportRequest &request, const ClassLayout &layout,
+                                                 StandStockData &data, const ReportClock &clock, const CalcReportFn &calcReport)
 {
     CompiledStandStockReport report;
     if (request.cycles.isEmpty()) {
@@ -67,11 +73,13 @@ CompiledStandStockReport CompileStandStockReport(TreeModel &tm, StandStockReport
 
         ReportTextRequest text;
         text.title = StandStockReportTitle(request.This_RunId, request.density);
-        text.description = QStringLiteral("Printed by: ") + kCrLf + kCrLf + request.This_RunDesc;
+        text.description = StandStockReportDescription(request.This_RunDesc);
         if (!tm.questions.askReportText(text))
             return report;
         text.description = withCrLf(text.description);
 
+        if (request.SetMousePointer)
+            request.SetMousePointer(kReportPointerHourglass);
         tm.questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data..."));
         busy = true;
 
@@ -84,9 +92,12 @@ CompiledStandStockReport CompileStandStockReport(TreeModel &tm, StandStockReport
             ++reportId;
             const qint16 year = ToInt16(ReadNumber(selected.yearText));
             tm.questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data for cycle: ") + QString::number(selected.cycle));
-            calcReport(selected.cycle);
-            WriteStandStockTables(tm, results, request.iNumofClasses, request.density, reportId, request.This_RunId, selected.cycle, year, text.title,
-                                  text.description);
+            if (calcReport)
+                calcReport(selected.cycle);
+            else
+                data.CalcReport(tm, request.This_RunId, request.This_SorH, selected.cycle);
+            WriteStandStockTables(tm, data, layout, request.density, reportId, request.This_RunId, selected.cycle, year,
+                                  text.title, text.description);
         }
 
         tm.CurrentRunId = request.This_RunId;

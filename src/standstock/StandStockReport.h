@@ -1,7 +1,6 @@
 #pragma once
 
 #include "output/ReportFile.h"
-#include "standstock/StandStockResults.h"
 
 #include <QList>
 #include <QString>
@@ -12,6 +11,8 @@
 namespace sendrel {
 
 struct TreeModel;
+class ClassLayout;
+class StandStockData;
 
 // One selected entry of the list of cycles: its item value and its text, the year.
 struct SelectedCycle {
@@ -22,10 +23,13 @@ struct SelectedCycle {
 // What "View Reports" of a stand and stock window works on.
 struct StandStockReportRequest {
     QString This_RunId;
+    QString This_SorH;               // "S" standing, "H" harvested
     QString This_RunDesc;            // replaced by the run's parameters from the Run table
     bool density = true;             // optDensity: a stand table; else a stock table
     QList<SelectedCycle> cycles;     // the selected entries, in the list's order
-    qint16 iNumofClasses = 0;        // classes of the window's layout
+    // The frame's mouse pointer (0 default, 11 hourglass): the hourglass goes up once the
+    // dialog has been answered. A caller without a pointer leaves it empty.
+    std::function<void(int pointer)> SetMousePointer;
 };
 
 // How the compile ended and what the viewer is to show.
@@ -37,18 +41,26 @@ struct CompiledStandStockReport {
     qint16 columns = 0;
 };
 
-// Runs the aggregation of one cycle into the results that the writers read.
+// Aggregates one cycle into the data that the writers read.
 using CalcReportFn = std::function<void(qint16 cycle)>;
 
 // The compile of "View Reports", everything but the windows: asks for title and description
-// through tm.questions, empties the scratch tables, aggregates and writes each selected cycle,
-// and makes the report file. A failure is shown as the event handler shows it and gives
-// compiled == false, with the rows written so far left in the scratch tables.
-CompiledStandStockReport CompileStandStockReport(TreeModel &tm, StandStockReportRequest &request,
-                                                 const StandStockResults &results, const CalcReportFn &calcReport,
-                                                 const ReportClock &clock = ReportClockNow);
+// through tm.questions, empties the scratch tables, aggregates and writes each selected cycle
+// over the classes in use of layout, and makes the report file. The aggregation of a cycle is
+// data.CalcReport for the request's run and kind unless calcReport says otherwise. A failure
+// is shown as the event handler shows it and gives compiled == false, with the rows written
+// so far left in the scratch tables.
+CompiledStandStockReport CompileStandStockReport(TreeModel &tm, StandStockReportRequest &request, const ClassLayout &layout,
+                                                 StandStockData &data, const ReportClock &clock = ReportClockNow,
+                                                 const CalcReportFn &calcReport = {});
 
 // The title that the dialog proposes: Run Id and ": Stand Table" or ": Stock Table".
 QString StandStockReportTitle(const QString &runId, bool density);
+// The description that the dialog proposes: "Printed by: ", two line ends, the run's text.
+QString StandStockReportDescription(const QString &runDesc);
+
+// The frame's mouse pointers that the compile sets.
+inline constexpr int kReportPointerDefault = 0;
+inline constexpr int kReportPointerHourglass = 11;
 
 }  // namespace sendrel

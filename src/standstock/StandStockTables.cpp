@@ -3,6 +3,8 @@
 #include "app/Numbers.h"
 #include "app/ToolBox.h"
 #include "app/TreeModel.h"
+#include "standstock/ClassLayout.h"
+#include "standstock/StandStockData.h"
 #include "store/GameDB.h"
 
 #include <QVector>
@@ -16,7 +18,7 @@ constexpr int kSpecies2Pairs = 11;     // Species2 holds Str_Code1/Name1 to Str_
 constexpr int kMostSpeciesAlone = 11;     // from the twelfth species on, "Other:" joins the rest
 constexpr int kOwnColumnsWithOther = 10;
 
-// The species of one column position of a row; the cells themselves are read from the results.
+// The species of one column position of a row; the cells themselves are read from the aggregation.
 struct RowEntry {
     qint16 Species = -1;
 };
@@ -43,17 +45,17 @@ void execute(TreeModel &tm, const QString &sql)
     tm.DBEngine.Execute();
 }
 
-QVector<ReportRowType> fillRows(const StandStockResults &results, qint16 iNumofClasses, int numSpecies)
+QVector<ReportRowType> fillRows(const StandStockData &data, int classCount, int numSpecies)
 {
     QVector<ReportRowType> rows(kReportRows);
     for (ReportRowType &row : rows)
         row.Entries = QVector<RowEntry>(numSpecies + 1);
-    for (int i = 0; i < iNumofClasses && i < kReportRows; ++i) {
-        for (int j = 0; j < results.NextSpecies; ++j) {
-            const qint16 c = results.SpeciesType[j];
+    for (int i = 0; i < classCount && i < kReportRows; ++i) {
+        for (int j = 0; j < data.NextSpecies; ++j) {
+            const qint16 c = data.SpeciesType[j];
             rows[i].Entries[j].Species = c;
             if (j == 0) {
-                const auto &cell = results.ReportEntry(i, c);
+                const ReportEntryType &cell = data.ReportEntry(i, c);
                 rows[i].DBHClass = cell.DBHClass;
                 rows[i].MinDia = cell.MinDia;
                 rows[i].MaxDia = cell.MaxDia;
@@ -86,9 +88,9 @@ void writeSpecies2(TreeModel &tm, const ReportRowType &firstRow, int numSpecies,
 
 // The column groups of class i: the species of their own, "Other:" from the twelfth species on,
 // and "Totals:".
-QVector<ColumnGroup> columnGroups(TreeModel &tm, const StandStockResults &results, const ReportRowType &row, int i)
+QVector<ColumnGroup> columnGroups(TreeModel &tm, const StandStockData &data, const ReportRowType &row, int i)
 {
-    const int found = results.NextSpecies;
+    const int found = data.NextSpecies;
     const bool withOther = found > kMostSpeciesAlone;
     const int own = withOther ? kOwnColumnsWithOther : found;
 
@@ -96,28 +98,28 @@ QVector<ColumnGroup> columnGroups(TreeModel &tm, const StandStockResults &result
     double roundedDensity = 0;
     double roundedVolume = 0;
     for (int j = 0; j < own; ++j) {
-        const auto &cell = results.ReportEntry(i, row.Entries[j].Species);
+        const ReportEntryType &cell = data.ReportEntry(i, row.Entries[j].Species);
         groups.append({SpeciesStrCode(tm, cell.Species), cell.Density, cell.MerchVol});
         roundedDensity += IntegerPart(cell.Density + 0.5);
         roundedVolume += IntegerPart(cell.MerchVol + 0.5);
     }
-    const auto &totals = results.ClassTotals[i];
+    const ReportEntryType &totals = data.ClassTotals[i];
     if (withOther)
         groups.append({QStringLiteral("Other:"), totals.Density - roundedDensity, totals.MerchVol - roundedVolume});
     groups.append({QStringLiteral("Totals:"), totals.Density, totals.MerchVol});
     return groups;
 }
 
-void writeDetailRow(TreeModel &tm, const StandStockResults &results, qint16 iNumofClasses, const ReportRowType &row, int i,
+void writeDetailRow(TreeModel &tm, const StandStockData &data, int classCount, const ReportRowType &row, int i,
                     qint16 ReportId)
 {
     QString columns = QStringLiteral("Insert into Report_Detail(IsBucket,Report_id, DBH_MinDia, DBH_MaxDia, DBH_Midpoint, DBH_Class");
     QString values = QStringLiteral(" Values (")
-                     + (i == iNumofClasses - 1 ? QStringLiteral("'YES',") : QStringLiteral("'NO',"))
+                     + (i == classCount - 1 ? QStringLiteral("'YES',") : QStringLiteral("'NO',"))
                      + QString::number(ReportId) + QLatin1Char(',') + DefaultText(row.MinDia) + QLatin1Char(',')
                      + DefaultText(row.MaxDia) + QLatin1Char(',') + DefaultText(row.MidPoint) + QStringLiteral(",'")
                      + QuoteSQL(row.DBHClass) + QLatin1Char('\'');
-    const QVector<ColumnGroup> groups = columnGroups(tm, results, row, i);
+    const QVector<ColumnGroup> groups = columnGroups(tm, data, row, i);
     for (qsizetype g = 0; g < groups.size(); ++g) {
         const QString sp = QStringLiteral("Sp") + QString::number(g + 1);
         columns += QLatin1Char(',') + sp + QLatin1Char(',') + sp + QStringLiteral("_Density,") + sp + QStringLiteral("_MerchVol");
@@ -130,24 +132,27 @@ void writeDetailRow(TreeModel &tm, const StandStockResults &results, qint16 iNum
 
 }  // namespace
 
-void WriteStandStockTables(TreeModel &tm, const StandStockResults &results, qint16 iNumofClasses, bool density,
+void WriteStandStockTables(TreeModel &tm, const StandStockData &data, const ClassLayout &layout, bool density,
                            qint16 ReportId, const QString &RunId, qint16 Cycle, qint16 Year, const QString &title,
                            const QString &description)
 {
-    const int numSpecies = tm.NumSpecies;
-    const QVector<ReportRowType> rows = fillRows(results, iNumofClasses, numSpecies);
+    // NumSpecies as the aggregation was made with it.
+    const int numSpecies = data.NumSpecies();
+    // The classes that the aggregation walked: those of the last entry that passed.
+    const int classCount = layout.ClassCount();
+    const QVector<ReportRowType> rows = fillRows(data, classCount, numSpecies);
 
     writeSpecies2(tm, rows[0], numSpecies, ReportId);
 
     const QString reportType = density ? QStringLiteral("DENSITY") : QStringLiteral("MERCH_VOL");
     for (int i = 0; i < kReportRows; ++i) {
         if (rows[i].MidPoint != 0)
-            writeDetailRow(tm, results, iNumofClasses, rows[i], i, ReportId);
+            writeDetailRow(tm, data, classCount, rows[i], i, ReportId);
     }
 
     execute(tm, QStringLiteral("INSERT INTO Report_Header (Report_ID,Run_ID,Report_Type,Num_Species,Cycle_Num ,Cycle_Year,Report_Title,[Desc]) VALUES (")
                     + QString::number(ReportId) + QStringLiteral(",'") + QuoteSQL(RunId) + QStringLiteral("','") + reportType
-                    + QStringLiteral("',") + QString::number(results.NextSpecies) + QLatin1Char(',') + QString::number(Cycle)
+                    + QStringLiteral("',") + QString::number(data.NextSpecies) + QLatin1Char(',') + QString::number(Cycle)
                     + QLatin1Char(',') + QString::number(Year) + QStringLiteral(",'") + QuoteSQL(title) + QStringLiteral("','")
                     + QuoteSQL(description) + QStringLiteral("')"));
 }

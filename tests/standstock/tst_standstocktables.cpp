@@ -2,6 +2,8 @@
 #include "support/RunDbFixture.h"
 
 #include "app/Numbers.h"
+#include "standstock/ClassLayout.h"
+#include "standstock/StandStockData.h"
 #include "standstock/StandStockReport.h"
 #include "standstock/StandStockTables.h"
 #include "store/GameDB.h"
@@ -21,7 +23,7 @@ QDateTime fixedClock()
     return QDateTime::fromSecsSinceEpoch(1700000000, QTimeZone::utc());
 }
 
-// A tree-free stand-in for one cycle's aggregation: classes of equal width and the cells given.
+// One cell of class and species.
 struct Cell {
     int classIndex;
     qint16 code;
@@ -29,9 +31,21 @@ struct Cell {
     double volume;
 };
 
-void fillResults(StandStockResults &r, int numSpecies, double start, double width, int classes, const QList<Cell> &cells)
+// A tree-free stand-in for one cycle's aggregation: classes of equal width entered in layout,
+// every cell cleared, then the cells given, with species and totals found as the aggregation does.
+void fillData(StandStockData &r, ClassLayout &layout, double start, double width, int classes, const QList<Cell> &cells)
 {
-    r = StandStockResults(numSpecies);
+    QVERIFY(layout.SetClasses(DefaultText(start), DefaultText(width), QString::number(classes)).passed());
+    QCOMPARE(layout.ClassCount(), qint16(classes));
+    for (int i = 0; i < ClassLayout::kSlots; ++i) {
+        for (int code = 0; code <= r.NumSpecies(); ++code)
+            r.ReportEntry(i, code) = ReportEntryType();
+    }
+    r.SpeciesType.fill(-1);
+    r.NextSpecies = 0;
+    r.ClassTotals.fill(ReportEntryType());
+
+    const int numSpecies = r.NumSpecies();
     for (int i = 0; i < classes; ++i) {
         const double minDia = start + i * width;
         for (int code = 1; code <= numSpecies; ++code) {
@@ -114,10 +128,11 @@ private slots:
 void TestStandStockTables::exampleRowOfTwoSpecies()
 {
     RunDbFixture db;
-    StandStockResults r;
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
     // Class 10 to 15: PW 120.5 stems, 33.25 m3; the second species (code 3, FD) 40 stems, 2.5 m3.
-    fillResults(r, db.tm.NumSpecies, 10, 5, 2, {{0, 1, 120.5, 33.25}, {0, 3, 40, 2.5}, {1, 1, 7, 1}});
-    WriteStandStockTables(db.tm, r, 2, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
+    fillData(r, layout, 10, 5, 2, {{0, 1, 120.5, 33.25}, {0, 3, 40, 2.5}, {1, 1, 7, 1}});
+    WriteStandStockTables(db.tm, r, layout, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
     // The header is the last statement.
     QCOMPARE(db.tm.DBEngine.SQLString,
              QStringLiteral("INSERT INTO Report_Header (Report_ID,Run_ID,Report_Type,Num_Species,Cycle_Num ,Cycle_Year,Report_Title,[Desc]) "
@@ -132,9 +147,10 @@ void TestStandStockTables::exampleRowOfTwoSpecies()
 void TestStandStockTables::oneSpeciesAndSpecies2Fill()
 {
     RunDbFixture db;
-    StandStockResults r;
-    fillResults(r, db.tm.NumSpecies, 0, 10, 3, {{1, 3, 50, 5}, {2, 3, 20.5, 9.5}});
-    WriteStandStockTables(db.tm, r, 3, false, 2, QStringLiteral("R7"), 4, 2040, QStringLiteral("T"), QStringLiteral("D"));
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
+    fillData(r, layout, 0, 10, 3, {{1, 3, 50, 5}, {2, 3, 20.5, 9.5}});
+    WriteStandStockTables(db.tm, r, layout, false, 2, QStringLiteral("R7"), 4, 2040, QStringLiteral("T"), QStringLiteral("D"));
     // Classes in which the species has no tree still get their row, under the heading "xx".
     QCOMPARE(rowsOf(db, QStringLiteral("SELECT IsBucket, Report_id, DBH_Class, Sp1, Sp1_Density, Sp2, Sp2_Density, Sp2_MerchVol, Sp3 "
                                        "FROM Report_Detail ORDER BY DBH_MinDia")),
@@ -151,7 +167,8 @@ void TestStandStockTables::oneSpeciesAndSpecies2Fill()
 void TestStandStockTables::elevenSpeciesStandAlone()
 {
     RunDbFixture db;
-    StandStockResults r;
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
     QList<Cell> cells;
     // First appearance decides the order: codes 11 down to 1 in class 0 come out by rising code,
     // code 5 only in the bucket class comes last.
@@ -160,8 +177,8 @@ void TestStandStockTables::elevenSpeciesStandAlone()
             cells.append({0, code, 10.0 * code, 1.0 * code});
     }
     cells.append({1, 5, 3.5, 0.25});
-    fillResults(r, db.tm.NumSpecies, 0, 10, 2, cells);
-    WriteStandStockTables(db.tm, r, 2, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
+    fillData(r, layout, 0, 10, 2, cells);
+    WriteStandStockTables(db.tm, r, layout, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
     const QStringList rows = rowsOf(db, QStringLiteral("SELECT Sp1, Sp2, Sp3, Sp4, Sp5, Sp6, Sp7, Sp8, Sp9, Sp10, Sp11, Sp12, Sp12_Density "
                                                        "FROM Report_Detail ORDER BY DBH_MinDia"));
     QCOMPARE(rows, (QStringList{QStringLiteral("PW|LW|FD|BG|CW|PL|SE|BL|PY|HM|HW|Totals:|610"),
@@ -174,14 +191,15 @@ void TestStandStockTables::twelveSpeciesJoinInOther()
     RunDbFixture db;
     addSpecies(db, 13);
     QCOMPARE(db.tm.NumSpecies, 13);
-    StandStockResults r;
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
     QList<Cell> cells;
     // Twelve species; cells of x.4 and x.5 show that "Other:" is made of rounded cells.
     for (qint16 code = 1; code <= 12; ++code)
         cells.append({0, code, 10.0 * code + (code % 2 ? 0.4 : 0.5), 0.5 * code});
-    fillResults(r, db.tm.NumSpecies, 0, 10, 2, cells);
+    fillData(r, layout, 0, 10, 2, cells);
     QCOMPARE(r.NextSpecies, qint16(12));
-    WriteStandStockTables(db.tm, r, 2, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
+    WriteStandStockTables(db.tm, r, layout, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
     const QStringList rows = rowsOf(db, QStringLiteral("SELECT Sp1, Sp10, Sp10_Density, Sp11, Sp11_Density, Sp11_MerchVol, "
                                                        "Sp12, Sp12_Density, Sp12_MerchVol FROM Report_Detail ORDER BY DBH_MinDia"));
     // Rounded cells 10, 21, 30, 41, ..., 101 | 110, 121: "Other:" = 231 of a total of 786.
@@ -195,11 +213,12 @@ void TestStandStockTables::twelveSpeciesJoinInOther()
 void TestStandStockTables::headerRowAndQuotes()
 {
     RunDbFixture db;
-    StandStockResults r;
-    fillResults(r, db.tm.NumSpecies, 0, 10, 2, {{0, 1, 1, 1}});
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
+    fillData(r, layout, 0, 10, 2, {{0, 1, 1, 1}});
     const QString title = QStringLiteral("O'Brien's stand");
     const QString description = QStringLiteral("Printed by: ") + kCrLf + kCrLf + QStringLiteral("it's thinned");
-    WriteStandStockTables(db.tm, r, 2, false, 3, QStringLiteral("R'7"), 5, 2050, title, description);
+    WriteStandStockTables(db.tm, r, layout, false, 3, QStringLiteral("R'7"), 5, 2050, title, description);
     QCOMPARE(rowsOf(db, QStringLiteral("SELECT Report_Id, Run_ID, Report_Type, Num_Species, Cycle_Num, Cycle_Year, Report_Title, [Desc] "
                                        "FROM Report_Header")),
              QStringList{QStringLiteral("3|R'7|MERCH_VOL|1|5|2050|") + title + QLatin1Char('|') + description});
@@ -208,9 +227,10 @@ void TestStandStockTables::headerRowAndQuotes()
 void TestStandStockTables::noSpeciesWritesNoDetailRows()
 {
     RunDbFixture db;
-    StandStockResults r;
-    fillResults(r, db.tm.NumSpecies, 0, 10, 5, {});
-    WriteStandStockTables(db.tm, r, 5, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
+    fillData(r, layout, 0, 10, 5, {});
+    WriteStandStockTables(db.tm, r, layout, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
     QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM Report_Detail")).toInt(), 0);
     QCOMPARE(rowsOf(db, QStringLiteral("SELECT Num_Species FROM Report_Header")), QStringList{QStringLiteral("0")});
     QCOMPARE(rowsOf(db, QStringLiteral("SELECT Str_Code1, Str_Code11 FROM Species2")), QStringList{QStringLiteral("PW|PW")});
@@ -225,21 +245,22 @@ void TestStandStockTables::compileThreeCyclesAndFile()
     db.exec(QStringLiteral("INSERT INTO Report_Detail (Report_id) VALUES (9)"));
     db.exec(QStringLiteral("INSERT INTO Species2 (Report_id) VALUES (9)"));
 
-    StandStockResults r;
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
     QList<qint16> calculated;
     const CalcReportFn calc = [&](qint16 cycle) {
         calculated.append(cycle);
         if (cycle == 1)
-            fillResults(r, db.tm.NumSpecies, 10, 5, 3, {{0, 1, 120.5, 33.25}, {0, 3, 40, 2.5}, {2, 1, 12.25, 8}});
+            fillData(r, layout, 10, 5, 3, {{0, 1, 120.5, 33.25}, {0, 3, 40, 2.5}, {2, 1, 12.25, 8}});
         else if (cycle == 2)
-            fillResults(r, db.tm.NumSpecies, 10, 5, 3, {{1, 3, 1500.5, 80}, {2, 3, 250, 60.5}});
+            fillData(r, layout, 10, 5, 3, {{1, 3, 1500.5, 80}, {2, 3, 250, 60.5}});
         else
-            fillResults(r, db.tm.NumSpecies, 10, 5, 3, {{0, 7, 0.4, 0.1}, {1, 1, 99.5, 20}, {1, 7, 10, 1}});
+            fillData(r, layout, 10, 5, 3, {{0, 7, 0.4, 0.1}, {1, 1, 99.5, 20}, {1, 7, 10, 1}});
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("browser text"), true,
-                                    {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}, {4, QStringLiteral("2030")}}, 3};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("browser text"), true,
+                                    {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}, {4, QStringLiteral("2030")}}, {}};
     db.questions.answerReportText(true);
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, calc, fixedClock);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
 
     QVERIFY2(report.compiled, qPrintable(db.questions.messageTexts().join(QLatin1Char('|'))));
     QCOMPARE(calculated, (QList<qint16>{1, 2, 4}));
@@ -276,16 +297,17 @@ void TestStandStockTables::compileOrientationByColumns()
     QFETCH(int, species);
     QFETCH(int, orientation);
     RunDbFixture db;
-    StandStockResults r;
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
     const CalcReportFn calc = [&](qint16) {
         QList<Cell> cells;
         for (qint16 code = 1; code <= species; ++code)
             cells.append({0, code, 1, 1});
-        fillResults(r, db.tm.NumSpecies, 0, 10, 2, cells);
+        fillData(r, layout, 0, 10, 2, cells);
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QString(), false, {{1, QStringLiteral("2000")}}, 2};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), false, {{1, QStringLiteral("2000")}}, {}};
     db.questions.answerReportText(true);
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, calc, fixedClock);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
     QVERIFY(report.compiled);
     QCOMPARE(report.ReportType, qint16(1));
     QCOMPARE(report.columns, qint16(species + 1));
@@ -298,9 +320,10 @@ void TestStandStockTables::compileOrientationByColumns()
 void TestStandStockTables::compileWithoutCycles()
 {
     RunDbFixture db;
-    StandStockResults r;
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("keep"), true, {}, 2};
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, [](qint16) { QFAIL("no cycle to aggregate"); });
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("keep"), true, {}, {}};
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, ReportClockNow, [](qint16) { QFAIL("no cycle to aggregate"); });
     QVERIFY(!report.compiled);
     QCOMPARE(db.questions.messageTexts(), QStringList{QStringLiteral("No Cycles Are Selected")});
     QCOMPARE(request.This_RunDesc, QStringLiteral("keep"));
@@ -311,10 +334,11 @@ void TestStandStockTables::compileCancelledTouchesNothing()
     RunDbFixture db;
     db.exec(QStringLiteral("INSERT INTO Run (Run_Id, Run_Desc, run_parameters) VALUES ('R7', 'desc', NULL)"));
     db.exec(QStringLiteral("INSERT INTO Report_Header (Report_Id, Run_ID) VALUES (9, 'OLD')"));
-    StandStockResults r;
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("browser text"), true, {{1, QStringLiteral("2000")}}, 2};
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("browser text"), true, {{1, QStringLiteral("2000")}}, {}};
     db.questions.answerReportText(false);
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, [](qint16) { QFAIL("cancelled"); });
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, ReportClockNow, [](qint16) { QFAIL("cancelled"); });
     QVERIFY(!report.compiled);
     // A null run_parameters empties the description, also when the dialog is cancelled.
     QCOMPARE(request.This_RunDesc, QString());
@@ -329,15 +353,16 @@ void TestStandStockTables::compileFailureStopsAndTells()
     // A Report_Detail that refuses rows of classes: the first cycle's Species2 row is written, then it stops.
     db.exec(QStringLiteral("DROP TABLE Report_Detail"));
     db.exec(QStringLiteral("CREATE TABLE Report_Detail (Report_id INTEGER)"));
-    StandStockResults r;
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
     int calls = 0;
     const CalcReportFn calc = [&](qint16) {
         ++calls;
-        fillResults(r, db.tm.NumSpecies, 0, 10, 2, {{0, 1, 1, 1}});
+        fillData(r, layout, 0, 10, 2, {{0, 1, 1, 1}});
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, 2};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}};
     db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, calc, fixedClock);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
     QVERIFY(!report.compiled);
     QCOMPARE(calls, 1);
     QCOMPARE(db.questions.messageTexts().size(), 1);
@@ -353,16 +378,17 @@ void TestStandStockTables::compileFailureStopsAndTells()
 void TestStandStockTables::compileYearWithoutSpeciesFailsInGenerator()
 {
     RunDbFixture db;
-    StandStockResults r;
+    ClassLayout layout;
+    StandStockData r(layout, db.tm.NumSpecies);
     const CalcReportFn calc = [&](qint16 cycle) {
         if (cycle == 1)
-            fillResults(r, db.tm.NumSpecies, 0, 10, 2, {{0, 1, 1, 1}});
+            fillData(r, layout, 0, 10, 2, {{0, 1, 1, 1}});
         else
-            fillResults(r, db.tm.NumSpecies, 0, 10, 2, {});
+            fillData(r, layout, 0, 10, 2, {});
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, 2};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}};
     db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, r, calc, fixedClock);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
     // The second block has a header and no rows: the generator says so, the viewer opens on nothing.
     QVERIFY(report.compiled);
     QCOMPARE(report.ReportFile, QString());

@@ -1,16 +1,20 @@
 #include "app/gui/GuiQuestions.h"
 
 #include "app/SendrelError.h"
+#include "app/gui/ShowHelp.h"
 #include "app/gui/frmBusyMessage.h"
 #include "import/gui/frmDuplicateId.h"
 #include "import/gui/frmRunId.h"
 #include "import/gui/frmSorH.h"
+#include "output/gui/frmReportText.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QLabel>
 #include <QRadioButton>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 
 namespace sendrel {
 
@@ -37,11 +41,6 @@ Answer fromButton(int b)
     case QMessageBox::Retry: return Answer::Retry;
     default: return Answer::Cancel;
     }
-}
-
-SendrelError notYet(const QString &what)
-{
-    return SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"), what + QStringLiteral(" is not available in this build."));
 }
 
 // Long work shows the hourglass; a question in the middle of it gets the normal pointer back for
@@ -205,8 +204,20 @@ void GuiQuestions::hideBusyMessage()
 
 bool GuiQuestions::askReportText(ReportTextRequest &request)
 {
-    Q_UNUSED(request)
-    throw notYet(QStringLiteral("Report text"));
+    // A new window for each report, shown modally; the boxes are read while it is still loaded.
+    NormalPointer pointer;
+    frmReportText form(m_parent);
+    form.HelpFile = m_helpFile;
+    form.OpenHelp = [](const QString &file, int topic) { ShowHelp(HelpContentsAndTopic, file, topic); };
+    form.txtReportTitle->setText(request.title);
+    // The box keeps its lines with bare line feeds; the compile turns them back into CR LF.
+    form.txtReportDesc->setPlainText(QString(request.description).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    form.exec();
+    if (form.bReportCancelled)
+        return false;
+    request.title = form.txtReportTitle->text();
+    request.description = form.txtReportDesc->toPlainText();
+    return true;
 }
 
 }  // namespace sendrel
