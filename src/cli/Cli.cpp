@@ -61,6 +61,20 @@ bool TakeOption(QStringList &args, const QString &name, QString &value, bool &pr
     return true;
 }
 
+int CliCommandUsage(CliContext &ctx, const QString &usage, const QString &message)
+{
+    ctx.err << "sendrel-cli: " << message << "\nusage: sendrel-cli [--db PATH] " << usage << "\n";
+    ctx.err.flush();
+    return CliUsage;
+}
+
+int CliFailureMessage(CliContext &ctx, const QString &message)
+{
+    ctx.err << "sendrel-cli: " << message << "\n";
+    ctx.err.flush();
+    return CliFailure;
+}
+
 int CliUsageError(CliContext &ctx, const QString &message)
 {
     if (!message.isEmpty())

@@ -26,6 +26,11 @@ int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err);
 // Prints "usage: ..." for the command (or the whole tool) and gives CliUsage.
 int CliUsageError(CliContext &ctx, const QString &message);
 
+// A command's own usage error: the message and "usage: sendrel-cli [--db PATH] " + usage.
+int CliCommandUsage(CliContext &ctx, const QString &usage, const QString &message);
+// A failure told on stderr; gives CliFailure.
+int CliFailureMessage(CliContext &ctx, const QString &message);
+
 // Pulls "--name value" out of args; false with a usage message when the value is missing.
 bool TakeOption(QStringList &args, const QString &name, QString &value, bool &present);
 

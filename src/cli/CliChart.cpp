@@ -32,16 +32,12 @@ const QString kChartUsage = QStringLiteral(
 
 int chartUsage(CliContext &ctx, const QString &message)
 {
-    ctx.err << "sendrel-cli: " << message << "\nusage: sendrel-cli [--db PATH] " << kChartUsage << "\n";
-    ctx.err.flush();
-    return CliUsage;
+    return CliCommandUsage(ctx, kChartUsage, message);
 }
 
 int failure(CliContext &ctx, const QString &message)
 {
-    ctx.err << "sendrel-cli: " << message << "\n";
-    ctx.err.flush();
-    return CliFailure;
+    return CliFailureMessage(ctx, message);
 }
 
 struct ChartRequest {

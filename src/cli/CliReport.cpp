@@ -32,16 +32,12 @@ constexpr int kMostTitleCharacters = 50;
 
 int reportUsage(CliContext &ctx, const QString &message)
 {
-    ctx.err << "sendrel-cli: " << message << "\nusage: sendrel-cli [--db PATH] " << kReportUsage << "\n";
-    ctx.err.flush();
-    return CliUsage;
+    return CliCommandUsage(ctx, kReportUsage, message);
 }
 
 int failure(CliContext &ctx, const QString &message)
 {
-    ctx.err << "sendrel-cli: " << message << "\n";
-    ctx.err.flush();
-    return CliFailure;
+    return CliFailureMessage(ctx, message);
 }
 
 // The dialog's title and description: those of the flags, else as the dialog presets them.

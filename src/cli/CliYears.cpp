@@ -1,8 +1,8 @@
 #include "cli/Cli.h"
 
-#include "app/ToolBox.h"
 #include "cli/CliDatabaseSession.h"
 #include "cli/CliRunArguments.h"
+#include "standstock/StandStockData.h"
 
 namespace sendrel {
 
@@ -18,12 +18,9 @@ int CliYears(CliContext &ctx)
         ctx.err << NoSuchRunMessage(ctx, runId, kind) << '\n';
         return CliFailure;
     }
-    // The statement of the stand and stock window's list of years, so the order is the same.
-    session.tm.DBEngine.SQLString = QStringLiteral("Select * from Model_Header where Run_Id = '") + QuoteSQL(runId).trimmed()
-                                    + QStringLiteral("'") + QStringLiteral(" and Standing_Harvested = '") + kind + QStringLiteral("'");
-    Recordset rs = session.tm.DBEngine.RetreiveRecords();
-    for (; !rs.Eof(); rs.MoveNext())
-        ctx.out << rs.Fields(QStringLiteral("Cycle")).toInt() << '\t' << rs.Fields(QStringLiteral("Cycle_Year")).toInt() << '\n';
+    // The stand and stock window's list of years, so the order is the same.
+    for (const CycleListEntry &entry : UpdateHeaderList(session.tm, runId, kind))
+        ctx.out << entry.cycle << '\t' << entry.yearText << '\n';
     return CliOk;
 }
 
