@@ -1,4 +1,4 @@
-#include "ParametersTestRun.h"
+#include "support/StandStockTestRun.h"
 
 #include "app/Numbers.h"
 #include "output/gui/Graph.h"
