@@ -1,6 +1,7 @@
 #include "standstock/gui/ClassRulerView.h"
 
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -72,6 +73,27 @@ void ClassPanel::SetTextColour(QColor colour)
     QFont f = font();
     f.setBold(colour != QColor(Qt::black));
     setFont(f);
+}
+
+void ClassPanel::paintEvent(QPaintEvent *event)
+{
+    Q_UNUSED(event)
+    QPainter painter(this);
+    drawFrame(&painter);
+    const QRect room = contentsRect().adjusted(1, 0, -1, 0);
+    QFont f = font();
+    QString shown = text();
+    for (double points = 8; points >= 6; points -= 0.5) {
+        f.setPointSizeF(points);
+        if (QFontMetrics(f).horizontalAdvance(shown) <= room.width())
+            break;
+    }
+    const QFontMetrics metrics(f);
+    if (metrics.horizontalAdvance(shown) > room.width())
+        shown = metrics.elidedText(shown, Qt::ElideRight, room.width());
+    painter.setFont(f);
+    painter.setPen(m_colour);
+    painter.drawText(room, Qt::AlignCenter, shown);
 }
 
 double ClassPanel::twipsX(const QMouseEvent *event) const

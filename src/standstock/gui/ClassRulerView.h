@@ -42,6 +42,10 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    // The caption in the largest font from 8 points down to 6 that fits the panel; a caption
+    // that fits in none is cut at its end with an ellipsis, never on both sides, so that a
+    // narrow panel never shows a number that isn't its own.
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     double twipsX(const QMouseEvent *event) const;

@@ -104,8 +104,8 @@ void frmParameters::buildWindow()
             grid->addWidget(box, r, 1);
             grid->addWidget(fault, r, 2);
         };
-        // The fault's meaning stands over the column of the allowed values beside the boxes.
-        grid->addWidget(lblDbhError, 0, 0, 1, 3, Qt::AlignRight);
+        // The fault's meaning stands over the boxes; the allowed values stand beside them.
+        grid->addWidget(lblDbhError, 0, 0, 1, 3);
         row(1, QStringLiteral("Starting:"), QStringLiteral("lblClassStart"), txtClassStart, lblClassStartError);
         row(2, QStringLiteral("Class width:"), QStringLiteral("lblClassWidth"), txtClassWidth, lblClassWidthError);
         row(3, QStringLiteral("# 0f Classes:"), QStringLiteral("lblNumofClasses"), txtNumofClasses, lblNumClassesError);
