@@ -3,8 +3,12 @@
 #include "app/gui/GuiQuestions.h"
 #include "app/gui/Main.h"
 #include "app/gui/frmSendrel.h"
+#include "import/gui/ImportCoreBridge.h"
 
 #include <QApplication>
+
+#include <cstdio>
+#include <cstdlib>
 
 int main(int argc, char *argv[])
 {
@@ -15,11 +19,19 @@ int main(int argc, char *argv[])
     sendrel::GuiQuestions questions;
     sendrel::TreeModel tm(store, questions);
     tm.ProgramDir = QApplication::applicationDirPath();
+    // The end is at once: settings are saved and the database closed before this is called, and no
+    // window may do further work.
+    tm.EndProcess = [](int code) {
+        std::fflush(nullptr);
+        std::_Exit(code);
+    };
+    questions.setNextFreeRunId([&tm](const QString &name) { return sendrel::importcore::NextFreeRunId(tm, name); });
 
     sendrel::frmSendrel *frame = nullptr;
     if (!sendrel::Main(tm, app.arguments(), frame))
         return 1;
     questions.setParent(frame);
+    questions.setHelpFile(tm.settings.HelpFile);
     const int code = app.exec();
     delete frame;
     return code;

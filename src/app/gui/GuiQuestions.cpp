@@ -1,8 +1,14 @@
 #include "app/gui/GuiQuestions.h"
 
 #include "app/SendrelError.h"
+#include "app/gui/frmBusyMessage.h"
+#include "import/gui/frmDuplicateId.h"
+#include "import/gui/frmRunId.h"
+#include "import/gui/frmSorH.h"
 
 #include <QFileDialog>
+#include <QLabel>
+#include <QRadioButton>
 #include <QMessageBox>
 
 namespace sendrel {
@@ -103,21 +109,70 @@ QString GuiQuestions::chooseFolder(const QString &title, const QString &startFol
     return QDir::toNativeSeparators(dir);
 }
 
+frmBusyMessage *GuiQuestions::busyWindow() const
+{
+    return m_busy;
+}
+
+frmRunId *GuiQuestions::runIdWindow() const
+{
+    return m_runId;
+}
+
+frmDuplicateId *GuiQuestions::duplicateIdWindow() const
+{
+    return m_duplicate;
+}
+
+GuiQuestions::~GuiQuestions()
+{
+    delete m_busy;
+    delete m_runId;
+    delete m_duplicate;
+}
+
 QString GuiQuestions::askRunId(QString &name)
 {
-    Q_UNUSED(name)
-    throw notYet(QStringLiteral("Enter Run ID"));
+    if (!m_runId)
+        m_runId = new frmRunId(m_parent);
+    m_runId->HelpFile = m_helpFile;
+    return m_runId->AskRunId(name);
 }
 
 QString GuiQuestions::askDuplicateId(const QString &name)
 {
-    Q_UNUSED(name)
-    throw notYet(QStringLiteral("Duplicate Run Id"));
+    if (!m_duplicate)
+        m_duplicate = new frmDuplicateId(m_parent);
+    m_duplicate->HelpFile = m_helpFile;
+    m_duplicate->NextFreeRunId = m_nextFree;
+    const QString result = m_duplicate->AskDuplicateId(name);
+    m_lastRenamed = result == kDialogRename ? m_duplicate->lblRunId->text() : QString();
+    return result;
 }
 
 QString GuiQuestions::askStandingOrHarvested()
 {
-    throw notYet(QStringLiteral("Standing or Harvested"));
+    // A new window for each import.
+    frmSorH form(*this, m_parent);
+    form.HelpFile = m_helpFile;
+    form.ClearOptions();
+    form.exec();
+    if (form.bImportCancelled)
+        return QString();
+    return form.optHarvested->isChecked() ? QStringLiteral("H") : QStringLiteral("S");
+}
+
+void GuiQuestions::showBusyMessage(const QString &title, const QString &message)
+{
+    if (!m_busy)
+        m_busy = new frmBusyMessage(m_parent);
+    m_busy->ShowBusyMessage(title, message);
+}
+
+void GuiQuestions::hideBusyMessage()
+{
+    if (m_busy)
+        m_busy->HideBusyMessage();
 }
 
 bool GuiQuestions::askReportText(ReportTextRequest &request)

@@ -1,0 +1,15 @@
+#include "app/SaveSettingsAndEnd.h"
+
+#include "app/TreeModel.h"
+#include "store/GameDB.h"
+
+namespace sendrel {
+
+void SaveSettingsAndEnd(TreeModel &tm, double leftPos, double topPos)
+{
+    CloseGameDB(tm);
+    tm.settings.SaveSettings(tm.store, leftPos, topPos);
+    tm.EndProcess(0);
+}
+
+}  // namespace sendrel
