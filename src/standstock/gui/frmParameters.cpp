@@ -60,6 +60,26 @@ frmParameters::frmParameters(TreeModel &tm, ReportWindowHost &host, QWidget *par
       m_tm(tm),
       m_host(host)
 {
+    initialise();
+}
+
+frmParameters::frmParameters(TreeModel &tm, std::unique_ptr<ReportWindowHost> host, QWidget *parent)
+    : QWidget(parent),
+      Data(Layout, tm.NumSpecies),
+      m_tm(tm),
+      m_ownHost(std::move(host)),
+      m_host(*m_ownHost)
+{
+    initialise();
+}
+
+frmRange *frmParameters::RangeEditor() const
+{
+    return m_range;
+}
+
+void frmParameters::initialise()
+{
     setObjectName(QStringLiteral("frmParameters"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Parameters"));
@@ -68,11 +88,9 @@ frmParameters::frmParameters(TreeModel &tm, ReportWindowHost &host, QWidget *par
     Form_Load();
 }
 
-frmParameters::~frmParameters()
-{
-    // Closing the frame may take the window away without a close event.
-    Form_Unload();
-}
+// A window taken away without a close event goes with its frame, at the end of the process:
+// frame and browser may be half gone already, so the unload steps run only on a close.
+frmParameters::~frmParameters() = default;
 
 void frmParameters::buildWindow()
 {
@@ -242,8 +260,11 @@ void frmParameters::Form_Load()
     bMouseMove = false;
     bChartsCancelled = false;
 
-    m_range = new frmRange(this);
+    m_range = new frmRange;
     m_host.AddChildWindow(m_range);
+    // Without a frame it floats above this window, and goes with it.
+    if (!m_range->parentWidget())
+        m_range->setParent(this, Qt::Tool);
     m_range->SetParameters(this);
 
     Ruler.iDrawWidth = 8025;
@@ -332,6 +353,11 @@ void frmParameters::Form_Activate()
     if (m_lostToQuestion) {
         m_lostToQuestion = false;
         return;
+    }
+    if (m_firstActivation) {
+        m_firstActivation = false;
+        if (m_drawn)
+            return;
     }
     handled([this] { PlotClick(); });
 }

@@ -9,6 +9,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <memory>
+
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -29,8 +31,16 @@ class frmRange;
 // instance per open window; constructing it is its load step, closing it its unload step.
 class frmParameters : public QWidget {
     Q_OBJECT
+    // The run, as the delete window asks any report window for it.
+    Q_PROPERTY(QString This_RunId MEMBER This_RunId)
+    Q_PROPERTY(QString This_SorH MEMBER This_SorH)
+    Q_PROPERTY(QString This_RunDesc MEMBER This_RunDesc)
+    Q_PROPERTY(int HelpContextID MEMBER HelpContextID)
 public:
+    // The host lives longer than the window (tests).
     frmParameters(TreeModel &tm, ReportWindowHost &host, QWidget *parent = nullptr);
+    // The window keeps its host for as long as it lives (the desktop's frame and browser).
+    frmParameters(TreeModel &tm, std::unique_ptr<ReportWindowHost> host, QWidget *parent = nullptr);
     ~frmParameters() override;
 
     // The run that the window shows, set by the browser before UpdateHeaderList.
@@ -67,7 +77,7 @@ public:
     void DrawClass(int iClass);
 
     // The range editor of this window.
-    frmRange *RangeEditor() const { return m_range; }
+    frmRange *RangeEditor() const;
     ClassRulerView *RulerView() const { return m_ruler; }
     ReportWindowHost &Host() const { return m_host; }
     TreeModel &Model() const { return m_tm; }
@@ -83,6 +93,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void initialise();
     void buildWindow();
     void Form_Load();
     void Form_Unload();
@@ -99,6 +110,7 @@ private:
     void panelReleased(int index, double X, int button);
 
     TreeModel &m_tm;
+    std::unique_ptr<ReportWindowHost> m_ownHost;
     ReportWindowHost &m_host;
 
     QGroupBox *SSPanel3 = nullptr;
@@ -131,6 +143,7 @@ private:
     bool m_asking = false;           // a question of this window is up
     bool m_lostToQuestion = false;   // the window lost activation to its own question
     bool m_activationHooked = false;
+    bool m_firstActivation = true;   // the browser has just drawn the sample: no second query
 };
 
 }  // namespace sendrel

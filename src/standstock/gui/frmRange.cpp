@@ -21,8 +21,6 @@ frmRange::frmRange(QWidget *parent)
 {
     setObjectName(QStringLiteral("frmRange"));
     setWindowTitle(QStringLiteral("Range"));
-    if (parent)
-        setWindowFlags(Qt::Tool);
 
     lblClassNumber = new QLabel(QStringLiteral("-1"), this);
     lblClassNumber->setObjectName(QStringLiteral("lblClassNumber"));

@@ -111,7 +111,7 @@ void tst_frmParameters::loadTakesPlaceCountAndSettings()
     auto *second = new frmParameters(*o.env.tm, o.host);
     QCOMPARE(o.host.NumOpenWindows, 2);
     QCOMPARE(o.host.RightForm().data(), second);
-    delete second;
+    second->close();
     QCOMPARE(o.host.NumOpenWindows, 1);
     QVERIFY(o.host.RightForm().isNull());
 
