@@ -85,6 +85,7 @@ void frmParameters::initialise()
     setWindowTitle(QStringLiteral("Parameters"));
     buildWindow();
     m_host.AddChildWindow(this);
+    hookActivation();
     Form_Load();
 }
 
@@ -314,22 +315,22 @@ void frmParameters::setPointer(int pointer)
     m_host.SetMousePointer(pointer);
 }
 
-// ---- Activation: the sample is drawn again whenever the window comes back to the front.
+// ---- Activation: the sample is drawn again whenever the window comes back to the front from
+// another window (not from its own message boxes, and not at its first showing, which follows
+// the browser's own PlotClick).
 
-void frmParameters::showEvent(QShowEvent *event)
+void frmParameters::hookActivation()
 {
-    QWidget::showEvent(event);
-    if (m_activationHooked)
+    auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget());
+    QMdiArea *area = sub ? sub->mdiArea() : nullptr;
+    if (!area)
         return;
-    m_activationHooked = true;
-    if (auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget())) {
-        if (QMdiArea *area = sub->mdiArea()) {
-            connect(area, &QMdiArea::subWindowActivated, this, [this, sub](QMdiSubWindow *active) {
-                if (active == sub)
-                    Form_Activate();
-            });
-        }
-    }
+    connect(area, &QMdiArea::subWindowActivated, this, [this, sub](QMdiSubWindow *active) {
+        if (active == sub)
+            Form_Activate();
+        else if (active || !m_asking)
+            m_wasAway = true;
+    });
 }
 
 void frmParameters::changeEvent(QEvent *event)
@@ -337,28 +338,17 @@ void frmParameters::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() != QEvent::ActivationChange || !isWindow())
         return;
-    if (!isActiveWindow()) {
-        if (m_asking)
-            m_lostToQuestion = true;
-        return;
-    }
-    Form_Activate();
+    if (isActiveWindow())
+        Form_Activate();
+    else if (!m_asking)
+        m_wasAway = true;
 }
 
 void frmParameters::Form_Activate()
 {
-    if (!m_loaded || m_unloaded || !isVisible())
+    if (!m_loaded || m_unloaded || !isVisible() || !m_wasAway)
         return;
-    // The window coming back from its own message box: that is no return from elsewhere.
-    if (m_lostToQuestion) {
-        m_lostToQuestion = false;
-        return;
-    }
-    if (m_firstActivation) {
-        m_firstActivation = false;
-        if (m_drawn)
-            return;
-    }
+    m_wasAway = false;
     handled([this] { PlotClick(); });
 }
 

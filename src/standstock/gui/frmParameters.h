@@ -88,7 +88,6 @@ public:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -98,6 +97,7 @@ private:
     void Form_Load();
     void Form_Unload();
     void Form_Activate();
+    void hookActivation();
     // Runs an event handler at the top of the error trail: a failure is shown and the window goes on.
     template <typename F> void handled(F &&handler);
     Answer ask(const MessageRequest &request);
@@ -140,10 +140,8 @@ private:
     bool m_loaded = false;
     bool m_unloaded = false;
     bool m_drawn = false;            // the sample has been drawn once: a resize draws it again
-    bool m_asking = false;           // a question of this window is up
-    bool m_lostToQuestion = false;   // the window lost activation to its own question
-    bool m_activationHooked = false;
-    bool m_firstActivation = true;   // the browser has just drawn the sample: no second query
+    bool m_asking = false;     // a question of this window is up
+    bool m_wasAway = false;    // another window was active since this one was last
 };
 
 }  // namespace sendrel

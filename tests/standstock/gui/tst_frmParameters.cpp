@@ -99,6 +99,7 @@ private slots:
     void pressOnNarrowPanelEdgeOpensEditor();
     void longRulerScrolls();
     void buttonsOfLaterVersionsAndHelp();
+    void comingBackDrawsTheSampleAgain();
 };
 
 void tst_frmParameters::loadTakesPlaceCountAndSettings()
@@ -506,6 +507,27 @@ void tst_frmParameters::buttonsOfLaterVersionsAndHelp()
     QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdHelp")), Qt::LeftButton);
     QTest::mouseClick(Control<QPushButton>(o.range(), QStringLiteral("cmdHelp")), Qt::LeftButton);
     QCOMPARE(o.host.HelpTopics, (QList<int>{76, 2100}));
+}
+
+void tst_frmParameters::comingBackDrawsTheSampleAgain()
+{
+    Opened o;
+    auto *density = o.ctl<Graph>(QStringLiteral("gphDensity"));
+    o.w->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(o.w));
+    // Its first activation follows the browser's own drawing: no second query.
+    o.env.exec(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, "
+                              "Total_Volume, Cycle_Number, Standing_Harvested) VALUES ('R1', 3, 1000, 12, 1, 1, 'S')"));
+    QCOMPARE(density->value(2, 2), 100.0);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QCOMPARE(density->value(2, 2), 100.0);
+    o.w->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(o.w));
+    QCOMPARE(density->value(2, 2), 1100.0);
+    QVERIFY(o.env.questions.messageTexts().isEmpty());
 }
 
 QTEST_MAIN(tst_frmParameters)
