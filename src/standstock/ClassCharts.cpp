@@ -97,6 +97,24 @@ ClassChartMaxima FillClassCharts(TreeModel &tm, const ClassLayout &layout, const
     return maxima;
 }
 
+ClassChartMaxima PlotSampleCharts(TreeModel &tm, StandStockData &data, const ClassLayout &layout, const QString &runId,
+                                  const QString &sorH, qint16 cycle, ChartData &gphDensity, ChartData &gphMerchVol)
+{
+    data.CalcReport(tm, runId, sorH, cycle);
+    const ClassChartMaxima maxima = FillClassCharts(tm, layout, data, gphDensity, gphMerchVol);
+    SetSampleYAxes(gphDensity, gphMerchVol, maxima);
+    return maxima;
+}
+
+ClassChartMaxima PrintClassCharts(TreeModel &tm, const ClassLayout &layout, const StandStockData &data,
+                                  ChartData &gphDensity, ChartData &gphMerchVol, QStringView txtYAxisMax)
+{
+    const ClassChartMaxima maxima = FillClassCharts(tm, layout, data, gphDensity, gphMerchVol);
+    ApplyYAxisRule(gphDensity, maxima.density, txtYAxisMax);
+    ApplyYAxisRule(gphMerchVol, maxima.merchVol, txtYAxisMax);
+    return maxima;
+}
+
 void SetYAxisFor(ChartData &chart, double maximum, qint32 divisions)
 {
     double low = 0;

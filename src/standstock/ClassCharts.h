@@ -44,6 +44,15 @@ struct ClassChartMaxima {
 ClassChartMaxima FillClassCharts(TreeModel &tm, const ClassLayout &layout, const StandStockData &data,
                                  ChartData &gphDensity, ChartData &gphMerchVol);
 
+// The sample of the stand and stock window for the first selected cycle: CalcReport, both
+// charts filled, their y axes from 0 with 5 divisions. Titles stay as set. The window draws.
+ClassChartMaxima PlotSampleCharts(TreeModel &tm, StandStockData &data, const ClassLayout &layout, const QString &runId,
+                                  const QString &sorH, qint16 cycle, ChartData &gphDensity, ChartData &gphMerchVol);
+// A chart window's PrintChart: both charts filled from the cells of the parent's last
+// CalcReport and their y axes set by the typed maximum. Returns MaxDensity and MaxMerchVol.
+ClassChartMaxima PrintClassCharts(TreeModel &tm, const ClassLayout &layout, const StandStockData &data,
+                                  ChartData &gphDensity, ChartData &gphMerchVol, QStringView txtYAxisMax);
+
 // The y axis from 0 to the maximum widened by NiceAxisScale with the divisions wished.
 void SetYAxisFor(ChartData &chart, double maximum, qint32 divisions);
 // The sample's axes: 5 divisions each.

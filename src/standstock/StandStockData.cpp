@@ -6,8 +6,13 @@
 #include "app/TreeModel.h"
 #include "store/DBEngine.h"
 
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
+
+#include <sqlite3.h>
+
+#include <memory>
 
 namespace sendrel {
 
@@ -166,6 +171,60 @@ void StandStockData::roundTotals(int n)
     }
 }
 
+void StandStockData::addTree(qint16 code, double d, double volume, double treesPerHa)
+{
+    const int i = ClassOf(m_layout, d);
+    if (i < 0)
+        return;   // below the first class: in no table
+    if (code < 0 || code > m_numSpecies)
+        throw subscriptOutOfRange();
+    ReportEntryType &first = m_cells[code];
+    if (first.Species == -1)
+        first.Species = code;
+    ReportEntryType &e = m_cells[i * (m_numSpecies + 1) + code];
+    e.Species = code;
+    e.Density += treesPerHa;
+    e.MerchVol += volume * treesPerHa;
+}
+
+void StandStockData::readTrees(clsDBEngine &engine)
+{
+    QSqlDatabase db = engine.database();
+    // A cycle can hold tens of thousands of trees. Through the SQLite handle the rows are read
+    // as plain numbers; the per-value QVariant of the generic path costs as much again as the
+    // query itself. Any other driver takes the generic path.
+    const QVariant handle = db.driver()->handle();
+    if (handle.isValid() && qstrcmp(handle.typeName(), "sqlite3*") == 0) {
+        sqlite3 *h = *static_cast<sqlite3 *const *>(handle.constData());
+        if (h) {
+            sqlite3_stmt *stmt = nullptr;
+            const QByteArray sql = engine.SQLString.toUtf8();
+            if (sqlite3_prepare_v2(h, sql.constData(), static_cast<int>(sql.size()), &stmt, nullptr) != SQLITE_OK)
+                throw SendrelError(ErrNo::CommandFailure, QStringLiteral("SQLite"), QString::fromUtf8(sqlite3_errmsg(h)));
+            // Finalized on every way out, also when a row fails.
+            std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt *)> guard(stmt, sqlite3_finalize);
+            int rc;
+            while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
+                addTree(ToInt16(sqlite3_column_double(stmt, 0)), sqlite3_column_double(stmt, 1),
+                        sqlite3_column_double(stmt, 2), sqlite3_column_double(stmt, 3));
+            }
+            if (rc != SQLITE_DONE)
+                throw SendrelError(ErrNo::CommandFailure, QStringLiteral("SQLite"), QString::fromUtf8(sqlite3_errmsg(h)));
+            return;
+        }
+    }
+    QSqlQuery query(db);
+    query.setForwardOnly(true);
+    if (!query.exec(engine.SQLString))
+        throw clsDBEngine::errorFrom(query.lastError());
+    while (query.next()) {
+        addTree(ToInt16(query.value(0).toDouble()), query.value(1).toDouble(), query.value(2).toDouble(),
+                query.value(3).toDouble());
+    }
+    if (query.lastError().isValid())
+        throw clsDBEngine::errorFrom(query.lastError());
+}
+
 void StandStockData::CalcReport(TreeModel &tm, const QString &runId, const QString &sorH, qint16 cycle)
 {
     if (LetEventsRun)
@@ -175,52 +234,7 @@ void StandStockData::CalcReport(TreeModel &tm, const QString &runId, const QStri
     clearCells(n);
 
     tm.DBEngine.SQLString = CalcReportSQL(runId, sorH, cycle);
-    // Read forward only, by column position: a cycle can hold tens of thousands of trees.
-    QSqlQuery query(tm.DBEngine.database());
-    query.setForwardOnly(true);
-    if (!query.exec(tm.DBEngine.SQLString))
-        throw clsDBEngine::errorFrom(query.lastError());
-
-    // The class edges in plain arrays, for the search that runs once per tree.
-    double minDia[ClassLayout::kSlots];
-    double maxDia[ClassLayout::kSlots];
-    for (int i = 0; i < n; ++i) {
-        minDia[i] = m_layout.aClass[i].MinDia;
-        maxDia[i] = m_layout.aClass[i].MaxDia;
-    }
-    const int stride = m_numSpecies + 1;
-    ReportEntryType *cells = m_cells.data();
-
-    while (query.next()) {
-        const qint16 code = ToInt16(query.value(0).toDouble());
-        const double d = query.value(1).toDouble();
-        int i = -1;
-        for (int k = 0; k <= n - 2; ++k) {
-            if (d >= minDia[k] && d < maxDia[k]) {
-                i = k;
-                break;
-            }
-        }
-        if (i < 0) {
-            if (n < 1 || !(d >= minDia[n - 1]))
-                continue;   // below the first class: in no table
-            i = n - 1;
-        }
-        if (code < 0 || code > m_numSpecies)
-            throw subscriptOutOfRange();
-        const double volume = query.value(2).toDouble();
-        const double trees = query.value(3).toDouble();
-        ReportEntryType &first = cells[code];
-        if (first.Species == -1)
-            first.Species = code;
-        ReportEntryType &e = cells[i * stride + code];
-        e.Species = code;
-        e.Density += trees;
-        e.MerchVol += volume * trees;
-    }
-    if (query.lastError().isValid())
-        throw clsDBEngine::errorFrom(query.lastError());
-
+    readTrees(tm.DBEngine);
     findSpecies(n);
     roundTotals(n);
 }

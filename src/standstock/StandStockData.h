@@ -13,6 +13,7 @@
 namespace sendrel {
 
 struct TreeModel;
+class clsDBEngine;
 
 // One entry of the list of years: the text the list shows and its item value.
 struct CycleListEntry {
@@ -63,7 +64,8 @@ public:
 
 private:
     void clearCells(int n);
-    void addTree(int n, qint16 code, double d, double volume, double treesPerHa);
+    void addTree(qint16 code, double d, double volume, double treesPerHa);
+    void readTrees(clsDBEngine &engine);
     void findSpecies(int n);
     void roundTotals(int n);
 

@@ -132,41 +132,41 @@ QColor Graph::PaletteColour(int index)
     return palette.at(index);
 }
 
-QChart *Graph::buildChart(bool colour, QSizeF layoutSize) const
+QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
 {
     auto *chart = new QChart;
     chart->setTheme(QChart::ChartThemeLight);
     chart->setAnimationOptions(QChart::NoAnimation);
     chart->setBackgroundRoundness(0);
     chart->setMargins(QMargins(6, 6, 6, 6));
-    chart->setTitle(ChartTopTitle());
+    chart->setTitle(data.ChartTopTitle());
     chart->setTitleFont(withSize(chart->titleFont(), 13, true));
 
-    const QVector<Series> &all = series();
-    const int points = ChartPointCount();
+    const QVector<Series> &all = data.series();
+    const int points = data.ChartPointCount();
     const QFont axisFont = withSize(chart->font(), points > 20 ? 8 : 9);
     const QFont axisTitleFont = withSize(chart->font(), 10, true);
 
     auto *yAxis = new QValueAxis;
-    double low = ChartYAxisMin();
-    double high = ChartYAxisMax();
+    double low = data.ChartYAxisMin();
+    double high = data.ChartYAxisMax();
     // An axis from 0 to 0 (no data) still needs a span to be drawn.
     if (!(high > low))
         high = low + 1;
-    const int ticks = ChartYAxisTicks() > 0 ? ChartYAxisTicks() : 1;
+    const int ticks = data.ChartYAxisTicks() > 0 ? data.ChartYAxisTicks() : 1;
     yAxis->setRange(low, high);
     yAxis->setTickCount(ticks + 1);
     yAxis->setLabelFormat(tickFormat(low, high, ticks));
-    yAxis->setTitleText(ChartLeftTitle());
+    yAxis->setTitleText(data.ChartLeftTitle());
     yAxis->setTitleFont(axisTitleFont);
     yAxis->setLabelsFont(axisFont);
-    yAxis->setGridLineVisible(ChartGrid() & 1);
+    yAxis->setGridLineVisible(data.ChartGrid() & 1);
     yAxis->setMinorGridLineVisible(false);
     chart->addAxis(yAxis, Qt::AlignLeft);
 
     QAbstractAxis *xAxis = nullptr;
     QList<QAbstractSeries *> drawn;
-    if (kind() == Kind::ClassBars) {
+    if (data.kind() == Kind::ClassBars) {
         auto *bars = new QBarSeries;
         bars->setBarWidth(0.85);
         for (int s = 0; s < all.size(); ++s) {
@@ -185,12 +185,12 @@ QChart *Graph::buildChart(bool colour, QSizeF layoutSize) const
         }
         chart->addSeries(bars);
         auto *classes = new QBarCategoryAxis;
-        classes->append(distinctLabels(pointLabels()));
+        classes->append(distinctLabels(data.pointLabels()));
         // Labels stand upright when side by side they would not fit under their classes:
         // every class keeps its label readable.
         const QFontMetricsF metrics(axisFont);
         double widest = 0;
-        for (const QString &l : pointLabels())
+        for (const QString &l : data.pointLabels())
             widest = qMax(widest, metrics.horizontalAdvance(l));
         const double plotWidth = layoutSize.width() * 0.8;
         if (points > 0 && (widest + 8) * points > plotWidth)
@@ -199,8 +199,8 @@ QChart *Graph::buildChart(bool colour, QSizeF layoutSize) const
         drawn.append(bars);
     } else {
         auto *years = new QValueAxis;
-        double xLow = ChartXAxisMin();
-        double xHigh = ChartXAxisMax();
+        double xLow = data.ChartXAxisMin();
+        double xHigh = data.ChartXAxisMax();
         if (!(xHigh > xLow)) {
             // No axis set: the span of the x positions written.
             bool any = false;
@@ -214,7 +214,7 @@ QChart *Graph::buildChart(bool colour, QSizeF layoutSize) const
             if (!(xHigh > xLow))
                 xHigh = xLow + 1;
         }
-        const int xTicks = ChartXAxisTicks() > 0 ? ChartXAxisTicks() : 1;
+        const int xTicks = data.ChartXAxisTicks() > 0 ? data.ChartXAxisTicks() : 1;
         years->setRange(xLow, xHigh);
         years->setTickCount(xTicks + 1);
         years->setLabelFormat(tickFormat(xLow, xHigh, xTicks));
@@ -234,10 +234,10 @@ QChart *Graph::buildChart(bool colour, QSizeF layoutSize) const
             drawn.append(line);
         }
     }
-    xAxis->setTitleText(ChartBottomTitle());
+    xAxis->setTitleText(data.ChartBottomTitle());
     xAxis->setTitleFont(axisTitleFont);
     xAxis->setLabelsFont(axisFont);
-    xAxis->setGridLineVisible(ChartGrid() & 2);
+    xAxis->setGridLineVisible(data.ChartGrid() & 2);
     chart->addAxis(xAxis, Qt::AlignBottom);
     for (QAbstractSeries *s : drawn) {
         s->attachAxis(xAxis);
@@ -258,7 +258,38 @@ QChart *Graph::buildChart(bool colour, QSizeF layoutSize) const
         }
     }
     legend->setVisible(anyLegend);
+
+    if (!colour) {
+        // Black and white means no tint anywhere: the theme's bluish greys become true greys.
+        chart->setBackgroundBrush(Qt::white);
+        chart->setTitleBrush(Qt::black);
+        legend->setLabelColor(Qt::black);
+        for (QAbstractAxis *axis : {static_cast<QAbstractAxis *>(yAxis), xAxis}) {
+            axis->setLabelsColor(Qt::black);
+            axis->setTitleBrush(Qt::black);
+            axis->setLinePenColor(Qt::black);
+            axis->setGridLineColor(QColor(190, 190, 190));
+            axis->setShadesVisible(false);
+        }
+    }
     return chart;
+}
+
+void Graph::showChart()
+{
+    if (!m_shown)
+        return;
+    QChart *old = m_view->chart();
+    m_view->setChart(buildChart(*m_shown, m_shown->ChartScreenStyle() == 1, m_view->size()));
+    delete old;
+}
+
+void Graph::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // The class labels turn upright or back with the room there is: the chart as last drawn is
+    // laid out again for the new size.
+    showChart();
 }
 
 QChart *Graph::shownChart() const
@@ -280,7 +311,7 @@ void Graph::renderTo(QPainter &painter, const QRectF &target, bool colour) const
     if (logical.width() > 1600)
         logical *= kFileSize.width() / logical.width();
     QGraphicsScene scene;
-    QChart *chart = buildChart(colour, logical);
+    QChart *chart = buildChart(*this, colour, logical);
     scene.addItem(chart);
     chart->setGeometry(QRectF(QPointF(0, 0), logical));
     scene.setSceneRect(QRectF(QPointF(0, 0), logical));
@@ -355,12 +386,10 @@ void Graph::saveAs(const QString &path, QSize size) const
 void Graph::ChartDraw(qint16 action)
 {
     switch (action) {
-    case 2: {
-        QChart *old = m_view->chart();
-        m_view->setChart(buildChart(ChartScreenStyle() == 1, m_view->size()));
-        delete old;
+    case 2:
+        m_shown = std::make_unique<ChartData>(static_cast<const ChartData &>(*this));
+        showChart();
         break;
-    }
     case 4:
         QGuiApplication::clipboard()->setImage(toImage(outputSize(), ChartScreenStyle() == 1));
         break;

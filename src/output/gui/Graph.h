@@ -8,6 +8,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <memory>
+
 class QChart;
 class QChartView;
 class QImage;
@@ -69,11 +71,16 @@ public:
     // The chart built from the data as drawn last (for tests: titles, axes, series).
     QChart *shownChart() const;
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
-    QChart *buildChart(bool colour, QSizeF layoutSize) const;
+    static QChart *buildChart(const ChartData &data, bool colour, QSizeF layoutSize);
+    void showChart();
     QSize outputSize() const;
 
     QChartView *m_view = nullptr;
+    std::unique_ptr<ChartData> m_shown;   // the data as of the last ChartDraw 2
     QPrinter *m_printer = nullptr;
 };
 
