@@ -2,6 +2,7 @@
 #include "app/TreeModel.h"
 #include "app/gui/GuiQuestions.h"
 #include "app/gui/Main.h"
+#include "app/gui/RevealPicture.h"
 #include "app/gui/frmSendrel.h"
 #include "import/gui/ImportCoreBridge.h"
 
@@ -14,6 +15,7 @@ int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Sendrel"));
+    QApplication::setWindowIcon(sendrel::ProgramIcon());
 
     sendrel::SettingsStore store;
     sendrel::GuiQuestions questions;

@@ -6,6 +6,7 @@
 #include "import/gui/frmRunId.h"
 #include "import/gui/frmSorH.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QLabel>
 #include <QRadioButton>
@@ -43,10 +44,32 @@ SendrelError notYet(const QString &what)
     return SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"), what + QStringLiteral(" is not available in this build."));
 }
 
+// Long work shows the hourglass; a question in the middle of it gets the normal pointer back for
+// as long as it waits.
+class NormalPointer {
+public:
+    NormalPointer() : m_active(QApplication::overrideCursor() != nullptr)
+    {
+        if (m_active)
+            QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    ~NormalPointer()
+    {
+        if (m_active)
+            QApplication::restoreOverrideCursor();
+    }
+    NormalPointer(const NormalPointer &) = delete;
+    NormalPointer &operator=(const NormalPointer &) = delete;
+
+private:
+    bool m_active;
+};
+
 }  // namespace
 
 Answer GuiQuestions::message(const MessageRequest &request)
 {
+    NormalPointer pointer;
     QMessageBox box(m_parent);
     box.setWindowTitle(request.title);
     box.setText(request.text);
@@ -92,6 +115,7 @@ QString GuiQuestions::qtFilter(const QString &filter)
 
 QString GuiQuestions::openFile(const FileRequest &request)
 {
+    NormalPointer pointer;
     QFileDialog dialog(m_parent, request.title, request.startFolder, qtFilter(request.filter));
     dialog.setFileMode(request.mustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     if (!request.defaultExtension.isEmpty())
@@ -105,6 +129,7 @@ QString GuiQuestions::openFile(const FileRequest &request)
 
 QString GuiQuestions::chooseFolder(const QString &title, const QString &startFolder)
 {
+    NormalPointer pointer;
     const QString dir = QFileDialog::getExistingDirectory(m_parent, title, startFolder, QFileDialog::ShowDirsOnly);
     return QDir::toNativeSeparators(dir);
 }
@@ -133,6 +158,7 @@ GuiQuestions::~GuiQuestions()
 
 QString GuiQuestions::askRunId(QString &name)
 {
+    NormalPointer pointer;
     if (!m_runId)
         m_runId = new frmRunId(m_parent);
     m_runId->HelpFile = m_helpFile;
@@ -141,6 +167,7 @@ QString GuiQuestions::askRunId(QString &name)
 
 QString GuiQuestions::askDuplicateId(const QString &name)
 {
+    NormalPointer pointer;
     if (!m_duplicate)
         m_duplicate = new frmDuplicateId(m_parent);
     m_duplicate->HelpFile = m_helpFile;
@@ -152,6 +179,7 @@ QString GuiQuestions::askDuplicateId(const QString &name)
 
 QString GuiQuestions::askStandingOrHarvested()
 {
+    NormalPointer pointer;
     // A new window for each import.
     frmSorH form(*this, m_parent);
     form.HelpFile = m_helpFile;

@@ -44,7 +44,7 @@ void RevealPicture(QWidget *target, int widthPercent, int heightPercent, Picture
     const QRect inner = target->contentsRect();
     const QSizeF area(inner.width() * widthPercent / 100.0, inner.height() * heightPercent / 100.0);
     const QSizeF size = RevealPictureSize(picture->Picture().size(), area);
-    const int top = inner.top() + static_cast<int>((area.height() - size.height()) / 2);
+    const int top = inner.top() + static_cast<int>((inner.height() - size.height()) / 2);
     picture->setGeometry(inner.left(), top, static_cast<int>(size.width()), static_cast<int>(size.height()));
     picture->lower();
     picture->show();
@@ -133,6 +133,21 @@ QImage StandPicture()
     }
     p.end();
     return image;
+}
+
+QIcon ProgramIcon()
+{
+    QIcon icon;
+    for (int side : {16, 24, 32, 48}) {
+        QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter p(&image);
+        p.setRenderHint(QPainter::Antialiasing);
+        drawConifer(p, side / 2.0, side - 0.5, side * 1.02, QColor(30, 110, 50));
+        p.end();
+        icon.addPixmap(QPixmap::fromImage(image));
+    }
+    return icon;
 }
 
 }  // namespace sendrel

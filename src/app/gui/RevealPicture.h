@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QImage>
 #include <QSizeF>
 #include <QWidget>
@@ -25,11 +26,13 @@ private:
 QSizeF RevealPictureSize(QSizeF picture, QSizeF target);
 
 // Draws the picture on the window at widthPercent of its inner width and heightPercent of its
-// inner height (as fitted by RevealPictureSize), at the window's left, centred in the height
-// that the percentage gives. Runs from the window's resize step.
+// inner height (as fitted by RevealPictureSize), at the window's left, centred from top to
+// bottom. Runs from the window's resize step.
 void RevealPicture(QWidget *target, int widthPercent, int heightPercent, PictureBox *picture);
 
 // The suite's picture: a stand of trees on a hillside, drawn rather than shipped.
 QImage StandPicture();
+// The program's icon: one conifer.
+QIcon ProgramIcon();
 
 }  // namespace sendrel

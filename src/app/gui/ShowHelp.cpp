@@ -35,13 +35,15 @@ bool ShowHelp(int command, const QString &helpFile, int topic)
 {
     if (command < HelpDefault || command > HelpContentsAndTopic)
         return false;
+    const QString folder = HelpFolderOf(helpFile);
+    if (!QFileInfo::exists(folder + QStringLiteral("/index.html")))
+        return false;
     QPointer<frmHelp> &window = helpWindowRef();
     if (!window) {
         window = new frmHelp;
         window->setAttribute(Qt::WA_DeleteOnClose);
     }
-    if (!window->SetHelpFolder(HelpFolderOf(helpFile)))
-        return false;
+    window->SetHelpFolder(folder);
     switch (command) {
     case HelpDefault:
     case HelpContents:

@@ -50,7 +50,8 @@ frmKD_About::frmKD_About(QWidget *parent)
     buttons->addWidget(cmdOK);
     texts->addLayout(buttons);
     auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 12, 14, 12);
+    setContentsMargins(12, 12, 12, 12);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->addStretch(50);
     layout->addLayout(texts, 50);
     setFixedSize(600, 300);

@@ -21,7 +21,7 @@ frmKD_Splash::frmKD_Splash(QWidget *parent)
     QPalette pal = palette();
     pal.setColor(QPalette::Window, QColor(246, 244, 236));
     setPalette(pal);
-    setFrameless();
+    setContentsMargins(0, 0, 0, 0);
 
     Label2->setObjectName(QStringLiteral("Label2"));
     Label3->setObjectName(QStringLiteral("Label3"));
@@ -55,11 +55,6 @@ frmKD_Splash::frmKD_Splash(QWidget *parent)
     Timer1->setSingleShot(true);
     Timer1->setInterval(kShowMilliseconds);
     connect(Timer1, &QTimer::timeout, this, &QDialog::accept);
-}
-
-void frmKD_Splash::setFrameless()
-{
-    setContentsMargins(0, 0, 0, 0);
 }
 
 void frmKD_Splash::showEvent(QShowEvent *event)

@@ -6,6 +6,7 @@
 #include "app/TreeModel.h"
 #include "app/UserQuestions.h"
 #include "app/gui/ChildMenus.h"
+#include "app/gui/RevealPicture.h"
 #include "app/gui/ShowHelp.h"
 #include "app/gui/frmKD_About.h"
 
@@ -15,6 +16,8 @@
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QShortcut>
+#include <QStyle>
+#include <QStyleOptionTitleBar>
 
 #include <algorithm>
 
@@ -24,6 +27,7 @@ frmSendrel::frmSendrel(TreeModel &tm, QWidget *parent) : QMainWindow(parent), m_
 {
     setObjectName(QStringLiteral("frmSendrel"));
     setWindowTitle(QStringLiteral("Sendrel"));
+    setWindowIcon(ProgramIcon());
     m_mdi->setObjectName(QStringLiteral("mdiArea"));
     m_mdi->setBackground(QColor(171, 171, 171));
     setCentralWidget(m_mdi);
@@ -176,9 +180,20 @@ QList<QWidget *> frmSendrel::ChildForms() const
 
 QMdiSubWindow *frmSendrel::AddChildWindow(QWidget *form)
 {
+    // The child window keeps the size its form was given, with its frame and title bar around it.
+    const bool sized = form->testAttribute(Qt::WA_Resized);
+    const QSize wanted = form->size();
     QMdiSubWindow *sub = m_mdi->addSubWindow(form);
     sub->setAttribute(Qt::WA_DeleteOnClose);
-    sub->setWindowIcon(QIcon());
+    sub->setWindowIcon(ProgramIcon());
+    if (sized) {
+        QStyleOptionTitleBar title;
+        title.initFrom(sub);
+        title.titleBarFlags = sub->windowFlags();
+        const int frame = sub->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, sub);
+        const int titleHeight = sub->style()->pixelMetric(QStyle::PM_TitleBarHeight, &title, sub);
+        sub->resize(wanted.width() + 2 * frame, wanted.height() + titleHeight + frame);
+    }
     connect(sub, &QObject::destroyed, this, [this] { UpdateMenus(); }, Qt::QueuedConnection);
     return sub;
 }
@@ -304,8 +319,11 @@ void frmSendrel::ShowHelpTopic(int topic)
 
 frmKD_About *frmSendrel::ShowAbout()
 {
-    if (!m_about)
+    if (!m_about) {
         m_about = new frmKD_About(this);
+        auto *help = new QShortcut(QKeySequence::HelpContents, m_about);
+        connect(help, &QShortcut::activated, this, [this] { ShowHelpTopic(m_about->HelpContextID); });
+    }
     m_about->show();
     m_about->raise();
     m_about->activateWindow();

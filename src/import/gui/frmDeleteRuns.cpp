@@ -73,7 +73,7 @@ frmDeleteRuns::frmDeleteRuns(TreeModel &tm, frmMarquel &browser, frmSendrel &fra
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(Frame3, 1);
     layout->addLayout(buttons);
-    resize(460, 320);
+    resize(560, 320);
 
     connect(cmdDelete, &QPushButton::clicked, this, &frmDeleteRuns::cmdDelete_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);

@@ -4,6 +4,7 @@
 
 #include "app/gui/frmSendrel.h"
 #include "browser/gui/frmMarquel.h"
+#include "browser/gui/RunListDelegate.h"
 #include "browser/gui/frmReportPlaceholder.h"
 #include "standstock/gui/frmParameters.h"
 
@@ -90,6 +91,23 @@ private slots:
         QCOMPARE(m->chkSS->text(), QStringLiteral("Stand && Stock Tables"));
         QCOMPARE(m->chkStandLevels->text(), QStringLiteral("Species Composition"));
         QCOMPARE(m->cmdOK->text(), QStringLiteral("&Ok"));
+    }
+
+    // The descriptions stand in one column behind the longest head, at 105 dialog units at least.
+    void descriptionsLineUp()
+    {
+        GuiBench b;
+        b.db.open(b.tm);
+        b.addRun(QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("short"));
+        b.addRun(QStringLiteral("THIN40_CT2025_LONGNAME_XY"), QStringLiteral("H"), QStringLiteral("long"));
+        frmMarquel *m = b.start();
+        auto *delegate = qobject_cast<RunListDelegate *>(m->lstRuns->itemDelegate());
+        QVERIFY(delegate);
+        const QFontMetrics fm(m->lstRuns->font());
+        QVERIFY(delegate->TabStop() >= delegate->BaseTabStop());
+        QVERIFY(delegate->TabStop() > fm.horizontalAdvance(QStringLiteral("THIN40_CT2025_LONGNAME_XY:Harvested")));
+        QCOMPARE(delegate->BaseTabStop(),
+                 qRound(105 * fm.horizontalAdvance(QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz")) / 52.0 / 4.0));
     }
 
     void menusHaveTheirNamesAndCaptions()
