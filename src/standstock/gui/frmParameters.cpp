@@ -179,7 +179,6 @@ void frmParameters::buildWindow()
     for (Graph *g : {gphDensity, gphMerchVol}) {
         g->setKind(ChartData::Kind::ClassBars);
         g->setMinimumSize(480, 280);
-        g->installEventFilter(this);
     }
     gphMerchVol->Visible(false);
     {
@@ -386,8 +385,7 @@ void frmParameters::PlotClick()
             const qint16 year = ToInt16(ReadNumber(item->text()));
             fraCycle->setTitle(QStringLiteral("Sample for year: ") + QString::number(year));
             Data.LetEventsRun = [] { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
-            Data.CalcReport(m_tm, This_RunId, This_SorH, cycle);
-            maxima = FillClassCharts(m_tm, Layout, Data, *gphDensity, *gphMerchVol);
+            maxima = PlotSampleCharts(m_tm, Data, Layout, This_RunId, This_SorH, cycle, *gphDensity, *gphMerchVol);
         } catch (...) {
             setPointer(kPointerDefault);
             throw;
@@ -395,7 +393,8 @@ void frmParameters::PlotClick()
         setPointer(kPointerDefault);
     }
     // Without a year the charts keep their data and are drawn again with the axis from 0 to 0.
-    SetSampleYAxes(*gphDensity, *gphMerchVol, maxima);
+    if (row < 0)
+        SetSampleYAxes(*gphDensity, *gphMerchVol, maxima);
     drawChosenChart();
 }
 
@@ -403,7 +402,6 @@ void frmParameters::drawChosenChart()
 {
     Graph *g = optDensity->isChecked() ? gphDensity : gphMerchVol;
     g->ChartDraw(2);
-    m_drawn = true;
 }
 
 void frmParameters::ChooseDensity(bool density)
@@ -540,11 +538,6 @@ bool frmParameters::eventFilter(QObject *watched, QEvent *event)
         // Off the panels the arrows go, unless an edge is being dragged.
         if (m_host.MousePointer() == kPointerWestEast && !Ruler.bDragLeftEdge && !Ruler.bDragRightEdge)
             setPointer(kPointerDefault);
-    } else if (event->type() == QEvent::Resize && m_drawn && (watched == gphDensity || watched == gphMerchVol)) {
-        // The class labels stand upright or across by the room they have: draw again at the new size.
-        auto *g = static_cast<Graph *>(watched);
-        if (g->Visible())
-            g->ChartDraw(2);
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -139,7 +139,6 @@ private:
     QPointer<frmRange> m_range;
     bool m_loaded = false;
     bool m_unloaded = false;
-    bool m_drawn = false;            // the sample has been drawn once: a resize draws it again
     bool m_asking = false;     // a question of this window is up
     bool m_wasAway = false;    // another window was active since this one was last
 };
