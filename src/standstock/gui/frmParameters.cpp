@@ -23,6 +23,7 @@
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 namespace sendrel {
@@ -178,7 +179,7 @@ void frmParameters::buildWindow()
     SetTitles(*gphMerchVol, SampleChartTitles(false));
     for (Graph *g : {gphDensity, gphMerchVol}) {
         g->setKind(ChartData::Kind::ClassBars);
-        g->setMinimumSize(480, 280);
+        g->setMinimumSize(440, 260);
     }
     gphMerchVol->Visible(false);
     {
@@ -214,7 +215,8 @@ void frmParameters::buildWindow()
     layout->addWidget(m_ruler);
     SSPanel4->setMaximumHeight(SSPanel3->sizeHint().height() + 20);
     lstCycles->setMinimumHeight(60);
-    resize(800, 660);
+    // Half of a maximised frame on a 1366-pixel screen: the right-hand place shows it whole.
+    resize(664, 640);
 
     for (QWidget *w : {static_cast<QWidget *>(m_ruler), static_cast<QWidget *>(SSPanel3), static_cast<QWidget *>(SSPanel4)})
         w->installEventFilter(this);
@@ -270,10 +272,15 @@ void frmParameters::Form_Load()
     Ruler.iDrawWidth = 8025;
     Ruler.iDrawLeft = 135;
 
+    // The boxes take the settings quietly and the classes are built once, so that the ruler's
+    // first drawing gives each class its full room (a second SetClasses with the same count
+    // shortens the ruler again).
     const Settings &s = m_tm.settings;
-    txtClassStart->setText(DefaultText(s.ClassesStart));
-    txtClassWidth->setText(DefaultText(s.ClassesWidth));
-    txtNumofClasses->setText(DefaultText(s.NumClasses));
+    for (const auto &[box, value] : {std::pair{txtClassStart, s.ClassesStart}, {txtClassWidth, s.ClassesWidth},
+                                     {txtNumofClasses, static_cast<double>(s.NumClasses)}}) {
+        const QSignalBlocker quiet(box);
+        box->setText(DefaultText(value));
+    }
     SetClasses();
 
     Ruler.bDragLeftEdge = false;
