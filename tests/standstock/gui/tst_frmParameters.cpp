@@ -100,6 +100,8 @@ private slots:
     void longRulerScrolls();
     void buttonsOfLaterVersionsAndHelp();
     void comingBackDrawsTheSampleAgain();
+    void firstDrawingGivesEachClassItsRoom();
+    void pointerTellsWhatAPressWouldDo();
 };
 
 void tst_frmParameters::loadTakesPlaceCountAndSettings()
@@ -403,6 +405,15 @@ void tst_frmParameters::dragIsHeldAtNeighbour()
     QCOMPARE(o.w->Layout.aClass[0].MinDia, 0.0);
     QCOMPARE(o.w->Layout.aClass[0].MaxDia, 10.0);
     QTest::mouseRelease(o.panel(0), Qt::LeftButton, {}, o.at(0, 30));
+    // That press alone makes the next box change ask before the layout goes.
+    o.env.questions.answerMessage(Answer::Cancel);
+    QLineEdit *width = o.box(QStringLiteral("txtClassWidth"));
+    width->setFocus();
+    width->end(false);
+    QTest::keyClick(width, Qt::Key_0);
+    QCOMPARE(o.env.questions.asked().size(), 1);
+    QCOMPARE(width->text(), QStringLiteral("10"));
+    QCOMPARE(o.w->Layout.aClass[4].MinDia, 49.5);
 }
 
 void tst_frmParameters::resetQuestionCancelAsksOnce()
@@ -528,6 +539,55 @@ void tst_frmParameters::comingBackDrawsTheSampleAgain()
     QVERIFY(QTest::qWaitForWindowActive(o.w));
     QCOMPARE(density->value(2, 2), 1100.0);
     QVERIFY(o.env.questions.messageTexts().isEmpty());
+}
+
+void tst_frmParameters::firstDrawingGivesEachClassItsRoom()
+{
+    TestEnv env;
+    env.openNewDatabase();
+    env.tm->settings.ClassesStart = 5;
+    env.tm->settings.ClassesWidth = 2.5;
+    env.tm->settings.NumClasses = 24;
+    WindowHostStub host;
+    QPointer<frmParameters> w = new frmParameters(*env.tm, host);
+    // One SetClasses at load: 24 classes of 600 twips, a ruler longer than the view.
+    QCOMPARE(Control<QLineEdit>(w, QStringLiteral("txtNumofClasses"))->text(), QStringLiteral("24"));
+    QCOMPARE(w->Ruler.iDrawWidth, qint16(24 * 600));
+    QCOMPARE(w->Ruler.iTwipsPerCm, qint16(240));
+    QCOMPARE(w->RulerView()->SSPanel2(0)->Width(), 600.0);
+    QCOMPARE(w->RulerView()->SSPanel2(23)->text(), QStringLiteral("62.5+"));
+    QVERIFY(Control<QScrollBar>(w, QStringLiteral("hsScrollDBH"))->isEnabled());
+    delete w;
+}
+
+void tst_frmParameters::pointerTellsWhatAPressWouldDo()
+{
+    Opened o;
+    auto hover = [](QWidget *target, int x) {
+        QMouseEvent move(QEvent::MouseMove, QPointF(x, 5), target->mapToGlobal(QPointF(x, 5)), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(target, &move);
+    };
+    hover(o.panel(3), 2);
+    QCOMPARE(o.host.MousePointer(), 9);
+    QCOMPARE(QApplication::overrideCursor()->shape(), Qt::SizeHorCursor);
+    hover(o.panel(3), o.panel(3)->width() / 2);
+    QCOMPARE(o.host.MousePointer(), 0);
+    QVERIFY(QApplication::overrideCursor() == nullptr);
+    // The first class's left edge and the last class's right edge offer no drag.
+    hover(o.panel(0), 1);
+    QCOMPARE(o.host.MousePointer(), 0);
+    hover(o.panel(9), o.panel(9)->width() - 1);
+    QCOMPARE(o.host.MousePointer(), 0);
+    hover(o.panel(9), 1);
+    QCOMPARE(o.host.MousePointer(), 9);
+    // Off the panels the arrows go.
+    hover(o.ctl<QGroupBox>(QStringLiteral("SSPanel3")), 5);
+    QCOMPARE(o.host.MousePointer(), 0);
+    // The sample's query shows the hourglass while it runs.
+    o.host.Pointers.clear();
+    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdPlot")), Qt::LeftButton);
+    QCOMPARE(o.host.Pointers, (QList<int>{11, 0}));
 }
 
 QTEST_MAIN(tst_frmParameters)
