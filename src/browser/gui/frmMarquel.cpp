@@ -9,6 +9,8 @@
 #include "browser/gui/frmReportPlaceholder.h"
 #include "import/gui/ImportCoreBridge.h"
 #include "import/gui/frmDeleteRuns.h"
+#include "standstock/gui/FrameReportHost.h"
+#include "standstock/gui/frmParameters.h"
 #include "store/GameDB.h"
 
 #include <QCheckBox>
@@ -400,15 +402,17 @@ QWidget *frmMarquel::OpenStandStockWindow(int position)
     }
     const RunEntry run = SplitRunEntry(lstRuns->item(position)->text());
     Hourglass hourglass(m_frame);
-    auto *window = new frmReportPlaceholder(m_tm, m_frame, *this, frmReportPlaceholder::Kind::StandStock);
-    QMdiSubWindow *sub = m_frame.AddChildWindow(window);
-    window->Form_Load();
+    // Its load counts it in, takes a place of the frame and makes it a child window there.
+    auto *window = new frmParameters(m_tm, std::make_unique<FrameReportHost>(m_frame, *this));
     window->This_RunId = run.runId;
     window->This_RunDesc = run.description;
     window->This_SorH = run.sorH();
+    window->UpdateHeaderList();
+    window->ChooseDensity(true);
     window->setWindowTitle(QStringLiteral("Stand & Stock Tables: ") + run.runId);
-    window->ShowRun();
-    sub->show();
+    window->PlotClick();
+    if (QMdiSubWindow *sub = m_frame.SubWindowOf(window))
+        sub->show();
     return window;
 }
 

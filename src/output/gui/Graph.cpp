@@ -193,8 +193,13 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
         for (const QString &l : data.pointLabels())
             widest = qMax(widest, metrics.horizontalAdvance(l));
         const double plotWidth = layoutSize.width() * 0.8;
-        if (points > 0 && (widest + 8) * points > plotWidth)
+        if (points > 0 && (widest + 8) * points > plotWidth) {
             classes->setLabelsAngle(-90);
+            // Upright, a label is one line high across its class; the chart library would cut
+            // it to dots wherever a class is narrower than its own padded measure, though the
+            // line fits.
+            classes->setTruncateLabels(false);
+        }
         xAxis = classes;
         drawn.append(bars);
     } else {

@@ -5,6 +5,7 @@
 #include "app/FolderLocation.h"
 #include "app/gui/Main.h"
 #include "browser/gui/frmReportPlaceholder.h"
+#include "standstock/gui/frmParameters.h"
 
 #include <QCheckBox>
 #include <QStandardPaths>
@@ -36,12 +37,13 @@ void storeFolders(GuiBench &b)
     b.store.SaveSetting(kSectionCommon, QStringLiteral("WorkDir"), b.db.folder());
 }
 
-QList<frmReportPlaceholder *> reportWindows(frmSendrel &frame)
+// The report windows of the frame: stand and stock windows and the composition placeholder.
+QList<QWidget *> reportWindows(frmSendrel &frame)
 {
-    QList<frmReportPlaceholder *> windows;
+    QList<QWidget *> windows;
     for (QWidget *form : frame.ChildForms()) {
-        if (auto *w = qobject_cast<frmReportPlaceholder *>(form))
-            windows.append(w);
+        if (qobject_cast<frmReportPlaceholder *>(form) || qobject_cast<frmParameters *>(form))
+            windows.append(form);
     }
     return windows;
 }
@@ -89,6 +91,9 @@ private slots:
         GuiBench b;
         b.db.open(b.tm);
         b.addRun(QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("one"));
+        // As an import leaves it: with the header row of its first year.
+        b.execute(QStringLiteral("INSERT INTO Model_Header (Run_Id, First_Header_Number, Cycle, Cycle_Year, Standing_Harvested) "
+                                 "VALUES ('R1', 1, 1, 2000, 'S')"));
         b.addRun(QStringLiteral("R2"), QStringLiteral("S"), QStringLiteral("two"));
         b.tm.DBEngine.CloseDB();
         storeFolders(b);
@@ -110,7 +115,7 @@ private slots:
         const auto windows = reportWindows(*f.frame);
         QCOMPARE(windows.size(), 1);
         QCOMPARE(windows[0]->windowTitle(), QStringLiteral("Stand & Stock Tables: R1"));
-        QCOMPARE(windows[0]->This_SorH, QStringLiteral("S"));
+        QCOMPARE(windows[0]->property("This_SorH").toString(), QStringLiteral("S"));
         QCOMPARE(f.frame->LeftForm.data(), windows[0]);
         QVERIFY(!f.frame->RightForm);
         QCOMPARE(f.frame->SubWindowOf(windows[0])->pos(), QPoint(0, 0));

@@ -6,6 +6,7 @@
 #include "browser/gui/frmMarquel.h"
 #include "browser/gui/RunListDelegate.h"
 #include "browser/gui/frmReportPlaceholder.h"
+#include "standstock/gui/frmParameters.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -18,21 +19,41 @@ using namespace sendrel;
 
 namespace {
 
-QList<frmReportPlaceholder *> reportWindows(frmSendrel &frame)
+// The report windows of the frame, stand and stock and composition alike, read by their run.
+struct ReportWindow {
+    QWidget *form;
+    QString This_RunId;
+    QString This_SorH;
+    QString This_RunDesc;
+    QString windowTitle() const { return form->windowTitle(); }
+    operator QWidget *() const { return form; }
+};
+
+QList<ReportWindow> reportWindows(frmSendrel &frame)
 {
-    QList<frmReportPlaceholder *> windows;
+    QList<ReportWindow> windows;
     for (QWidget *form : frame.ChildForms()) {
-        if (auto *w = qobject_cast<frmReportPlaceholder *>(form))
-            windows.append(w);
+        if (qobject_cast<frmReportPlaceholder *>(form) || qobject_cast<frmParameters *>(form))
+            windows.append({form, form->property("This_RunId").toString(), form->property("This_SorH").toString(),
+                            form->property("This_RunDesc").toString()});
     }
     return windows;
 }
 
-QStringList captions(const QList<frmReportPlaceholder *> &windows)
+// A run as an import leaves it: with the header row of its first year.
+void addRun(GuiBench &b, const QString &runId, const QString &sorH, const QString &description)
+{
+    b.addRun(runId, sorH, description);
+    b.execute(QStringLiteral("INSERT INTO Model_Header (Run_Id, First_Header_Number, Cycle, Cycle_Year, Standing_Harvested) "
+                             "VALUES ('%1', 1, 1, 2000, '%2')")
+                  .arg(runId, sorH));
+}
+
+QStringList captions(const QList<ReportWindow> &windows)
 {
     QStringList texts;
-    for (const auto *w : windows)
-        texts.append(w->windowTitle());
+    for (const ReportWindow &w : windows)
+        texts.append(w.windowTitle());
     return texts;
 }
 
@@ -45,9 +66,9 @@ class tst_frmMarquel : public QObject {
     frmMarquel *startWithRuns(GuiBench &b)
     {
         b.db.open(b.tm);
-        b.addRun(QStringLiteral("B"), QStringLiteral("S"), QStringLiteral("Thinned to 600 sph"));
-        b.addRun(QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("No treatment"));
-        b.addRun(QStringLiteral("A"), QStringLiteral("H"), QStringLiteral("No treatment"));
+        addRun(b, QStringLiteral("B"), QStringLiteral("S"), QStringLiteral("Thinned to 600 sph"));
+        addRun(b, QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("No treatment"));
+        addRun(b, QStringLiteral("A"), QStringLiteral("H"), QStringLiteral("No treatment"));
         return b.start();
     }
 
@@ -249,18 +270,18 @@ private slots:
 
         const auto windows = reportWindows(*b.frame);
         QCOMPARE(captions(windows), (QStringList{QStringLiteral("Stand & Stock Tables: B"), QStringLiteral("Stand & Stock Tables: A")}));
-        QCOMPARE(windows[0]->This_RunId, QStringLiteral("B"));
-        QCOMPARE(windows[0]->This_SorH, QStringLiteral("S"));
-        QCOMPARE(windows[0]->This_RunDesc, QStringLiteral("Thinned to 600 sph"));
-        QCOMPARE(windows[1]->This_SorH, QStringLiteral("H"));
+        QCOMPARE(windows[0].This_RunId, QStringLiteral("B"));
+        QCOMPARE(windows[0].This_SorH, QStringLiteral("S"));
+        QCOMPARE(windows[0].This_RunDesc, QStringLiteral("Thinned to 600 sph"));
+        QCOMPARE(windows[1].This_SorH, QStringLiteral("H"));
         QCOMPARE(m->NumOpenWindows, qint16(2));
         QVERIFY(b.frame->SubWindowOf(m)->isMinimized());
         QVERIFY(!m->chkSS->isChecked());
         QCOMPARE(m->SelectedItems, qint16(0));
         QCOMPARE(highlightedRows(m->lstRuns), QList<int>{});
         // The first window went beside the browser; the second took the place that the browser left.
-        QCOMPARE(b.frame->RightForm.data(), windows[0]);
-        QCOMPARE(b.frame->LeftForm.data(), windows[1]);
+        QCOMPARE(b.frame->RightForm.data(), windows[0].form);
+        QCOMPARE(b.frame->LeftForm.data(), windows[1].form);
         QCOMPARE(b.frame->SubWindowOf(windows[1])->pos(), QPoint(0, 0));
         QCOMPARE(b.frame->SubWindowOf(windows[0])->pos(), QPoint(b.frame->mdiArea()->viewport()->width() / 2, 0));
 
@@ -301,7 +322,7 @@ private slots:
         QCOMPARE(m->SelectedItems, qint16(1));
         QCOMPARE(m->NumOpenWindows, qint16(1));
         QCOMPARE(b.frame->LeftForm.data(), m);
-        QCOMPARE(b.frame->RightForm.data(), reportWindows(*b.frame).first());
+        QCOMPARE(b.frame->RightForm.data(), reportWindows(*b.frame).first().form);
         clickRow(m->lstRuns, 2);
         QCOMPARE(highlightedRows(m->lstRuns), QList<int>{2});
     }
@@ -347,16 +368,16 @@ private slots:
     {
         GuiBench b;
         b.db.open(b.tm);
-        b.addRun(QStringLiteral("A:1"), QStringLiteral("S"), QStringLiteral("Second import"));
+        addRun(b, QStringLiteral("A:1"), QStringLiteral("S"), QStringLiteral("Second import"));
         frmMarquel *m = b.start();
         QCOMPARE(m->RunEntries(), QStringList{QStringLiteral("A:1:Standing\tSecond import")});
         checkBox(m->chkSS);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
         const auto windows = reportWindows(*b.frame);
         QCOMPARE(windows.size(), 1);
-        QCOMPARE(windows[0]->This_RunId, QStringLiteral("A:1"));
-        QCOMPARE(windows[0]->This_SorH, QStringLiteral("S"));
-        QCOMPARE(windows[0]->windowTitle(), QStringLiteral("Stand & Stock Tables: A:1"));
+        QCOMPARE(windows[0].This_RunId, QStringLiteral("A:1"));
+        QCOMPARE(windows[0].This_SorH, QStringLiteral("S"));
+        QCOMPARE(windows[0].windowTitle(), QStringLiteral("Stand & Stock Tables: A:1"));
     }
 
     // The import command: file, kind, import, then the new run is listed and selected.

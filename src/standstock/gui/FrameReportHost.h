@@ -1,0 +1,34 @@
+#pragma once
+
+#include "standstock/gui/ReportWindowHost.h"
+
+#include <QPointer>
+
+namespace sendrel {
+
+class frmSendrel;
+class frmMarquel;
+
+// A report window's host on the desktop: the frame's places, pointer, help and MDI area, and
+// the run browser's count of report windows. It holds both weakly, so that a window that goes
+// after them (the frame closing) finds nothing to call instead of something gone.
+class FrameReportHost : public ReportWindowHost {
+public:
+    FrameReportHost(frmSendrel &frame, frmMarquel &browser);
+
+    void AddOpenWindow() override;
+    void RemoveOpenWindow() override;
+    QPointer<QWidget> &LeftForm() override;
+    QPointer<QWidget> &RightForm() override;
+    void SetMousePointer(int pointer) override;
+    int MousePointer() const override;
+    void ShowHelpTopic(int topic) override;
+    void AddChildWindow(QWidget *form) override;
+
+private:
+    QPointer<frmSendrel> m_frame;
+    QPointer<frmMarquel> m_browser;
+    QPointer<QWidget> m_noPlace;   // stands for a place when the frame has gone
+};
+
+}  // namespace sendrel
