@@ -1,5 +1,7 @@
 #include "standstock/gui/frmParameters.h"
 
+#include "standstock/gui/ViewStandStockReport.h"
+
 #include "app/Numbers.h"
 #include "app/SendrelError.h"
 #include "app/Settings.h"
@@ -8,6 +10,7 @@
 #include "standstock/ClassCharts.h"
 #include "standstock/gui/ClassRulerView.h"
 #include "standstock/gui/ReportWindowHost.h"
+#include "standstock/gui/ViewStandStockReport.h"
 #include "standstock/gui/frmRange.h"
 #include "store/GameDB.h"
 
@@ -31,7 +34,6 @@ namespace sendrel {
 namespace {
 
 const QString kChartsLater = QStringLiteral("Charts of the selected years come with a later version of Sendrel.");
-const QString kReportsLater = QStringLiteral("Stand and stock reports come with a later version of Sendrel.");
 
 QLabel *faultLabel(const QString &name, QWidget *parent)
 {
@@ -232,7 +234,8 @@ void frmParameters::buildWindow()
     });
     connect(cmdPrintReport, &QPushButton::clicked, this, [this] {
         m_asking = true;
-        m_tm.questions.ShowInfoMessage(kReportsLater);
+        ViewStandStockReport(m_tm, this, This_RunId, This_SorH, This_RunDesc, optDensity->isChecked(), *lstCycles, Layout,
+                             Data, [this](int p) { setPointer(p); });
         m_asking = false;
     });
     connect(cmdOK, &QPushButton::clicked, this, &QWidget::close);
