@@ -75,6 +75,22 @@ int CliFailureMessage(CliContext &ctx, const QString &message)
     return CliFailure;
 }
 
+QString CheckRunAndKind(const QStringList &args, const QString &command, const QString &kind, bool hasKind,
+                        QString &runId, QString &sorH)
+{
+    for (const QString &a : args) {
+        if (a.startsWith(QLatin1Char('-')))
+            return QStringLiteral("unknown option ") + a;
+    }
+    if (args.size() != 1)
+        return command + QStringLiteral(" needs one run");
+    runId = args.first();
+    sorH = kind.toUpper();
+    if (!hasKind || (sorH != QLatin1String("S") && sorH != QLatin1String("H")))
+        return QStringLiteral("--kind must be S or H");
+    return QString();
+}
+
 int CliUsageError(CliContext &ctx, const QString &message)
 {
     if (!message.isEmpty())

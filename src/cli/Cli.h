@@ -31,6 +31,11 @@ int CliCommandUsage(CliContext &ctx, const QString &usage, const QString &messag
 // A failure told on stderr; gives CliFailure.
 int CliFailureMessage(CliContext &ctx, const QString &message);
 
+// What must be left of a command's arguments once its options are taken: no unknown option, one
+// run, and a kind of S or H (in either case). Sets runId and sorH; gives the fault, or "".
+QString CheckRunAndKind(const QStringList &args, const QString &command, const QString &kind, bool hasKind,
+                        QString &runId, QString &sorH);
+
 // Pulls "--name value" out of args; false with a usage message when the value is missing.
 bool TakeOption(QStringList &args, const QString &name, QString &value, bool &present);
 

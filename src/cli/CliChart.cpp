@@ -93,17 +93,8 @@ int CliChart(CliContext &ctx)
         return chartUsage(ctx, QStringLiteral("an option lacks its value"));
     req.blackAndWhite = args.removeAll(QStringLiteral("--bw")) > 0;
 
-    for (const QString &a : std::as_const(args)) {
-        if (a.startsWith(QLatin1Char('-')))
-            return chartUsage(ctx, QStringLiteral("unknown option ") + a);
-    }
-    if (args.size() != 1)
-        return chartUsage(ctx, QStringLiteral("chart needs one run"));
-    req.runId = args.first();
-
-    req.sorH = kind.toUpper();
-    if (!hasKind || (req.sorH != QLatin1String("S") && req.sorH != QLatin1String("H")))
-        return chartUsage(ctx, QStringLiteral("--kind must be S or H"));
+    if (const QString fault = CheckRunAndKind(args, QStringLiteral("chart"), kind, hasKind, req.runId, req.sorH); !fault.isEmpty())
+        return chartUsage(ctx, fault);
     if (hasCycle == hasYear)
         return chartUsage(ctx, QStringLiteral("give either --cycle or --year"));
     req.byCycle = hasCycle;

@@ -128,17 +128,8 @@ int CliReport(CliContext &ctx)
         || !TakeOption(args, QStringLiteral("-o"), opt.output, opt.hasOutput))
         return reportUsage(ctx, QStringLiteral("an option lacks its value"));
 
-    for (const QString &a : std::as_const(args)) {
-        if (a.startsWith(QLatin1Char('-')))
-            return reportUsage(ctx, QStringLiteral("unknown option ") + a);
-    }
-    if (args.size() != 1)
-        return reportUsage(ctx, QStringLiteral("report needs one run"));
-    opt.runId = args.first();
-
-    opt.sorH = kind.toUpper();
-    if (!hasKind || (opt.sorH != QLatin1String("S") && opt.sorH != QLatin1String("H")))
-        return reportUsage(ctx, QStringLiteral("--kind must be S or H"));
+    if (const QString fault = CheckRunAndKind(args, QStringLiteral("report"), kind, hasKind, opt.runId, opt.sorH); !fault.isEmpty())
+        return reportUsage(ctx, fault);
     if (hasCycles && hasYears)
         return reportUsage(ctx, QStringLiteral("give --cycles or --years, not both"));
     if (hasCycles || hasYears) {
