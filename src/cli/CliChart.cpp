@@ -1,5 +1,7 @@
 #include "cli/Cli.h"
 
+#include "cli/CliHeadless.h"
+
 #include "app/Numbers.h"
 #include "app/ScriptedQuestions.h"
 #include "app/SendrelError.h"
@@ -56,14 +58,6 @@ struct ChartRequest {
 };
 
 // The run as stored (its Run Id in the stored spelling), or empty when there is none.
-QString storedRunId(TreeModel &tm, const QString &runId, const QString &sorH)
-{
-    tm.DBEngine.SQLString = QStringLiteral("Select Run_Id from Model_Run where Run_Id = '") + QuoteSQL(runId)
-                            + QStringLiteral("' and Standing_Harvested = '") + QuoteSQL(sorH) + QStringLiteral("'");
-    Recordset rs = tm.DBEngine.RetreiveRecords();
-    return rs.Eof() ? QString() : rs.Fields(0).toString();
-}
-
 }  // namespace
 
 void SetChartFileWriter(ChartFileWriter writer)
@@ -127,31 +121,20 @@ int CliChart(CliContext &ctx)
     SettingsStore store;
     ScriptedQuestions questions;
     TreeModel tm(store, questions);
-    tm.EndProcess = [&questions](int) {
-        const QStringList said = questions.messageTexts();
-        throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"), said.isEmpty() ? QStringLiteral("Ended") : said.last());
-    };
-    tm.ProgramDir = QCoreApplication::applicationDirPath();
-    tm.settings.LoadSettings(store, tm.ProgramDir);
+    PrepareHeadlessModel(tm, questions);
 
     // The layout as the window would take it from its boxes; a layout it refuses is refused here.
     ClassLayout layout;
-    const ClassBoxTexts defaults{DefaultText(tm.settings.ClassesStart), DefaultText(tm.settings.ClassesWidth),
-                                 DefaultText(tm.settings.NumClasses)};
-    const ClassEntryCheck check = req.hasClasses ? layout.SetClasses(req.classes.at(0), req.classes.at(1), req.classes.at(2))
-                                                 : layout.SetClasses(defaults.txtClassStart, defaults.txtClassWidth, defaults.txtNumofClasses);
+    const ClassEntryCheck check = LayoutFromFlagsOrSettings(layout, req.hasClasses, req.classes, tm.settings);
     if (!check.passed()) {
         ctx.err << check.describe() << "\n";
         ctx.err.flush();
         return CliFailure;
     }
 
-    tm.GameDBPath = ctx.dbPath;
-    tm.DBEngine.PathToDB = ctx.dbPath;
-    tm.DBEngine.OpenDB();
-    ReadSpecies(tm);
+    OpenHeadlessDatabase(tm, ctx.dbPath);
 
-    const QString runId = storedRunId(tm, req.runId, req.sorH);
+    const QString runId = StoredRunId(tm, req.runId, req.sorH);
     if (runId.isEmpty())
         return failure(ctx, QStringLiteral("no run %1 of kind %2").arg(req.runId, req.sorH));
 

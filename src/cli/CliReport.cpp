@@ -1,5 +1,7 @@
 #include "cli/Cli.h"
 
+#include "cli/CliHeadless.h"
+
 #include "app/Numbers.h"
 #include "app/ScriptedQuestions.h"
 #include "app/SendrelError.h"
@@ -85,14 +87,6 @@ bool readNumberList(const QString &text, QList<double> &numbers)
 }
 
 // The run as stored (its Run Id in the stored spelling), or empty when there is none.
-QString storedRunId(TreeModel &tm, const QString &runId, const QString &sorH)
-{
-    tm.DBEngine.SQLString = QStringLiteral("Select Run_Id from Model_Run where Run_Id = '") + QuoteSQL(runId)
-                            + QStringLiteral("' and Standing_Harvested = '") + QuoteSQL(sorH) + QStringLiteral("'");
-    Recordset rs = tm.DBEngine.RetreiveRecords();
-    return rs.Eof() ? QString() : rs.Fields(0).toString();
-}
-
 // What the user would have been shown, one message after the other, in the tool's line ends.
 QString toldMessages(const ScriptedQuestions &questions)
 {
@@ -157,32 +151,21 @@ int CliReport(CliContext &ctx)
     // The process's state as the desktop program has it, with the flags as the answers.
     SettingsStore store;
     TreeModel tm(store, questions);
-    tm.EndProcess = [&questions](int) {
-        const QStringList said = questions.messageTexts();
-        throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"), said.isEmpty() ? QStringLiteral("Ended") : said.last());
-    };
-    tm.ProgramDir = QCoreApplication::applicationDirPath();
-    tm.settings.LoadSettings(store, tm.ProgramDir);
+    PrepareHeadlessModel(tm, questions);
 
     // The layout as the window would take it from its boxes; a layout it refuses is refused here.
     ClassLayout layout;
-    const ClassEntryCheck check = opt.hasClasses
-                                      ? layout.SetClasses(opt.classes.at(0), opt.classes.at(1), opt.classes.at(2))
-                                      : layout.SetClasses(DefaultText(tm.settings.ClassesStart), DefaultText(tm.settings.ClassesWidth),
-                                                          DefaultText(tm.settings.NumClasses));
+    const ClassEntryCheck check = LayoutFromFlagsOrSettings(layout, opt.hasClasses, opt.classes, tm.settings);
     if (!check.passed()) {
         ctx.err << check.describe() << "\n";
         ctx.err.flush();
         return CliFailure;
     }
 
-    tm.GameDBPath = ctx.dbPath;
-    tm.DBEngine.PathToDB = ctx.dbPath;
-    tm.DBEngine.OpenDB();
-    ReadSpecies(tm);
+    OpenHeadlessDatabase(tm, ctx.dbPath);
 
     StandStockReportRequest request;
-    request.This_RunId = storedRunId(tm, opt.runId, opt.sorH);
+    request.This_RunId = StoredRunId(tm, opt.runId, opt.sorH);
     if (request.This_RunId.isEmpty())
         return failure(ctx, QStringLiteral("no run %1 of kind %2").arg(opt.runId, opt.sorH));
     request.This_SorH = opt.sorH;
