@@ -102,7 +102,7 @@ void frmMarquel::buildControls()
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(Frame3, 1);
     layout->addLayout(bottom);
-    resize(560, 340);
+    resize(660, 340);
 
     // User actions only: program changes of the list and the boxes do not come through here.
     connect(lstRuns, &QListWidget::itemSelectionChanged, this, [this] {
