@@ -1,5 +1,5 @@
 #include "support/GoldenFile.h"
-#include "support/RunDbFixture.h"
+#include "support/RunDatabase.h"
 
 #include "app/ToolBox.h"
 #include "output/ReportFile.h"
@@ -31,7 +31,7 @@ struct Group {
 
 class ReportTables {
 public:
-    explicit ReportTables(RunDbFixture &db) : m_db(db) {}
+    explicit ReportTables(RunDatabase &db) : m_db(db) {}
 
     void header(int id, const QString &run, const QString &type, int numSpecies, int cycle, int year, const QString &title)
     {
@@ -72,7 +72,7 @@ public:
     }
 
 private:
-    RunDbFixture &m_db;
+    RunDatabase &m_db;
 };
 
 const QStringList kElevenCodes = {QStringLiteral("PW"), QStringLiteral("LW"), QStringLiteral("FD"), QStringLiteral("BG"),
@@ -95,7 +95,7 @@ class TestReportFile : public QObject {
 
 private:
     // Writes the report and checks it against its expected file; gives the path.
-    QString writeAndCompare(RunDbFixture &db, qint16 kind, const QString &description, const QString &golden, qint16 expectedColumns)
+    QString writeAndCompare(RunDatabase &db, qint16 kind, const QString &description, const QString &golden, qint16 expectedColumns)
     {
         db.tm.CurrentRunId = QStringLiteral("R7");
         qint16 columns = -1;
@@ -187,7 +187,7 @@ void TestReportFile::printedOnFollowsSourceDateEpoch()
 
 void TestReportFile::standOneSpecies()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 1, 1, 2000, QStringLiteral("R7: Stand Table"));
     t.detail(1, 10, 15, 12.5, {{QStringLiteral("PW"), 120.5, 33.25}, {QStringLiteral("Totals:"), 121, 33}});
@@ -199,7 +199,7 @@ void TestReportFile::standOneSpecies()
 
 void TestReportFile::standElevenSpecies()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 11, 3, 2020, QStringLiteral("R7: Stand Table"));
     t.detail(1, 0, 10, 5, speciesRow(kElevenCodes, 10, {{QStringLiteral("Totals:"), 660, 66}}));
@@ -209,7 +209,7 @@ void TestReportFile::standElevenSpecies()
 
 void TestReportFile::standTwelveSpeciesWithOther()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     // Num_Species counts all twelve species: the rule line is wider than the twelve columns.
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 12, 3, 2020, QStringLiteral("R7: Stand Table"));
@@ -221,7 +221,7 @@ void TestReportFile::standTwelveSpeciesWithOther()
 
 void TestReportFile::stockSeveralBlocks()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("MERCH_VOL"), 2, 1, 2000, QStringLiteral("R7: Stock Table"));
     t.header(2, QStringLiteral("R7"), QStringLiteral("MERCH_VOL"), 1, 2, 2010, QStringLiteral("R7: Stock Table"));
@@ -240,7 +240,7 @@ void TestReportFile::stockSeveralBlocks()
 
 void TestReportFile::zeroCellsSeparatorsAndCutTexts()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     // Title and run name stand outside the cells and are never cut.
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 2, 12, 2150, QStringLiteral("A title longer than any cell of the table"));
@@ -256,7 +256,7 @@ void TestReportFile::zeroCellsSeparatorsAndCutTexts()
 
 void TestReportFile::speciesComposition()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.compositionHeader(QStringLiteral("R7"), QStringLiteral("SL_SPH"), 2, QStringLiteral("R7: Density by Species"));
     t.levels(2010, {QStringLiteral("PW"), QStringLiteral("SB"), QStringLiteral("Total:")}, {401, 98, 499});
@@ -279,7 +279,7 @@ void TestReportFile::unitLineOfCompositionTypes()
 {
     QFETCH(QString, type);
     QFETCH(QString, unitLine);
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.compositionHeader(QStringLiteral("R7"), type, 1, QStringLiteral("T"));
     t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
@@ -293,7 +293,7 @@ void TestReportFile::unitLineOfCompositionTypes()
 
 void TestReportFile::placeAndName()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.compositionHeader(QStringLiteral("R 7:a"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
     t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
@@ -315,7 +315,7 @@ void TestReportFile::placeAndName()
 
 void TestReportFile::secondReportReplacesFirst()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.compositionHeader(QStringLiteral("R7"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
     t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
@@ -335,7 +335,7 @@ void TestReportFile::secondReportReplacesFirst()
 
 void TestReportFile::noHeaderRowsTouchesNoFile()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.compositionHeader(QStringLiteral("Other run"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
     db.tm.CurrentRunId = QStringLiteral("R7");
@@ -354,7 +354,7 @@ void TestReportFile::noHeaderRowsTouchesNoFile()
 
 void TestReportFile::blockWithoutDetailRowsFails()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 1, 1, 2000, QStringLiteral("R7: Stand Table"));
     t.header(2, QStringLiteral("R7"), QStringLiteral("DENSITY"), 0, 2, 2010, QStringLiteral("R7: Stand Table"));
@@ -373,7 +373,7 @@ void TestReportFile::blockWithoutDetailRowsFails()
 
 void TestReportFile::blockWithoutHeadingFails()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 1, 1, 2000, QStringLiteral("R7: Stand Table"));
     t.detail(1, 10, 15, 12.5, {});
@@ -388,7 +388,7 @@ void TestReportFile::blockWithoutHeadingFails()
 
 void TestReportFile::unwritableFileFails()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.compositionHeader(QStringLiteral("R7"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
     t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});

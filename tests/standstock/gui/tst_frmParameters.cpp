@@ -1,4 +1,5 @@
-#include "support/StandStockTestRun.h"
+#include "support/GuiBench.h"
+#include "support/SampleRuns.h"
 
 #include "app/Numbers.h"
 #include "output/gui/Graph.h"
@@ -26,17 +27,17 @@ namespace {
 
 // One stand and stock window over the sample run, opened the way the browser opens it.
 struct Opened {
-    TestEnv env;
+    RunDatabase env{RunDatabase::Db::None};
     WindowHostStub host;
     QPointer<frmParameters> w;
     QList<int> ends;
 
     explicit Opened(bool show = true)
     {
-        env.openNewDatabase();
-        env.tm->EndProcess = [this](int code) { ends.append(code); };
+        env.openAsProgram();
+        env.tm.EndProcess = [this](int code) { ends.append(code); };
         AddSampleRun(env);
-        w = new frmParameters(*env.tm, host);
+        w = new frmParameters(env.tm, host);
         w->This_RunId = QStringLiteral("R1");
         w->This_RunDesc = QStringLiteral("Spacing trial");
         w->This_SorH = QStringLiteral("S");
@@ -111,7 +112,7 @@ void tst_frmParameters::loadTakesPlaceCountAndSettings()
     QCOMPARE(o.host.LeftForm().data(), o.w.data());
     QVERIFY(o.host.RightForm().isNull());
     // A second window takes the right-hand place.
-    auto *second = new frmParameters(*o.env.tm, o.host);
+    auto *second = new frmParameters(o.env.tm, o.host);
     QCOMPARE(o.host.NumOpenWindows, 2);
     QCOMPARE(o.host.RightForm().data(), second);
     second->close();
@@ -152,17 +153,17 @@ void tst_frmParameters::unloadGivesBackPlaceAndCount()
     QCOMPARE(o.host.NumOpenWindows, 0);
     QVERIFY(o.host.LeftForm().isNull());
     QVERIFY(o.ends.isEmpty());
-    QVERIFY(o.env.tm->DBEngine.IsOpen());
+    QVERIFY(o.env.tm.DBEngine.IsOpen());
 }
 
 void tst_frmParameters::unloadStartedWithRunEndsProcess()
 {
     Opened o;
-    o.env.tm->RunOnCommandLine = true;
+    o.env.tm.RunOnCommandLine = true;
     o.w->close();
     QCOMPARE(o.ends, QList<int>{0});
-    QVERIFY(!o.env.tm->DBEngine.IsOpen());
-    OpenGameDB(*o.env.tm, false);   // for the test's own end, which closes it once more
+    QVERIFY(!o.env.tm.DBEngine.IsOpen());
+    OpenGameDB(o.env.tm, false);   // for the test's own end, which closes it once more
 }
 
 void tst_frmParameters::yearsOfTheRun()
@@ -546,13 +547,13 @@ void tst_frmParameters::comingBackDrawsTheSampleAgain()
 
 void tst_frmParameters::firstDrawingGivesEachClassItsRoom()
 {
-    TestEnv env;
-    env.openNewDatabase();
-    env.tm->settings.ClassesStart = 5;
-    env.tm->settings.ClassesWidth = 2.5;
-    env.tm->settings.NumClasses = 24;
+    RunDatabase env{RunDatabase::Db::None};
+    env.openAsProgram();
+    env.tm.settings.ClassesStart = 5;
+    env.tm.settings.ClassesWidth = 2.5;
+    env.tm.settings.NumClasses = 24;
     WindowHostStub host;
-    QPointer<frmParameters> w = new frmParameters(*env.tm, host);
+    QPointer<frmParameters> w = new frmParameters(env.tm, host);
     // One SetClasses at load: 24 classes of 600 twips, a ruler longer than the view.
     QCOMPARE(Control<QLineEdit>(w, QStringLiteral("txtNumofClasses"))->text(), QStringLiteral("24"));
     QCOMPARE(w->Ruler.iDrawWidth, qint16(24 * 600));
