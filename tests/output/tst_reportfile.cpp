@@ -15,13 +15,6 @@ using namespace sendrel::test;
 
 namespace {
 
-const QString kCrLf = QStringLiteral("\r\n");
-
-QDateTime fixedClock()
-{
-    return QDateTime::fromSecsSinceEpoch(1700000000, QTimeZone::utc());
-}
-
 // One species column of a Report_Detail row: heading, density, volume.
 struct Group {
     QString heading;
@@ -99,7 +92,7 @@ private:
     {
         db.tm.CurrentRunId = QStringLiteral("R7");
         qint16 columns = -1;
-        const QString path = WriteReportFile(db.tm, kind, description, columns, fixedClock);
+        const QString path = WriteReportFile(db.tm, kind, description, columns, FixedClock);
         if (path.isEmpty())
             qWarning("messages: %s", qPrintable(db.questions.messageTexts().join(QStringLiteral(" | "))));
         [&] {
@@ -180,9 +173,9 @@ void TestReportFile::printedOnFollowsSourceDateEpoch()
     qunsetenv("SOURCE_DATE_EPOCH");
     const QDateTime now = ReportClockNow();
     qputenv("SOURCE_DATE_EPOCH", saved);
-    QCOMPARE(fromEpoch, fixedClock());
+    QCOMPARE(fromEpoch, FixedClock());
     QVERIFY(now.toSecsSinceEpoch() > 1700000000);
-    QCOMPARE(DefaultDateTimeText(fixedClock()), QStringLiteral("14 Nov 2023 22:13:20"));
+    QCOMPARE(DefaultDateTimeText(FixedClock()), QStringLiteral("14 Nov 2023 22:13:20"));
 }
 
 void TestReportFile::standOneSpecies()
@@ -285,7 +278,7 @@ void TestReportFile::unitLineOfCompositionTypes()
     t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
     db.tm.CurrentRunId = QStringLiteral("R7");
     qint16 columns = 0;
-    const QString path = WriteReportFile(db.tm, ReportKind::Species, QString(), columns, fixedClock);
+    const QString path = WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock);
     QVERIFY(!path.isEmpty());
     const QList<QByteArray> lines = ReadWholeFile(path).split('\n');
     QCOMPARE(QString::fromUtf8(lines.at(5)), unitLine + QLatin1Char('\r'));
@@ -299,13 +292,13 @@ void TestReportFile::placeAndName()
     t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
     db.tm.CurrentRunId = QStringLiteral("R 7:a");
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, fixedClock),
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock),
              db.programDir() + QStringLiteral("/R 7:a_Species.txt"));
     QVERIFY(QFile::exists(db.programDir() + QStringLiteral("/R 7:a_Species.txt")));
 
     // A program folder that cannot take the file sends it to the Work folder.
     db.tm.ProgramDir = db.folder() + QStringLiteral("/no such folder");
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, fixedClock),
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock),
              db.workDir() + QStringLiteral("/R 7:a_Species.txt"));
     QCOMPARE(ReportFilePath(db.tm, ReportKind::Stand), db.workDir() + QStringLiteral("/R 7:a_Stand.txt"));
     QCOMPARE(ReportFilePath(db.tm, ReportKind::Stock), db.workDir() + QStringLiteral("/R 7:a_Stock.txt"));
@@ -327,7 +320,7 @@ void TestReportFile::secondReportReplacesFirst()
         old.write(QByteArray(5000, 'x'));
     }
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QStringLiteral("D"), columns, fixedClock), path);
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QStringLiteral("D"), columns, FixedClock), path);
     const QByteArray text = ReadWholeFile(path);
     QVERIFY(text.startsWith("   T\r\n"));
     QVERIFY(!text.contains('x'));
@@ -346,7 +339,7 @@ void TestReportFile::noHeaderRowsTouchesNoFile()
         old.write("earlier report");
     }
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QString(), columns, fixedClock), QString());
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QString(), columns, FixedClock), QString());
     QCOMPARE(db.questions.messageTexts(), QStringList{QStringLiteral("The report data is unavailable.")});
     QCOMPARE(db.questions.asked().first().title, QStringLiteral("Sendrel"));
     QCOMPARE(ReadWholeFile(path), QByteArray("earlier report"));
@@ -361,7 +354,7 @@ void TestReportFile::blockWithoutDetailRowsFails()
     t.detail(1, 10, 15, 12.5, {{QStringLiteral("PW"), 1, 1}, {QStringLiteral("Totals:"), 1, 1}});
     db.tm.CurrentRunId = QStringLiteral("R7");
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QStringLiteral("D"), columns, fixedClock), QString());
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QStringLiteral("D"), columns, FixedClock), QString());
     QCOMPARE(db.questions.messageTexts(),
              QStringList{QStringLiteral("Error printing report\r\nEither BOF or EOF is True, or the current record has been deleted. (3021)")});
     // The file keeps what was written before the failure: the first block, the second up to its heading.
@@ -379,7 +372,7 @@ void TestReportFile::blockWithoutHeadingFails()
     t.detail(1, 10, 15, 12.5, {});
     db.tm.CurrentRunId = QStringLiteral("R7");
     qint16 columns = 7;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QStringLiteral("D"), columns, fixedClock), QString());
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QStringLiteral("D"), columns, FixedClock), QString());
     QCOMPARE(columns, qint16(0));
     QCOMPARE(db.questions.messageTexts().size(), 1);
     QVERIFY(db.questions.messageTexts().first().startsWith(QStringLiteral("Error printing report\r\n")));
@@ -396,7 +389,7 @@ void TestReportFile::unwritableFileFails()
     // A folder where the file should be: it can neither be deleted nor opened.
     QVERIFY(QDir(db.programDir()).mkdir(QStringLiteral("R7_Species.txt")));
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, fixedClock), QString());
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock), QString());
     QCOMPARE(db.questions.messageTexts().size(), 1);
     const QString message = db.questions.messageTexts().first();
     QVERIFY2(message.startsWith(QStringLiteral("Error printing report\r\nPath/File access error: ")), qPrintable(message));

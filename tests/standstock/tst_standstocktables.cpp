@@ -16,13 +16,6 @@ using namespace sendrel::test;
 
 namespace {
 
-const QString kCrLf = QStringLiteral("\r\n");
-
-QDateTime fixedClock()
-{
-    return QDateTime::fromSecsSinceEpoch(1700000000, QTimeZone::utc());
-}
-
 // One cell of class and species.
 struct Cell {
     int classIndex;
@@ -245,7 +238,7 @@ void TestStandStockTables::compileThreeCyclesAndFile()
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("browser text"), true,
                                     {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}, {4, QStringLiteral("2030")}}, {}};
     db.questions.answerReportText(true);
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, FixedClock, calc);
 
     QVERIFY2(report.compiled, qPrintable(db.questions.messageTexts().join(QLatin1Char('|'))));
     QCOMPARE(calculated, (QList<qint16>{1, 2, 4}));
@@ -292,7 +285,7 @@ void TestStandStockTables::compileOrientationByColumns()
     };
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), false, {{1, QStringLiteral("2000")}}, {}};
     db.questions.answerReportText(true);
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, FixedClock, calc);
     QVERIFY(report.compiled);
     QCOMPARE(report.ReportType, qint16(1));
     QCOMPARE(report.columns, qint16(species + 1));
@@ -347,7 +340,7 @@ void TestStandStockTables::compileFailureStopsAndTells()
     };
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}};
     db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, FixedClock, calc);
     QVERIFY(!report.compiled);
     QCOMPARE(calls, 1);
     QCOMPARE(db.questions.messageTexts().size(), 1);
@@ -373,7 +366,7 @@ void TestStandStockTables::compileYearWithoutSpeciesFailsInGenerator()
     };
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}};
     db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, FixedClock, calc);
     // The second block has a header and no rows: the generator says so, the viewer opens on nothing.
     QVERIFY(report.compiled);
     QCOMPARE(report.ReportFile, QString());
