@@ -98,17 +98,14 @@ private slots:
             db.close();
         }
         QSqlDatabase::removeDatabase(QStringLiteral("make"));
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray before = f.readAll();
-        f.close();
+        const QByteArray before = ReadWholeFile(path);
+        QVERIFY(!before.isEmpty());
 
         env.tm.GameDBPath = path;
         const SendrelError e = openFails(env, false);
         QVERIFY(e.description().startsWith(QStringLiteral("Cannot open the database.\n")));
         QVERIFY(e.description().contains(QLatin1String("Model_Run")));
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll(), before);
+        QCOMPARE(ReadWholeFile(path), before);
     }
 
     void missingSpeciesEndsTheProcess()
