@@ -81,6 +81,15 @@ QList<Group> speciesRow(const QStringList &codes, double base, const QList<Group
     return groups + closing;
 }
 
+// A composition report of one species in the year 2000 for the run, which becomes the current run.
+void addOneSpeciesComposition(RunDatabase &db, const QString &run, const QString &type = QStringLiteral("SL_SPH"))
+{
+    ReportTables t(db);
+    t.compositionHeader(run, type, 1, QStringLiteral("T"));
+    t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
+    db.tm.CurrentRunId = run;
+}
+
 }  // namespace
 
 class TestReportFile : public QObject {
@@ -273,10 +282,7 @@ void TestReportFile::unitLineOfCompositionTypes()
     QFETCH(QString, type);
     QFETCH(QString, unitLine);
     RunDatabase db;
-    ReportTables t(db);
-    t.compositionHeader(QStringLiteral("R7"), type, 1, QStringLiteral("T"));
-    t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
-    db.tm.CurrentRunId = QStringLiteral("R7");
+    addOneSpeciesComposition(db, QStringLiteral("R7"), type);
     qint16 columns = 0;
     const QString path = WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock);
     QVERIFY(!path.isEmpty());
@@ -287,10 +293,7 @@ void TestReportFile::unitLineOfCompositionTypes()
 void TestReportFile::placeAndName()
 {
     RunDatabase db;
-    ReportTables t(db);
-    t.compositionHeader(QStringLiteral("R 7:a"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
-    t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
-    db.tm.CurrentRunId = QStringLiteral("R 7:a");
+    addOneSpeciesComposition(db, QStringLiteral("R 7:a"));
     qint16 columns = 0;
     QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock),
              db.programDir() + QStringLiteral("/R 7:a_Species.txt"));
@@ -309,10 +312,7 @@ void TestReportFile::placeAndName()
 void TestReportFile::secondReportReplacesFirst()
 {
     RunDatabase db;
-    ReportTables t(db);
-    t.compositionHeader(QStringLiteral("R7"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
-    t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
-    db.tm.CurrentRunId = QStringLiteral("R7");
+    addOneSpeciesComposition(db, QStringLiteral("R7"));
     const QString path = db.programDir() + QStringLiteral("/R7_Species.txt");
     {
         QFile old(path);
@@ -382,10 +382,7 @@ void TestReportFile::blockWithoutHeadingFails()
 void TestReportFile::unwritableFileFails()
 {
     RunDatabase db;
-    ReportTables t(db);
-    t.compositionHeader(QStringLiteral("R7"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
-    t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
-    db.tm.CurrentRunId = QStringLiteral("R7");
+    addOneSpeciesComposition(db, QStringLiteral("R7"));
     // A folder where the file should be: it can neither be deleted nor opened.
     QVERIFY(QDir(db.programDir()).mkdir(QStringLiteral("R7_Species.txt")));
     qint16 columns = 0;
