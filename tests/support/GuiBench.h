@@ -11,6 +11,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -81,6 +82,15 @@ inline QList<int> highlightedRows(const QListWidget *list)
             rows.append(i);
     }
     return rows;
+}
+
+// Replaces the text of a box by typing, key by key, as a person would.
+inline void Retype(QLineEdit *box, const QString &text)
+{
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClick(box, Qt::Key_Delete);
+    QTest::keyClicks(box, text);
 }
 
 // Runs action on the next modal window as soon as it is up, so that a test can answer a window

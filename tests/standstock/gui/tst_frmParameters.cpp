@@ -63,14 +63,6 @@ struct Opened {
     QString rangeText(const QString &name) const { return Control<QLineEdit>(range(), name)->text(); }
     QString rangeError() const { return Control<QLabel>(range(), QStringLiteral("lblDbhError"))->text(); }
 
-    // Replaces the text of a box by typing, key by key, as a person would.
-    static void retype(QLineEdit *box, const QString &text)
-    {
-        box->setFocus();
-        box->selectAll();
-        QTest::keyClick(box, Qt::Key_Delete);
-        QTest::keyClicks(box, text);
-    }
     // A point inside panel i, x pixels from its left.
     static QPoint at(int, int x) { return QPoint(x, ClassRulerView::kPanelHeight / 2); }
     // The pixel x of a panel's right edge zone.
@@ -299,9 +291,9 @@ void tst_frmParameters::classBoxLabels()
     QFETCH(QString, count);
     QFETCH(QStringList, labels);
     Opened o;
-    Opened::retype(o.box(QStringLiteral("txtNumofClasses")), count);
-    Opened::retype(o.box(QStringLiteral("txtClassWidth")), width);
-    Opened::retype(o.box(QStringLiteral("txtClassStart")), start);
+    Retype(o.box(QStringLiteral("txtNumofClasses")), count);
+    Retype(o.box(QStringLiteral("txtClassWidth")), width);
+    Retype(o.box(QStringLiteral("txtClassStart")), start);
     QCOMPARE(o.label(QStringLiteral("lblDbhError")), labels[0]);
     QCOMPARE(o.label(QStringLiteral("lblClassStartError")), labels[1]);
     QCOMPARE(o.label(QStringLiteral("lblClassWidthError")), labels[2]);
@@ -321,9 +313,9 @@ void tst_frmParameters::classBoxLabels()
 void tst_frmParameters::goodEntryRebuildsRuler()
 {
     Opened o;
-    Opened::retype(o.box(QStringLiteral("txtClassStart")), QStringLiteral("12.5"));
-    Opened::retype(o.box(QStringLiteral("txtClassWidth")), QStringLiteral("2.5"));
-    Opened::retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("20"));
+    Retype(o.box(QStringLiteral("txtClassStart")), QStringLiteral("12.5"));
+    Retype(o.box(QStringLiteral("txtClassWidth")), QStringLiteral("2.5"));
+    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("20"));
     QCOMPARE(o.w->Layout.ClassCount(), qint16(20));
     QCOMPARE(o.w->Layout.aClass[19].MinDia, 60.0);
     QCOMPARE(o.panel(0)->text(), QStringLiteral("13.75"));
@@ -467,7 +459,7 @@ void tst_frmParameters::pressOnNarrowPanelEdgeOpensEditor()
     Opened o;
     // 1 cm classes over 8000 twips from 0 to 10: 800 twips each; 0.5 cm makes 400, and a
     // 30-class layout of 0.5 cm 600 each. A class of 1 cm among 30 of 10 cm is narrow enough.
-    Opened::retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
+    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
     // Make class 3 narrow by dragging its right edge onto its left.
     QTest::mousePress(o.panel(3), Qt::LeftButton, {}, o.at(3, o.rightEdge(3)));
     QTest::mouseMove(o.panel(3), o.at(3, -200));
@@ -490,7 +482,7 @@ void tst_frmParameters::longRulerScrolls()
     Opened o;
     auto *scroll = o.ctl<QScrollBar>(QStringLiteral("hsScrollDBH"));
     QVERIFY(!scroll->isEnabled());
-    Opened::retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
+    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
     // 30 classes: 18000 twips of ruler, wider than the view.
     QCOMPARE(o.w->Ruler.iDrawWidth, qint16(18000));
     QVERIFY(scroll->isEnabled());
@@ -498,7 +490,7 @@ void tst_frmParameters::longRulerScrolls()
     scroll->setValue(1500);
     QCOMPARE(o.w->RulerView()->DrawArea()->x(), -100);
     // Back to ten classes: the ruler fits, and stands at its start again.
-    Opened::retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("10"));
+    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("10"));
     QVERIFY(!scroll->isEnabled());
     QCOMPARE(o.w->RulerView()->DrawArea()->x(), 0);
 }

@@ -33,20 +33,13 @@ struct Editing {
         w->This_SorH = QStringLiteral("S");
         w->UpdateHeaderList();
         w->show();
-        retype(box(w, QStringLiteral("txtClassStart")), QStringLiteral("10"));
-        retype(box(w, QStringLiteral("txtClassWidth")), QStringLiteral("5"));
-        retype(box(w, QStringLiteral("txtNumofClasses")), QStringLiteral("3"));
+        Retype(box(w, QStringLiteral("txtClassStart")), QStringLiteral("10"));
+        Retype(box(w, QStringLiteral("txtClassWidth")), QStringLiteral("5"));
+        Retype(box(w, QStringLiteral("txtNumofClasses")), QStringLiteral("3"));
     }
     ~Editing() { delete w; }
 
     static QLineEdit *box(QWidget *form, const QString &name) { return Control<QLineEdit>(form, name); }
-    static void retype(QLineEdit *box, const QString &text)
-    {
-        box->setFocus();
-        box->selectAll();
-        QTest::keyClick(box, Qt::Key_Delete);
-        QTest::keyClicks(box, text);
-    }
     frmRange *range() const { return w->RangeEditor(); }
     ClassPanel *panel(int i) const { return w->RulerView()->SSPanel2(i); }
     void open(int i)
@@ -55,7 +48,7 @@ struct Editing {
         QTest::mousePress(panel(i), Qt::LeftButton, {}, middle);
         QTest::mouseRelease(panel(i), Qt::LeftButton, {}, middle);
     }
-    void type(const QString &name, const QString &text) { retype(box(range(), name), text); }
+    void type(const QString &name, const QString &text) { Retype(box(range(), name), text); }
     QString text(const QString &name) const { return box(range(), name)->text(); }
     QString error() const { return Control<QLabel>(range(), QStringLiteral("lblDbhError"))->text(); }
     QString edges(int i) const
@@ -133,7 +126,7 @@ void tst_frmRange::acceptedMinimumMovesNeighbour()
     QCOMPARE(e.edges(2), QStringLiteral("22-25/23.5"));
     QCOMPARE(e.panel(2)->text(), QStringLiteral("22+"));
     // A change made here is no drag: a new entry in the boxes replaces it without a question.
-    Editing::retype(Editing::box(e.w, QStringLiteral("txtClassWidth")), QStringLiteral("4"));
+    Retype(Editing::box(e.w, QStringLiteral("txtClassWidth")), QStringLiteral("4"));
     QVERIFY(e.env.questions.asked().isEmpty());
     QCOMPARE(e.edges(1), QStringLiteral("14-18/16"));
 }
@@ -230,7 +223,7 @@ void tst_frmRange::rebuildWhileOpenFollowsLayout()
 {
     Editing e;
     e.open(1);
-    Editing::retype(Editing::box(e.w, QStringLiteral("txtClassStart")), QStringLiteral("20"));
+    Retype(Editing::box(e.w, QStringLiteral("txtClassStart")), QStringLiteral("20"));
     // The editor shows the new edges of its class, and they are whole.
     QCOMPARE(e.edges(0), QStringLiteral("20-25/22.5"));
     QCOMPARE(e.edges(1), QStringLiteral("25-30/27.5"));
