@@ -124,7 +124,6 @@ void tst_frmParameters::loadTakesPlaceCountAndSettings()
     QVERIFY(o.range() != nullptr);
     QVERIFY(o.range()->isHidden());
     QCOMPARE(o.range()->ClassNumber(), QStringLiteral("-1"));
-    QCOMPARE(o.range()->windowTitle(), QStringLiteral("Range"));
     // Scale: 0 to 100 over 8000 twips, ticks every 10 cm, the last one 40 twips short.
     QCOMPARE(o.w->Ruler.iTwipsPerCm, qint16(80));
     QCOMPARE(o.w->RulerView()->lblDBHScale(10)->text(), QStringLiteral("100"));
