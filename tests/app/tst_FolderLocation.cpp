@@ -5,6 +5,7 @@
 #include "app/Settings.h"
 #include "app/SettingsStore.h"
 #include "app/TreeModel.h"
+#include "support/RunDatabase.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,6 +14,7 @@
 #include <QTest>
 
 using namespace sendrel;
+using sendrel::test::ReadWholeFile;
 
 namespace {
 
@@ -21,12 +23,6 @@ void writeFile(const QString &path, const QByteArray &content)
     QFile f(path);
     QVERIFY(f.open(QIODevice::WriteOnly));
     f.write(content);
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
 }
 
 const QString kDataQuestion = QStringLiteral(
@@ -60,16 +56,13 @@ class tst_FolderLocation : public QObject {
         QFile::setPermissions(root.filePath(QStringLiteral("Data/readme.txt")), QFile::ReadOwner | QFile::ReadUser);
     }
 
-    struct Bench {
-        SettingsStore store;
-        ScriptedQuestions questions;
-        TreeModel tm{store, questions};
+    // A model whose program folder is that of the installation; no database.
+    struct Bench : test::RunDatabase {
+        explicit Bench(const QString &installation) : RunDatabase(Db::None)
+        {
+            tm.ProgramDir = installation + QStringLiteral("/bin");
+        }
     };
-
-    void prepare(Bench &b)
-    {
-        b.tm.ProgramDir = m_install.path() + QStringLiteral("/bin");
-    }
 
 private slots:
     void initTestCase()
@@ -108,8 +101,7 @@ private slots:
     // front end loses its own key.
     void yesUsesTheDefaultFolderAndCopiesFiles()
     {
-        Bench b;
-        prepare(b);
+        Bench b(m_install.path());
         b.store.SaveSetting(kSectionKestrane, QStringLiteral("DataDir"), QStringLiteral("/old/"));
         b.questions.answerMessage(Answer::Yes);
         QString dataDir;
@@ -120,8 +112,8 @@ private slots:
         QCOMPARE(b.questions.asked().size(), 1);
         QCOMPARE(b.questions.asked()[0].title, QStringLiteral("Sendrel - Data Folder"));
         QCOMPARE(b.questions.asked()[0].text, kDataQuestion + expected);
-        QCOMPARE(readFile(expected + QStringLiteral("tolv_game.mdb")), QByteArray("database"));
-        QCOMPARE(readFile(expected + QStringLiteral("readme.txt")), QByteArray("data readme"));
+        QCOMPARE(ReadWholeFile(expected + QStringLiteral("tolv_game.mdb")), QByteArray("database"));
+        QCOMPARE(ReadWholeFile(expected + QStringLiteral("readme.txt")), QByteArray("data readme"));
         // The read-only installation file is writable in the user's folder.
         QVERIFY(QFileInfo(expected + QStringLiteral("readme.txt")).isWritable());
         QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), expected);
@@ -135,8 +127,7 @@ private slots:
         const QString folder = GetDefaultWorkFolder(true);
         writeFile(folder + QStringLiteral("sample.lst"), "edited by the user");
 
-        Bench b;
-        prepare(b);
+        Bench b(m_install.path());
         b.questions.answerMessage(Answer::Yes);   // default location
         b.questions.answerMessage(Answer::No);    // keep sample.lst
         QString workDir;
@@ -148,14 +139,13 @@ private slots:
         QCOMPARE(b.questions.asked()[1].text,
                  QStringLiteral("The following file already exists.  Overwrite with the original installation file?\n\n") + folder
                      + QStringLiteral("sample.lst"));
-        QCOMPARE(readFile(folder + QStringLiteral("sample.lst")), QByteArray("edited by the user"));
+        QCOMPARE(ReadWholeFile(folder + QStringLiteral("sample.lst")), QByteArray("edited by the user"));
 
-        Bench again;
-        prepare(again);
+        Bench again(m_install.path());
         again.questions.answerMessage(Answer::Yes);
         again.questions.answerMessage(Answer::Yes);   // overwrite this time
         QVERIFY(LocateWorkFolder(again.tm, workDir));
-        QCOMPARE(readFile(folder + QStringLiteral("sample.lst")), QByteArray("sample list"));
+        QCOMPARE(ReadWholeFile(folder + QStringLiteral("sample.lst")), QByteArray("sample list"));
         QCOMPARE(again.store.GetSetting(kSectionCommon, QStringLiteral("WorkDir")), folder);
     }
 
@@ -182,15 +172,14 @@ private slots:
         QCOMPARE(CopyFolderFiles(q, m_install.path() + QStringLiteral("/Work/"), target.path() + QStringLiteral("/"), false,
                                  QStringLiteral("Copy Work Files")),
                  qint16(1));
-        QCOMPARE(readFile(target.path() + QStringLiteral("/sample.lst")), QByteArray("sample list"));
+        QCOMPARE(ReadWholeFile(target.path() + QStringLiteral("/sample.lst")), QByteArray("sample list"));
     }
 
     // No: the folder dialog; cancelling it asks whether to try again; Retry brings the dialog back.
     void noThenCancelThenRetryShowsTheDialogAgain()
     {
         QTemporaryDir custom;
-        Bench b;
-        prepare(b);
+        Bench b(m_install.path());
         b.questions.answerMessage(Answer::No);
         b.questions.answerFolder(QString());
         b.questions.answerMessage(Answer::Retry);
@@ -209,7 +198,7 @@ private slots:
 
         const QString expected = QDir::toNativeSeparators(custom.path() + QStringLiteral("/"));
         QCOMPARE(dataDir, expected);
-        QCOMPARE(readFile(expected + QStringLiteral("tolv_game.mdb")), QByteArray("database"));
+        QCOMPARE(ReadWholeFile(expected + QStringLiteral("tolv_game.mdb")), QByteArray("database"));
         QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), expected);
         // The default folder was not made.
         QVERIFY(!QFileInfo::exists(GetDefaultDataFolder(false)));
@@ -217,8 +206,7 @@ private slots:
 
     void cancelGivesFalseAndStoresNothing()
     {
-        Bench b;
-        prepare(b);
+        Bench b(m_install.path());
         b.questions.answerMessage(Answer::No);
         b.questions.answerFolder(QString());
         b.questions.answerMessage(Answer::Cancel);
@@ -235,8 +223,7 @@ private slots:
     {
         QTemporaryDir data;
         {
-            Bench b;
-            prepare(b);
+            Bench b(m_install.path());
             b.tm.settings.DataDir = data.path() + QStringLiteral("/");
             b.tm.settings.WorkDir = data.path() + QStringLiteral("/gone/");
             b.questions.answerMessage(Answer::Yes);
@@ -247,8 +234,7 @@ private slots:
             QCOMPARE(b.tm.settings.DataDir, data.path() + QStringLiteral("/"));
         }
         {
-            Bench b;
-            prepare(b);
+            Bench b(m_install.path());
             b.tm.settings.DataDir = data.path();
             b.tm.settings.WorkDir = data.path();
             QVERIFY(LocateDirectories(b.tm));
@@ -257,8 +243,7 @@ private slots:
         {
             // The Data folder refused, the Work folder set up: false, and the Work folder stays set up.
             resetDocuments();
-            Bench b;
-            prepare(b);
+            Bench b(m_install.path());
             b.questions.answerMessage(Answer::No);
             b.questions.answerFolder(QString());
             b.questions.answerMessage(Answer::Cancel);
@@ -273,8 +258,7 @@ private slots:
     void missingInstallationFolderFails()
     {
         QTemporaryDir bare;
-        Bench b;
-        b.tm.ProgramDir = bare.path() + QStringLiteral("/bin");
+        Bench b(bare.path());
         b.questions.answerMessage(Answer::Yes);
         try {
             LocateDirectories(b.tm);

@@ -1,4 +1,5 @@
 #include "cli/Cli.h"
+#include "support/RunDatabase.h"
 
 #include "app/Settings.h"
 #include "app/SettingsStore.h"
@@ -12,6 +13,7 @@
 #include <QTest>
 
 using namespace sendrel;
+using sendrel::test::ReadWholeFile;
 
 class tst_cli_init : public QObject {
     Q_OBJECT
@@ -49,14 +51,11 @@ private slots:
         }
         QSqlDatabase::removeDatabase(QStringLiteral("check"));
 
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray before = f.readAll();
-        f.close();
+        const QByteArray before = ReadWholeFile(path);
+        QVERIFY(!before.isEmpty());
         QCOMPARE(run({QStringLiteral("--db"), path, QStringLiteral("init")}, out, err), 1);
         QVERIFY(err.contains(path));
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll(), before);
+        QCOMPARE(ReadWholeFile(path), before);
     }
 
     void registerInstallationSetsOnlyMissingFolders()

@@ -1,6 +1,6 @@
 #include "support/GoldenFile.h"
-#include "support/RunDbFixture.h"
-#include "support/ReportTestRun.h"
+#include "support/RunDatabase.h"
+#include "support/SampleRuns.h"
 #include "support/RunDatabase.h"
 
 #include "app/SendrelError.h"

@@ -3,7 +3,7 @@
 #include "import/ModelEntryInserter.h"
 #include "import/TreeListReader.h"
 
-#include "support/RunDatabaseFixture.h"
+#include "support/RunDatabase.h"
 #include "support/TreeListLines.h"
 
 #include <QTest>
@@ -54,7 +54,7 @@ class tst_ImportTreeList : public QObject {
 
 private:
     // A database holding run "PLOT 7" of both kinds, from a complete import each.
-    static void importBothKinds(RunDatabaseFixture &f, const QString &path)
+    static void importBothKinds(RunDatabase &f, const QString &path)
     {
         for (const char *kind : {"S", "H"}) {
             f.questions.answerRunId(kDialogCheck);
@@ -63,7 +63,7 @@ private:
         f.questions.clear();
     }
 
-    static QString runRows(RunDatabaseFixture &f, const QString &table, const QString &kind)
+    static QString runRows(RunDatabase &f, const QString &table, const QString &kind)
     {
         return QString::number(f.count(table, QStringLiteral("Run_Id = 'PLOT 7' AND Standing_Harvested = '%1'").arg(kind)));
     }
@@ -71,7 +71,7 @@ private:
 private slots:
     void completedImport()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("plot7.lst"), threeCycles());
         f.questions.answerRunId(kDialogCheck);
         const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("Standing"));
@@ -104,7 +104,7 @@ private slots:
     void rowsAreThoseOfAddRecord()
     {
         // The batched insert writes exactly the row that AddModelEntry writes through AddRecord.
-        RunDatabaseFixture f;
+        RunDatabase f;
         QList<QByteArray> lines{HeaderLine(1, 4, 2000, "FAST", kStamp)};
         const int trees = 2 * ModelEntryInserter::kBatchRows + 7;   // two batches and a rest
         for (int i = 0; i < trees; ++i)
@@ -133,7 +133,7 @@ private slots:
 
     void emptyCyclesBlankLinesAndRepeatedCycles()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("e.lst"), TreeListText({
             HeaderLine(1, 5, 2000, "E"), "", "",
             HeaderLine(1, 5, 2005), TreeLine("1", "SE", 8, 1, 10, 0.1, 0),
@@ -149,7 +149,7 @@ private slots:
 
     void fileNameSuggestionAndEditedRunId()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("stand.b.lst"), threeCycles(QByteArray()));
         f.questions.answerRunId(kDialogCheck, QStringLiteral("Edited"));
         const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("s"));
@@ -161,7 +161,7 @@ private slots:
 
     void cancelAtEachDialogTouchesNothing()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("plot7.lst"), threeCycles());
         importBothKinds(f, path);
         const QStringList before = f.rows(QStringLiteral("SELECT * FROM Model_Entries ORDER BY rowid"));
@@ -197,7 +197,7 @@ private slots:
     void invalidFilesTouchNothing()
     {
         QFETCH(QByteArray, content);
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("bad.lst"), content);
         const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("S"));
         QCOMPARE(r.ending, ImportEnding::InvalidFile);
@@ -209,8 +209,8 @@ private slots:
 
     void refusalsBeforeAnyQuestion()
     {
-        RunDatabaseFixture f;
-        const QString missing = f.dir.filePath(QStringLiteral("missing.lst"));
+        RunDatabase f;
+        const QString missing = f.filePath(QStringLiteral("missing.lst"));
         ImportResult r = ImportTreeList(f.tm, missing, QStringLiteral("S"));
         QCOMPARE(r.ending, ImportEnding::Refused);
         QVERIFY(f.questions.messageTexts().value(0).contains(QStringLiteral("missing.lst")));
@@ -229,7 +229,7 @@ private slots:
 
     void overwriteKeepsTheOtherKind()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("plot7.lst"), threeCycles());
         importBothKinds(f, path);
         const QStringList harvested = f.rows(QStringLiteral("SELECT * FROM Model_Entries WHERE Standing_Harvested = 'H' ORDER BY rowid"));
@@ -248,7 +248,7 @@ private slots:
 
     void badSpeciesInCycle3()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString good = f.writeFile(QStringLiteral("good.lst"), threeCycles("BAD"));
         importBothKinds(f, good);   // earlier rows of BAD, both kinds
 
@@ -279,7 +279,7 @@ private slots:
 
     void overflowInALaterHeaderRollsBack()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("o.lst"), TreeListText({HeaderLine(1, 1, 2000, "O"),
                                                                                  TreeLine("1", "FD", 3, 250.0, 30.0, 0.9, 0.7),
                                                                                  HeaderLine(1, 2, 99999)}));
@@ -297,7 +297,7 @@ private slots:
 
     void renameTakesTheNextFreeSuffix()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("plot7.lst"), threeCycles());
         importBothKinds(f, path);
         f.addRun(QStringLiteral("PLOT 7:1"), QStringLiteral("S"));
@@ -324,7 +324,7 @@ private slots:
     void renameReadsTheRecordsetOfTheOpening()
     {
         // A name taken since Model_Run was read is offered all the same, and the lookup catches it.
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("plot7.lst"), threeCycles());
         importBothKinds(f, path);
         f.reopenModelRunRS();
@@ -338,7 +338,7 @@ private slots:
 
     void quotesInRunIds()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("q.lst"), threeCycles("O'Hara"));
         importBothKinds(f, path);
         f.reopenModelRunRS();

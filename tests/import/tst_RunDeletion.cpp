@@ -2,7 +2,7 @@
 #include "browser/RunList.h"
 #include "import/RunDeletion.h"
 
-#include "support/RunDatabaseFixture.h"
+#include "support/RunDatabase.h"
 
 #include <QSet>
 #include <QTest>
@@ -21,7 +21,7 @@ struct OpenRuns : OpenReportWindows {
 };
 
 // A run with one header and one tree row of its kind.
-void addFullRun(RunDatabaseFixture &f, const QString &runId, const QString &kind)
+void addFullRun(RunDatabase &f, const QString &runId, const QString &kind)
 {
     f.addRun(runId, kind);
     f.tm.DBEngine.AddRecord(QStringLiteral("Model_Header"), {runId, 1, 1, 2000, kind}, false);
@@ -42,7 +42,7 @@ class tst_RunDeletion : public QObject {
     Q_OBJECT
 
 private:
-    static QStringList kinds(RunDatabaseFixture &f, const QString &table)
+    static QStringList kinds(RunDatabase &f, const QString &table)
     {
         return f.rows(QStringLiteral("SELECT Run_Id || ':' || Standing_Harvested FROM ") + table + QStringLiteral(" ORDER BY 1"));
     }
@@ -50,7 +50,7 @@ private:
 private slots:
     void deleteRunLeavesTheOtherKind()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         addFullRun(f, QStringLiteral("A"), QStringLiteral("S"));
         addFullRun(f, QStringLiteral("A"), QStringLiteral("H"));
         addFullRun(f, QStringLiteral("A:1"), QStringLiteral("S"));
@@ -61,7 +61,7 @@ private slots:
 
     void nothingSelected()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         addFullRun(f, QStringLiteral("A"), QStringLiteral("S"));
         int refreshes = 0;
         const DeleteRunsResult r = DeleteSelectedRuns(f.tm, {}, [&] { ++refreshes; return RunListEntries(f.tm); }, OpenRuns());
@@ -74,7 +74,7 @@ private slots:
 
     void oneVanishedThenAskedAboutTheOther()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         addFullRun(f, QStringLiteral("A"), QStringLiteral("S"));
         addFullRun(f, QStringLiteral("B"), QStringLiteral("S"));
         const QStringList selected = RunListEntries(f.tm);
@@ -104,7 +104,7 @@ private slots:
     {
         QFETCH(int, selected);
         QFETCH(QString, text);
-        RunDatabaseFixture f;
+        RunDatabase f;
         const QStringList gone = QStringList({entry(QStringLiteral("X"), QStringLiteral("S")), entry(QStringLiteral("Y"), QStringLiteral("H"))})
                                      .mid(0, selected);
         const DeleteRunsResult r = DeleteSelectedRuns(f.tm, gone, [&] { return RunListEntries(f.tm); }, OpenRuns());
@@ -115,7 +115,7 @@ private slots:
 
     void openRunStopsTheCommand()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         addFullRun(f, QStringLiteral("A"), QStringLiteral("S"));
         addFullRun(f, QStringLiteral("B"), QStringLiteral("H"));
         addFullRun(f, QStringLiteral("C"), QStringLiteral("S"));
@@ -134,7 +134,7 @@ private slots:
 
     void theOtherKindOfAnOpenRunGoes()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         addFullRun(f, QStringLiteral("A"), QStringLiteral("S"));
         addFullRun(f, QStringLiteral("A"), QStringLiteral("H"));
         OpenRuns open;
@@ -146,7 +146,7 @@ private slots:
 
     void cancelForEveryRunDeletesNothing()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         addFullRun(f, QStringLiteral("A"), QStringLiteral("S"));
         addFullRun(f, QStringLiteral("B"), QStringLiteral("S"));
         f.questions.answerMessage(Answer::Cancel);
@@ -161,7 +161,7 @@ private slots:
 
     void runIdWithAColon()
     {
-        RunDatabaseFixture f;
+        RunDatabase f;
         addFullRun(f, QStringLiteral("A"), QStringLiteral("S"));
         addFullRun(f, QStringLiteral("A:1"), QStringLiteral("S"));
         addFullRun(f, QStringLiteral("A:1"), QStringLiteral("H"));
@@ -186,10 +186,10 @@ private slots:
                 return ScriptedQuestions::message(request);
             }
         } questions;
-        RunDatabaseFixture f;
+        RunDatabase f;
         addFullRun(f, QStringLiteral("A"), QStringLiteral("S"));
         TreeModel tm(f.store, questions);
-        tm.DBEngine.PathToDB = f.dbPath;
+        tm.DBEngine.PathToDB = f.path();
         tm.DBEngine.OpenDB();
         questions.answerMessage(Answer::Cancel);
         DeleteSelectedRuns(tm, {entry(QStringLiteral("A"), QStringLiteral("S"))}, [&] { return RunListEntries(tm); }, OpenRuns());

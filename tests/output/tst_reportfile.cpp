@@ -1,5 +1,5 @@
 #include "support/GoldenFile.h"
-#include "support/RunDbFixture.h"
+#include "support/RunDatabase.h"
 
 #include "app/ToolBox.h"
 #include "output/ReportFile.h"
@@ -15,13 +15,6 @@ using namespace sendrel::test;
 
 namespace {
 
-const QString kCrLf = QStringLiteral("\r\n");
-
-QDateTime fixedClock()
-{
-    return QDateTime::fromSecsSinceEpoch(1700000000, QTimeZone::utc());
-}
-
 // One species column of a Report_Detail row: heading, density, volume.
 struct Group {
     QString heading;
@@ -31,7 +24,7 @@ struct Group {
 
 class ReportTables {
 public:
-    explicit ReportTables(RunDbFixture &db) : m_db(db) {}
+    explicit ReportTables(RunDatabase &db) : m_db(db) {}
 
     void header(int id, const QString &run, const QString &type, int numSpecies, int cycle, int year, const QString &title)
     {
@@ -72,7 +65,7 @@ public:
     }
 
 private:
-    RunDbFixture &m_db;
+    RunDatabase &m_db;
 };
 
 const QStringList kElevenCodes = {QStringLiteral("PW"), QStringLiteral("LW"), QStringLiteral("FD"), QStringLiteral("BG"),
@@ -88,6 +81,15 @@ QList<Group> speciesRow(const QStringList &codes, double base, const QList<Group
     return groups + closing;
 }
 
+// A composition report of one species in the year 2000 for the run, which becomes the current run.
+void addOneSpeciesComposition(RunDatabase &db, const QString &run, const QString &type = QStringLiteral("SL_SPH"))
+{
+    ReportTables t(db);
+    t.compositionHeader(run, type, 1, QStringLiteral("T"));
+    t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
+    db.tm.CurrentRunId = run;
+}
+
 }  // namespace
 
 class TestReportFile : public QObject {
@@ -95,11 +97,11 @@ class TestReportFile : public QObject {
 
 private:
     // Writes the report and checks it against its expected file; gives the path.
-    QString writeAndCompare(RunDbFixture &db, qint16 kind, const QString &description, const QString &golden, qint16 expectedColumns)
+    QString writeAndCompare(RunDatabase &db, qint16 kind, const QString &description, const QString &golden, qint16 expectedColumns)
     {
         db.tm.CurrentRunId = QStringLiteral("R7");
         qint16 columns = -1;
-        const QString path = WriteReportFile(db.tm, kind, description, columns, fixedClock);
+        const QString path = WriteReportFile(db.tm, kind, description, columns, FixedClock);
         if (path.isEmpty())
             qWarning("messages: %s", qPrintable(db.questions.messageTexts().join(QStringLiteral(" | "))));
         [&] {
@@ -180,14 +182,14 @@ void TestReportFile::printedOnFollowsSourceDateEpoch()
     qunsetenv("SOURCE_DATE_EPOCH");
     const QDateTime now = ReportClockNow();
     qputenv("SOURCE_DATE_EPOCH", saved);
-    QCOMPARE(fromEpoch, fixedClock());
+    QCOMPARE(fromEpoch, FixedClock());
     QVERIFY(now.toSecsSinceEpoch() > 1700000000);
-    QCOMPARE(DefaultDateTimeText(fixedClock()), QStringLiteral("14 Nov 2023 22:13:20"));
+    QCOMPARE(DefaultDateTimeText(FixedClock()), QStringLiteral("14 Nov 2023 22:13:20"));
 }
 
 void TestReportFile::standOneSpecies()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 1, 1, 2000, QStringLiteral("R7: Stand Table"));
     t.detail(1, 10, 15, 12.5, {{QStringLiteral("PW"), 120.5, 33.25}, {QStringLiteral("Totals:"), 121, 33}});
@@ -199,7 +201,7 @@ void TestReportFile::standOneSpecies()
 
 void TestReportFile::standElevenSpecies()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 11, 3, 2020, QStringLiteral("R7: Stand Table"));
     t.detail(1, 0, 10, 5, speciesRow(kElevenCodes, 10, {{QStringLiteral("Totals:"), 660, 66}}));
@@ -209,7 +211,7 @@ void TestReportFile::standElevenSpecies()
 
 void TestReportFile::standTwelveSpeciesWithOther()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     // Num_Species counts all twelve species: the rule line is wider than the twelve columns.
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 12, 3, 2020, QStringLiteral("R7: Stand Table"));
@@ -221,7 +223,7 @@ void TestReportFile::standTwelveSpeciesWithOther()
 
 void TestReportFile::stockSeveralBlocks()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("MERCH_VOL"), 2, 1, 2000, QStringLiteral("R7: Stock Table"));
     t.header(2, QStringLiteral("R7"), QStringLiteral("MERCH_VOL"), 1, 2, 2010, QStringLiteral("R7: Stock Table"));
@@ -240,7 +242,7 @@ void TestReportFile::stockSeveralBlocks()
 
 void TestReportFile::zeroCellsSeparatorsAndCutTexts()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     // Title and run name stand outside the cells and are never cut.
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 2, 12, 2150, QStringLiteral("A title longer than any cell of the table"));
@@ -256,7 +258,7 @@ void TestReportFile::zeroCellsSeparatorsAndCutTexts()
 
 void TestReportFile::speciesComposition()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.compositionHeader(QStringLiteral("R7"), QStringLiteral("SL_SPH"), 2, QStringLiteral("R7: Density by Species"));
     t.levels(2010, {QStringLiteral("PW"), QStringLiteral("SB"), QStringLiteral("Total:")}, {401, 98, 499});
@@ -279,13 +281,10 @@ void TestReportFile::unitLineOfCompositionTypes()
 {
     QFETCH(QString, type);
     QFETCH(QString, unitLine);
-    RunDbFixture db;
-    ReportTables t(db);
-    t.compositionHeader(QStringLiteral("R7"), type, 1, QStringLiteral("T"));
-    t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
-    db.tm.CurrentRunId = QStringLiteral("R7");
+    RunDatabase db;
+    addOneSpeciesComposition(db, QStringLiteral("R7"), type);
     qint16 columns = 0;
-    const QString path = WriteReportFile(db.tm, ReportKind::Species, QString(), columns, fixedClock);
+    const QString path = WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock);
     QVERIFY(!path.isEmpty());
     const QList<QByteArray> lines = ReadWholeFile(path).split('\n');
     QCOMPARE(QString::fromUtf8(lines.at(5)), unitLine + QLatin1Char('\r'));
@@ -293,19 +292,16 @@ void TestReportFile::unitLineOfCompositionTypes()
 
 void TestReportFile::placeAndName()
 {
-    RunDbFixture db;
-    ReportTables t(db);
-    t.compositionHeader(QStringLiteral("R 7:a"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
-    t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
-    db.tm.CurrentRunId = QStringLiteral("R 7:a");
+    RunDatabase db;
+    addOneSpeciesComposition(db, QStringLiteral("R 7:a"));
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, fixedClock),
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock),
              db.programDir() + QStringLiteral("/R 7:a_Species.txt"));
     QVERIFY(QFile::exists(db.programDir() + QStringLiteral("/R 7:a_Species.txt")));
 
     // A program folder that cannot take the file sends it to the Work folder.
     db.tm.ProgramDir = db.folder() + QStringLiteral("/no such folder");
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, fixedClock),
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock),
              db.workDir() + QStringLiteral("/R 7:a_Species.txt"));
     QCOMPARE(ReportFilePath(db.tm, ReportKind::Stand), db.workDir() + QStringLiteral("/R 7:a_Stand.txt"));
     QCOMPARE(ReportFilePath(db.tm, ReportKind::Stock), db.workDir() + QStringLiteral("/R 7:a_Stock.txt"));
@@ -315,11 +311,8 @@ void TestReportFile::placeAndName()
 
 void TestReportFile::secondReportReplacesFirst()
 {
-    RunDbFixture db;
-    ReportTables t(db);
-    t.compositionHeader(QStringLiteral("R7"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
-    t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
-    db.tm.CurrentRunId = QStringLiteral("R7");
+    RunDatabase db;
+    addOneSpeciesComposition(db, QStringLiteral("R7"));
     const QString path = db.programDir() + QStringLiteral("/R7_Species.txt");
     {
         QFile old(path);
@@ -327,7 +320,7 @@ void TestReportFile::secondReportReplacesFirst()
         old.write(QByteArray(5000, 'x'));
     }
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QStringLiteral("D"), columns, fixedClock), path);
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QStringLiteral("D"), columns, FixedClock), path);
     const QByteArray text = ReadWholeFile(path);
     QVERIFY(text.startsWith("   T\r\n"));
     QVERIFY(!text.contains('x'));
@@ -335,7 +328,7 @@ void TestReportFile::secondReportReplacesFirst()
 
 void TestReportFile::noHeaderRowsTouchesNoFile()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.compositionHeader(QStringLiteral("Other run"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
     db.tm.CurrentRunId = QStringLiteral("R7");
@@ -346,7 +339,7 @@ void TestReportFile::noHeaderRowsTouchesNoFile()
         old.write("earlier report");
     }
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QString(), columns, fixedClock), QString());
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QString(), columns, FixedClock), QString());
     QCOMPARE(db.questions.messageTexts(), QStringList{QStringLiteral("The report data is unavailable.")});
     QCOMPARE(db.questions.asked().first().title, QStringLiteral("Sendrel"));
     QCOMPARE(ReadWholeFile(path), QByteArray("earlier report"));
@@ -354,14 +347,14 @@ void TestReportFile::noHeaderRowsTouchesNoFile()
 
 void TestReportFile::blockWithoutDetailRowsFails()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 1, 1, 2000, QStringLiteral("R7: Stand Table"));
     t.header(2, QStringLiteral("R7"), QStringLiteral("DENSITY"), 0, 2, 2010, QStringLiteral("R7: Stand Table"));
     t.detail(1, 10, 15, 12.5, {{QStringLiteral("PW"), 1, 1}, {QStringLiteral("Totals:"), 1, 1}});
     db.tm.CurrentRunId = QStringLiteral("R7");
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QStringLiteral("D"), columns, fixedClock), QString());
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QStringLiteral("D"), columns, FixedClock), QString());
     QCOMPARE(db.questions.messageTexts(),
              QStringList{QStringLiteral("Error printing report\r\nEither BOF or EOF is True, or the current record has been deleted. (3021)")});
     // The file keeps what was written before the failure: the first block, the second up to its heading.
@@ -373,13 +366,13 @@ void TestReportFile::blockWithoutDetailRowsFails()
 
 void TestReportFile::blockWithoutHeadingFails()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 1, 1, 2000, QStringLiteral("R7: Stand Table"));
     t.detail(1, 10, 15, 12.5, {});
     db.tm.CurrentRunId = QStringLiteral("R7");
     qint16 columns = 7;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QStringLiteral("D"), columns, fixedClock), QString());
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QStringLiteral("D"), columns, FixedClock), QString());
     QCOMPARE(columns, qint16(0));
     QCOMPARE(db.questions.messageTexts().size(), 1);
     QVERIFY(db.questions.messageTexts().first().startsWith(QStringLiteral("Error printing report\r\n")));
@@ -388,15 +381,12 @@ void TestReportFile::blockWithoutHeadingFails()
 
 void TestReportFile::unwritableFileFails()
 {
-    RunDbFixture db;
-    ReportTables t(db);
-    t.compositionHeader(QStringLiteral("R7"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
-    t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
-    db.tm.CurrentRunId = QStringLiteral("R7");
+    RunDatabase db;
+    addOneSpeciesComposition(db, QStringLiteral("R7"));
     // A folder where the file should be: it can neither be deleted nor opened.
     QVERIFY(QDir(db.programDir()).mkdir(QStringLiteral("R7_Species.txt")));
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, fixedClock), QString());
+    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock), QString());
     QCOMPARE(db.questions.messageTexts().size(), 1);
     const QString message = db.questions.messageTexts().first();
     QVERIFY2(message.startsWith(QStringLiteral("Error printing report\r\nPath/File access error: ")), qPrintable(message));

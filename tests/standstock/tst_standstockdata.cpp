@@ -49,9 +49,9 @@ void TestStandStockData::cellsOfOneCycle()
     addStandard(db);
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
-    StandStockData data(layout, db.tm().NumSpecies);
+    StandStockData data(layout, db.tm.NumSpecies);
     QCOMPARE(data.NumSpecies(), 11);
-    data.CalcReport(db.tm(), QStringLiteral("R1"), QStringLiteral("S"), 1);
+    data.CalcReport(db.tm, QStringLiteral("R1"), QStringLiteral("S"), 1);
 
     const ReportEntryType &c0 = data.ReportEntry(0, 3);
     QCOMPARE(c0.DBHClass, QStringLiteral(" 12.5"));
@@ -97,7 +97,7 @@ void TestStandStockData::cellsOfOneCycle()
     QCOMPARE(data.ClassTotals[2].MerchVol, 5.0);  // 5 + rounded 0.4
 
     // Harvested trees in a window of harvested trees.
-    data.CalcReport(db.tm(), QStringLiteral("R1"), QStringLiteral("H"), 1);
+    data.CalcReport(db.tm, QStringLiteral("R1"), QStringLiteral("H"), 1);
     QCOMPARE(data.NextSpecies, qint16(1));
     QCOMPARE(data.SpeciesType[0], qint16(2));
     QCOMPARE(data.ReportEntry(0, 2).Density, 50.0);
@@ -112,8 +112,8 @@ void TestStandStockData::roundedTotalsAreSumsOfRoundedCells()
     db.addTree(QStringLiteral("R"), QStringLiteral("S"), 1, 5, 17, 1.5, 1.0);
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
-    StandStockData data(layout, db.tm().NumSpecies);
-    data.CalcReport(db.tm(), QStringLiteral("R"), QStringLiteral("S"), 1);
+    StandStockData data(layout, db.tm.NumSpecies);
+    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
     QCOMPARE(data.NextSpecies, qint16(5));
     QCOMPARE(data.ClassTotals[0].Density, 0.0);   // three cells of 0.4
     QCOMPARE(data.ClassTotals[0].MerchVol, 0.0);
@@ -127,9 +127,9 @@ void TestStandStockData::emptyCycleClearsEverything()
     addStandard(db);
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
-    StandStockData data(layout, db.tm().NumSpecies);
-    data.CalcReport(db.tm(), QStringLiteral("R1"), QStringLiteral("S"), 1);
-    data.CalcReport(db.tm(), QStringLiteral("R1"), QStringLiteral("S"), 7);
+    StandStockData data(layout, db.tm.NumSpecies);
+    data.CalcReport(db.tm, QStringLiteral("R1"), QStringLiteral("S"), 1);
+    data.CalcReport(db.tm, QStringLiteral("R1"), QStringLiteral("S"), 7);
     QCOMPARE(data.NextSpecies, qint16(0));
     for (int k = 0; k < 11; ++k)
         QCOMPARE(data.SpeciesType[k], qint16(-1));
@@ -148,12 +148,12 @@ void TestStandStockData::labelDecimals()
 {
     RunDatabase db;
     ClassLayout layout;
-    StandStockData data(layout, db.tm().NumSpecies);
+    StandStockData data(layout, db.tm.NumSpecies);
 
     // 2.5, 7.5 and the bucket from 10.
     QVERIFY(layout.SetClasses(u"0", u"5", u"3").passed());
     QCOMPARE(StandStockData::LabelDecimals(layout), qint16(1));
-    data.CalcReport(db.tm(), QStringLiteral("R"), QStringLiteral("S"), 1);
+    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
     QCOMPARE(data.ReportEntry(0, 1).DBHClass, QStringLiteral(" 2.5"));
     QCOMPARE(data.ReportEntry(1, 1).DBHClass, QStringLiteral(" 7.5"));
     QCOMPARE(data.ReportEntry(2, 1).DBHClass, QStringLiteral(" 10.0"));
@@ -161,7 +161,7 @@ void TestStandStockData::labelDecimals()
     // Whole labels.
     QVERIFY(layout.SetClasses(u"0", u"10", u"3").passed());
     QCOMPARE(StandStockData::LabelDecimals(layout), qint16(0));
-    data.CalcReport(db.tm(), QStringLiteral("R"), QStringLiteral("S"), 1);
+    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
     QCOMPARE(data.ReportEntry(0, 1).DBHClass, QStringLiteral(" 5"));
     QCOMPARE(data.ReportEntry(2, 11).DBHClass, QStringLiteral(" 20"));
 
@@ -169,7 +169,7 @@ void TestStandStockData::labelDecimals()
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
     ClassRuler::MoveEdge(layout, 0, 14.5);
     QCOMPARE(StandStockData::LabelDecimals(layout), qint16(2));
-    data.CalcReport(db.tm(), QStringLiteral("R"), QStringLiteral("S"), 1);
+    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
     QCOMPARE(data.ReportEntry(0, 1).DBHClass, QStringLiteral(" 12.25"));
     QCOMPARE(data.ReportEntry(1, 1).DBHClass, QStringLiteral(" 17.25"));
     QCOMPARE(data.ReportEntry(2, 1).DBHClass, QStringLiteral(" 20.00"));
@@ -202,10 +202,9 @@ void TestStandStockData::statementQuotesTheRunId()
     db.addTree(QStringLiteral("O'Brien"), QStringLiteral("S"), 3, 8, 12, 7, 1);
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
-    StandStockData data(layout, db.tm().NumSpecies);
-    data.CalcReport(db.tm(), QStringLiteral("O'Brien"), QStringLiteral("S"), 3);
+    StandStockData data(layout, db.tm.NumSpecies);
+    data.CalcReport(db.tm, QStringLiteral("O'Brien"), QStringLiteral("S"), 3);
     QCOMPARE(data.ReportEntry(0, 8).Density, 7.0);
-    QCOMPARE(db.tm().DBEngine.SQLString, StandStockData::CalcReportSQL(QStringLiteral("O'Brien"), QStringLiteral("S"), 3));
 }
 
 void TestStandStockData::speciesCodeOutOfRangeFails()
@@ -214,9 +213,9 @@ void TestStandStockData::speciesCodeOutOfRangeFails()
     db.addTree(QStringLiteral("R"), QStringLiteral("S"), 1, 12, 12, 1, 1);
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
-    StandStockData data(layout, db.tm().NumSpecies);
+    StandStockData data(layout, db.tm.NumSpecies);
     try {
-        data.CalcReport(db.tm(), QStringLiteral("R"), QStringLiteral("S"), 1);
+        data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
         QFAIL("a species code beyond the species table must fail");
     } catch (const SendrelError &e) {
         QCOMPARE(e.number(), 9L);
@@ -224,8 +223,8 @@ void TestStandStockData::speciesCodeOutOfRangeFails()
     // Code 0 falls in a cell that no result reads.
     RunDatabase db2;
     db2.addTree(QStringLiteral("R"), QStringLiteral("S"), 1, 0, 12, 1, 1);
-    StandStockData data2(layout, db2.tm().NumSpecies);
-    data2.CalcReport(db2.tm(), QStringLiteral("R"), QStringLiteral("S"), 1);
+    StandStockData data2(layout, db2.tm.NumSpecies);
+    data2.CalcReport(db2.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
     QCOMPARE(data2.NextSpecies, qint16(0));
     QCOMPARE(data2.ClassTotals[0].Density, 0.0);
 }
@@ -235,11 +234,11 @@ void TestStandStockData::letsEventsRunOncePerCall()
     RunDatabase db;
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
-    StandStockData data(layout, db.tm().NumSpecies);
+    StandStockData data(layout, db.tm.NumSpecies);
     int calls = 0;
     data.LetEventsRun = [&calls] { ++calls; };
-    data.CalcReport(db.tm(), QStringLiteral("R"), QStringLiteral("S"), 1);
-    data.CalcReport(db.tm(), QStringLiteral("R"), QStringLiteral("S"), 2);
+    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
+    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 2);
     QCOMPARE(calls, 2);
 }
 
@@ -251,7 +250,7 @@ void TestStandStockData::headerListOfOneRunAndKind()
     db.addHeader(QStringLiteral("R1"), QStringLiteral("S"), 2, 2010);
     db.addHeader(QStringLiteral("R2"), QStringLiteral("S"), 1, 1990);
     db.addHeader(QStringLiteral("R1"), QStringLiteral("S"), 3, 2020);
-    const QVector<CycleListEntry> list = UpdateHeaderList(db.tm(), QStringLiteral(" R1 "), QStringLiteral("S"));
+    const QVector<CycleListEntry> list = UpdateHeaderList(db.tm, QStringLiteral(" R1 "), QStringLiteral("S"));
     QCOMPARE(list.size(), 3);
     QCOMPARE(list[0].yearText, QStringLiteral("2000"));
     QCOMPARE(list[0].cycle, 1);
@@ -259,9 +258,9 @@ void TestStandStockData::headerListOfOneRunAndKind()
     QCOMPARE(list[1].cycle, 2);
     QCOMPARE(list[2].yearText, QStringLiteral("2020"));
     QCOMPARE(list[2].cycle, 3);
-    QCOMPARE(db.tm().DBEngine.SQLString,
+    QCOMPARE(db.tm.DBEngine.SQLString,
              QStringLiteral("Select * from Model_Header where Run_Id = 'R1' and Standing_Harvested = 'S'"));
-    QVERIFY(UpdateHeaderList(db.tm(), QStringLiteral("none"), QStringLiteral("S")).isEmpty());
+    QVERIFY(UpdateHeaderList(db.tm, QStringLiteral("none"), QStringLiteral("S")).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestStandStockData)

@@ -1,5 +1,5 @@
 #include "support/GoldenFile.h"
-#include "support/RunDbFixture.h"
+#include "support/RunDatabase.h"
 
 #include "app/Numbers.h"
 #include "standstock/ClassLayout.h"
@@ -15,13 +15,6 @@ using namespace sendrel;
 using namespace sendrel::test;
 
 namespace {
-
-const QString kCrLf = QStringLiteral("\r\n");
-
-QDateTime fixedClock()
-{
-    return QDateTime::fromSecsSinceEpoch(1700000000, QTimeZone::utc());
-}
 
 // One cell of class and species.
 struct Cell {
@@ -80,23 +73,8 @@ void fillData(StandStockData &r, ClassLayout &layout, double start, double width
     }
 }
 
-// All rows of a query as lines of "|"-joined values, for compact comparisons.
-QStringList rowsOf(RunDbFixture &db, const QString &sql)
-{
-    db.tm.DBEngine.SQLString = sql;
-    Recordset rs = db.tm.DBEngine.RetreiveRecords();
-    QStringList rows;
-    for (; !rs.Eof(); rs.MoveNext()) {
-        QStringList values;
-        for (int i = 0; i < rs.FieldCount(); ++i)
-            values.append(rs.Fields(i).isNull() ? QStringLiteral("NULL") : rs.Fields(i).toString());
-        rows.append(values.join(QLatin1Char('|')));
-    }
-    return rows;
-}
-
 // Adds Species rows 12 and up, so that twelve or more species can be found.
-void addSpecies(RunDbFixture &db, int upTo)
+void addSpecies(RunDatabase &db, int upTo)
 {
     for (int code = 12; code <= upTo; ++code)
         db.exec(QStringLiteral("INSERT INTO Species (Num_Code, Str_Code, Name, Variant_ID) VALUES (%1, 'S%1', 'species %1', 2)").arg(code));
@@ -127,7 +105,7 @@ private slots:
 
 void TestStandStockTables::exampleRowOfTwoSpecies()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ClassLayout layout;
     StandStockData r(layout, db.tm.NumSpecies);
     // Class 10 to 15: PW 120.5 stems, 33.25 m3; the second species (code 3, FD) 40 stems, 2.5 m3.
@@ -137,7 +115,7 @@ void TestStandStockTables::exampleRowOfTwoSpecies()
     QCOMPARE(db.tm.DBEngine.SQLString,
              QStringLiteral("INSERT INTO Report_Header (Report_ID,Run_ID,Report_Type,Num_Species,Cycle_Num ,Cycle_Year,Report_Title,[Desc]) "
                             "VALUES (1,'R7','DENSITY',2,1,2000,'T','D')"));
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT IsBucket, Report_id, DBH_MinDia, DBH_MaxDia, DBH_Midpoint, DBH_Class, "
+    QCOMPARE(db.rows(QStringLiteral("SELECT IsBucket, Report_id, DBH_MinDia, DBH_MaxDia, DBH_Midpoint, DBH_Class, "
                                        "Sp1, Sp1_Density, Sp1_MerchVol, Sp2, Sp2_Density, Sp2_MerchVol, Sp3, Sp3_Density, Sp3_MerchVol, Sp4 "
                                        "FROM Report_Detail ORDER BY DBH_MinDia")),
              (QStringList{QStringLiteral("NO|1|10|15|12.5| 12.5|PW|120.5|33.25|FD|40|2.5|Totals:|161|36|NULL"),
@@ -146,27 +124,27 @@ void TestStandStockTables::exampleRowOfTwoSpecies()
 
 void TestStandStockTables::oneSpeciesAndSpecies2Fill()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ClassLayout layout;
     StandStockData r(layout, db.tm.NumSpecies);
     fillData(r, layout, 0, 10, 3, {{1, 3, 50, 5}, {2, 3, 20.5, 9.5}});
     WriteStandStockTables(db.tm, r, layout, false, 2, QStringLiteral("R7"), 4, 2040, QStringLiteral("T"), QStringLiteral("D"));
     // Classes in which the species has no tree still get their row, under the heading "xx".
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT IsBucket, Report_id, DBH_Class, Sp1, Sp1_Density, Sp2, Sp2_Density, Sp2_MerchVol, Sp3 "
+    QCOMPARE(db.rows(QStringLiteral("SELECT IsBucket, Report_id, DBH_Class, Sp1, Sp1_Density, Sp2, Sp2_Density, Sp2_MerchVol, Sp3 "
                                        "FROM Report_Detail ORDER BY DBH_MinDia")),
              (QStringList{QStringLiteral("NO|2| 5|FD|0|Totals:|0|0|NULL"), QStringLiteral("NO|2| 15|FD|50|Totals:|50|5|NULL"),
                           QStringLiteral("YES|2| 20|FD|20.5|Totals:|21|10|NULL")}));
     // Species2: eleven pairs, the first the report's species, the rest the first species of the table.
-    QStringList pairs = rowsOf(db, QStringLiteral("SELECT * FROM Species2"));
+    QStringList pairs = db.rows(QStringLiteral("SELECT * FROM Species2"));
     QCOMPARE(pairs.size(), 1);
     QCOMPARE(pairs.first(), QStringLiteral("2|FD|Douglas-fir") + QStringLiteral("|PW|western white pine").repeated(10));
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Report_Type, Num_Species, Cycle_Num, Cycle_Year FROM Report_Header")),
+    QCOMPARE(db.rows(QStringLiteral("SELECT Report_Type, Num_Species, Cycle_Num, Cycle_Year FROM Report_Header")),
              QStringList{QStringLiteral("MERCH_VOL|1|4|2040")});
 }
 
 void TestStandStockTables::elevenSpeciesStandAlone()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ClassLayout layout;
     StandStockData r(layout, db.tm.NumSpecies);
     QList<Cell> cells;
@@ -179,16 +157,16 @@ void TestStandStockTables::elevenSpeciesStandAlone()
     cells.append({1, 5, 3.5, 0.25});
     fillData(r, layout, 0, 10, 2, cells);
     WriteStandStockTables(db.tm, r, layout, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
-    const QStringList rows = rowsOf(db, QStringLiteral("SELECT Sp1, Sp2, Sp3, Sp4, Sp5, Sp6, Sp7, Sp8, Sp9, Sp10, Sp11, Sp12, Sp12_Density "
+    const QStringList rows = db.rows(QStringLiteral("SELECT Sp1, Sp2, Sp3, Sp4, Sp5, Sp6, Sp7, Sp8, Sp9, Sp10, Sp11, Sp12, Sp12_Density "
                                                        "FROM Report_Detail ORDER BY DBH_MinDia"));
     QCOMPARE(rows, (QStringList{QStringLiteral("PW|LW|FD|BG|CW|PL|SE|BL|PY|HM|HW|Totals:|610"),
                                 QStringLiteral("xx|xx|xx|xx|xx|xx|xx|xx|xx|xx|HW|Totals:|4")}));
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Str_Code10, Str_Code11 FROM Species2")), QStringList{QStringLiteral("HM|HW")});
+    QCOMPARE(db.rows(QStringLiteral("SELECT Str_Code10, Str_Code11 FROM Species2")), QStringList{QStringLiteral("HM|HW")});
 }
 
 void TestStandStockTables::twelveSpeciesJoinInOther()
 {
-    RunDbFixture db;
+    RunDatabase db;
     addSpecies(db, 13);
     QCOMPARE(db.tm.NumSpecies, 13);
     ClassLayout layout;
@@ -200,45 +178,45 @@ void TestStandStockTables::twelveSpeciesJoinInOther()
     fillData(r, layout, 0, 10, 2, cells);
     QCOMPARE(r.NextSpecies, qint16(12));
     WriteStandStockTables(db.tm, r, layout, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
-    const QStringList rows = rowsOf(db, QStringLiteral("SELECT Sp1, Sp10, Sp10_Density, Sp11, Sp11_Density, Sp11_MerchVol, "
+    const QStringList rows = db.rows(QStringLiteral("SELECT Sp1, Sp10, Sp10_Density, Sp11, Sp11_Density, Sp11_MerchVol, "
                                                        "Sp12, Sp12_Density, Sp12_MerchVol FROM Report_Detail ORDER BY DBH_MinDia"));
     // Rounded cells 10, 21, 30, 41, ..., 101 | 110, 121: "Other:" = 231 of a total of 786.
     // Volumes 0.5 * code rounded: 1, 1, 2, 2, 3, 3, 4, 4, 5, 5 | 6, 6: "Other:" = 12 of 42.
     QCOMPARE(rows, (QStringList{QStringLiteral("PW|PY|100.5|Other:|231|12|Totals:|786|42"),
                                 QStringLiteral("xx|xx|0|Other:|0|0|Totals:|0|0")}));
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Num_Species FROM Report_Header")), QStringList{QStringLiteral("12")});
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Str_Code11, Name11 FROM Species2")), QStringList{QStringLiteral("HM|mountain hemlock")});
+    QCOMPARE(db.rows(QStringLiteral("SELECT Num_Species FROM Report_Header")), QStringList{QStringLiteral("12")});
+    QCOMPARE(db.rows(QStringLiteral("SELECT Str_Code11, Name11 FROM Species2")), QStringList{QStringLiteral("HM|mountain hemlock")});
 }
 
 void TestStandStockTables::headerRowAndQuotes()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ClassLayout layout;
     StandStockData r(layout, db.tm.NumSpecies);
     fillData(r, layout, 0, 10, 2, {{0, 1, 1, 1}});
     const QString title = QStringLiteral("O'Brien's stand");
     const QString description = QStringLiteral("Printed by: ") + kCrLf + kCrLf + QStringLiteral("it's thinned");
     WriteStandStockTables(db.tm, r, layout, false, 3, QStringLiteral("R'7"), 5, 2050, title, description);
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Report_Id, Run_ID, Report_Type, Num_Species, Cycle_Num, Cycle_Year, Report_Title, [Desc] "
+    QCOMPARE(db.rows(QStringLiteral("SELECT Report_Id, Run_ID, Report_Type, Num_Species, Cycle_Num, Cycle_Year, Report_Title, [Desc] "
                                        "FROM Report_Header")),
              QStringList{QStringLiteral("3|R'7|MERCH_VOL|1|5|2050|") + title + QLatin1Char('|') + description});
 }
 
 void TestStandStockTables::noSpeciesWritesNoDetailRows()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ClassLayout layout;
     StandStockData r(layout, db.tm.NumSpecies);
     fillData(r, layout, 0, 10, 5, {});
     WriteStandStockTables(db.tm, r, layout, true, 1, QStringLiteral("R7"), 1, 2000, QStringLiteral("T"), QStringLiteral("D"));
     QCOMPARE(db.scalar(QStringLiteral("SELECT COUNT(*) FROM Report_Detail")).toInt(), 0);
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Num_Species FROM Report_Header")), QStringList{QStringLiteral("0")});
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Str_Code1, Str_Code11 FROM Species2")), QStringList{QStringLiteral("PW|PW")});
+    QCOMPARE(db.rows(QStringLiteral("SELECT Num_Species FROM Report_Header")), QStringList{QStringLiteral("0")});
+    QCOMPARE(db.rows(QStringLiteral("SELECT Str_Code1, Str_Code11 FROM Species2")), QStringList{QStringLiteral("PW|PW")});
 }
 
 void TestStandStockTables::compileThreeCyclesAndFile()
 {
-    RunDbFixture db;
+    RunDatabase db;
     db.exec(QStringLiteral("INSERT INTO Run (Run_Id, Run_Desc, run_parameters) VALUES ('R7', 'desc', 'Thin to 400 at 2010')"));
     // Rows of an earlier report are gone afterwards.
     db.exec(QStringLiteral("INSERT INTO Report_Header (Report_Id, Run_ID) VALUES (9, 'OLD')"));
@@ -260,7 +238,7 @@ void TestStandStockTables::compileThreeCyclesAndFile()
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("browser text"), true,
                                     {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}, {4, QStringLiteral("2030")}}, {}};
     db.questions.answerReportText(true);
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, FixedClock, calc);
 
     QVERIFY2(report.compiled, qPrintable(db.questions.messageTexts().join(QLatin1Char('|'))));
     QCOMPARE(calculated, (QList<qint16>{1, 2, 4}));
@@ -270,11 +248,11 @@ void TestStandStockTables::compileThreeCyclesAndFile()
     QCOMPARE(db.questions.lastBusyMessage(), QStringLiteral("Compiling report data for cycle: 4"));
     QCOMPARE(db.questions.busyCalls(), 4);
     QVERIFY(!db.questions.busyVisible());
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Report_Id, Cycle_Num, Cycle_Year, Num_Species FROM Report_Header")),
+    QCOMPARE(db.rows(QStringLiteral("SELECT Report_Id, Cycle_Num, Cycle_Year, Num_Species FROM Report_Header")),
              (QStringList{QStringLiteral("1|1|2000|2"), QStringLiteral("2|2|2010|1"), QStringLiteral("3|4|2030|2")}));
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Report_id, COUNT(*) FROM Report_Detail GROUP BY Report_id")),
+    QCOMPARE(db.rows(QStringLiteral("SELECT Report_id, COUNT(*) FROM Report_Detail GROUP BY Report_id")),
              (QStringList{QStringLiteral("1|3"), QStringLiteral("2|3"), QStringLiteral("3|3")}));
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Report_id FROM Species2")), (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}));
+    QCOMPARE(db.rows(QStringLiteral("SELECT Report_id FROM Species2")), (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}));
 
     QCOMPARE(db.tm.CurrentRunId, QStringLiteral("R7"));
     QCOMPARE(report.ReportType, qint16(0));
@@ -296,7 +274,7 @@ void TestStandStockTables::compileOrientationByColumns()
 {
     QFETCH(int, species);
     QFETCH(int, orientation);
-    RunDbFixture db;
+    RunDatabase db;
     ClassLayout layout;
     StandStockData r(layout, db.tm.NumSpecies);
     const CalcReportFn calc = [&](qint16) {
@@ -307,7 +285,7 @@ void TestStandStockTables::compileOrientationByColumns()
     };
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), false, {{1, QStringLiteral("2000")}}, {}};
     db.questions.answerReportText(true);
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, FixedClock, calc);
     QVERIFY(report.compiled);
     QCOMPARE(report.ReportType, qint16(1));
     QCOMPARE(report.columns, qint16(species + 1));
@@ -319,7 +297,7 @@ void TestStandStockTables::compileOrientationByColumns()
 
 void TestStandStockTables::compileWithoutCycles()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ClassLayout layout;
     StandStockData r(layout, db.tm.NumSpecies);
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("keep"), true, {}, {}};
@@ -331,7 +309,7 @@ void TestStandStockTables::compileWithoutCycles()
 
 void TestStandStockTables::compileCancelledTouchesNothing()
 {
-    RunDbFixture db;
+    RunDatabase db;
     db.exec(QStringLiteral("INSERT INTO Run (Run_Id, Run_Desc, run_parameters) VALUES ('R7', 'desc', NULL)"));
     db.exec(QStringLiteral("INSERT INTO Report_Header (Report_Id, Run_ID) VALUES (9, 'OLD')"));
     ClassLayout layout;
@@ -343,13 +321,13 @@ void TestStandStockTables::compileCancelledTouchesNothing()
     // A null run_parameters empties the description, also when the dialog is cancelled.
     QCOMPARE(request.This_RunDesc, QString());
     QCOMPARE(db.questions.asked().first().text, QStringLiteral("Printed by: \r\n\r\n"));
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Report_Id FROM Report_Header")), QStringList{QStringLiteral("9")});
+    QCOMPARE(db.rows(QStringLiteral("SELECT Report_Id FROM Report_Header")), QStringList{QStringLiteral("9")});
     QCOMPARE(db.questions.busyCalls(), 0);
 }
 
 void TestStandStockTables::compileFailureStopsAndTells()
 {
-    RunDbFixture db;
+    RunDatabase db;
     // A Report_Detail that refuses rows of classes: the first cycle's Species2 row is written, then it stops.
     db.exec(QStringLiteral("DROP TABLE Report_Detail"));
     db.exec(QStringLiteral("CREATE TABLE Report_Detail (Report_id INTEGER)"));
@@ -362,7 +340,7 @@ void TestStandStockTables::compileFailureStopsAndTells()
     };
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}};
     db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, FixedClock, calc);
     QVERIFY(!report.compiled);
     QCOMPARE(calls, 1);
     QCOMPARE(db.questions.messageTexts().size(), 1);
@@ -377,7 +355,7 @@ void TestStandStockTables::compileFailureStopsAndTells()
 
 void TestStandStockTables::compileYearWithoutSpeciesFailsInGenerator()
 {
-    RunDbFixture db;
+    RunDatabase db;
     ClassLayout layout;
     StandStockData r(layout, db.tm.NumSpecies);
     const CalcReportFn calc = [&](qint16 cycle) {
@@ -388,14 +366,14 @@ void TestStandStockTables::compileYearWithoutSpeciesFailsInGenerator()
     };
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}};
     db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
-    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, fixedClock, calc);
+    const CompiledStandStockReport report = CompileStandStockReport(db.tm, request, layout, r, FixedClock, calc);
     // The second block has a header and no rows: the generator says so, the viewer opens on nothing.
     QVERIFY(report.compiled);
     QCOMPARE(report.ReportFile, QString());
     QCOMPARE(db.questions.messageTexts().size(), 1);
     QVERIFY(db.questions.messageTexts().first().startsWith(QStringLiteral("Error printing report\r\n")));
     // The description box's line feeds are stored as CR LF.
-    QCOMPARE(rowsOf(db, QStringLiteral("SELECT Report_Title, [Desc] FROM Report_Header WHERE Report_Id = 2")),
+    QCOMPARE(db.rows(QStringLiteral("SELECT Report_Title, [Desc] FROM Report_Header WHERE Report_Id = 2")),
              QStringList{QStringLiteral("My title|line 1\r\nline 2")});
 }
 

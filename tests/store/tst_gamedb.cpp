@@ -1,4 +1,4 @@
-#include "support/TestEnv.h"
+#include "support/RunDatabase.h"
 
 #include "app/SendrelError.h"
 #include "store/GameDB.h"
@@ -16,10 +16,10 @@ using namespace sendrel::test;
 class tst_gamedb : public QObject {
     Q_OBJECT
 
-    SendrelError openFails(TestEnv &env, bool force)
+    SendrelError openFails(RunDatabase &env, bool force)
     {
         try {
-            OpenGameDB(*env.tm, force);
+            OpenGameDB(env.tm, force);
         } catch (const SendrelError &e) {
             return e;
         }
@@ -29,42 +29,42 @@ class tst_gamedb : public QObject {
 private slots:
     void openingAPresentFileAsksNothing()
     {
-        TestEnv env;
-        env.openNewDatabase();
+        RunDatabase env{RunDatabase::Db::None};
+        env.openAsProgram();
         QVERIFY(env.questions.asked().isEmpty());
-        QCOMPARE(env.tm->NumSpecies, 11);
-        QCOMPARE(env.tm->settings.DataDir, QDir::toNativeSeparators(env.dir()));
+        QCOMPARE(env.tm.NumSpecies, 11);
+        QCOMPARE(env.tm.settings.DataDir, QDir::toNativeSeparators(env.dir()));
         QCOMPARE(env.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), QDir::toNativeSeparators(env.dir()) + QDir::separator());
-        QCOMPARE(SpeciesStrCode(*env.tm, 5), QStringLiteral("HW"));
-        QCOMPARE(SpeciesStrCode(*env.tm, 11), QStringLiteral("HM"));
-        QCOMPARE(SpeciesStrCode(*env.tm, 99), QStringLiteral("xx"));
-        QVERIFY(env.tm->ModelRunRS.Eof());
+        QCOMPARE(SpeciesStrCode(env.tm, 5), QStringLiteral("HW"));
+        QCOMPARE(SpeciesStrCode(env.tm, 11), QStringLiteral("HM"));
+        QCOMPARE(SpeciesStrCode(env.tm, 99), QStringLiteral("xx"));
+        QVERIFY(env.tm.ModelRunRS.Eof());
         // Reopening replaces the connection and recordsets.
-        QVERIFY(OpenGameDB(*env.tm, false));
-        CloseGameDB(*env.tm);
-        CloseGameDB(*env.tm);
+        QVERIFY(OpenGameDB(env.tm, false));
+        CloseGameDB(env.tm);
+        CloseGameDB(env.tm);
     }
 
     void aMissingFileIsAskedForAndMayMoveTheDataFolder()
     {
-        TestEnv env;
+        RunDatabase env{RunDatabase::Db::None};
         QDir(env.dir()).mkdir(QStringLiteral("other"));
         const QString elsewhere = env.dir() + QStringLiteral("/other/tolv_game.mdb");
         CreateRunDatabase(elsewhere);
-        env.tm->GameDBPath = env.dir() + QStringLiteral("/tolv_game.mdb");
+        env.tm.GameDBPath = env.dir() + QStringLiteral("/tolv_game.mdb");
         env.questions.answerOpenFile(elsewhere);
-        QVERIFY(OpenGameDB(*env.tm, false));
+        QVERIFY(OpenGameDB(env.tm, false));
         QCOMPARE(env.questions.asked().size(), 1);
         QCOMPARE(env.questions.asked()[0].title, QStringLiteral("Sendrel - Locate Tolv Game Database"));
         QCOMPARE(env.questions.asked()[0].text, env.dir() + QStringLiteral("|tolv_game.mdb"));
-        QCOMPARE(env.tm->GameDBPath, elsewhere);
+        QCOMPARE(env.tm.GameDBPath, elsewhere);
         QCOMPARE(env.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), QDir::toNativeSeparators(env.dir() + QStringLiteral("/other/")));
     }
 
     void refusingTheFileIsCanceledByTheUser()
     {
-        TestEnv env;
-        env.tm->GameDBPath = env.dir() + QStringLiteral("/tolv_game.mdb");
+        RunDatabase env{RunDatabase::Db::None};
+        env.tm.GameDBPath = env.dir() + QStringLiteral("/tolv_game.mdb");
         env.questions.answerOpenFile(QString());
         env.questions.answerMessage(Answer::Retry);
         env.questions.answerOpenFile(QString());
@@ -79,8 +79,8 @@ private slots:
 
     void forcingTheDialogAsksEvenForAPresentFile()
     {
-        TestEnv env;
-        env.openNewDatabase();
+        RunDatabase env{RunDatabase::Db::None};
+        env.openAsProgram();
         env.questions.answerOpenFile(QString());
         env.questions.answerMessage(Answer::Cancel);
         QCOMPARE(openFails(env, true).number(), ErrNo::DialogCancelled);
@@ -88,7 +88,7 @@ private slots:
 
     void aFileWithoutModelRunCannotBeOpened()
     {
-        TestEnv env;
+        RunDatabase env{RunDatabase::Db::None};
         const QString path = env.dir() + QStringLiteral("/tolv_game.mdb");
         {
             QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("make"));
@@ -98,37 +98,34 @@ private slots:
             db.close();
         }
         QSqlDatabase::removeDatabase(QStringLiteral("make"));
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray before = f.readAll();
-        f.close();
+        const QByteArray before = ReadWholeFile(path);
+        QVERIFY(!before.isEmpty());
 
-        env.tm->GameDBPath = path;
+        env.tm.GameDBPath = path;
         const SendrelError e = openFails(env, false);
         QVERIFY(e.description().startsWith(QStringLiteral("Cannot open the database.\n")));
         QVERIFY(e.description().contains(QLatin1String("Model_Run")));
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll(), before);
+        QCOMPARE(ReadWholeFile(path), before);
     }
 
     void missingSpeciesEndsTheProcess()
     {
-        TestEnv env;
-        CreateRunDatabase(env.dbPath());
+        RunDatabase env{RunDatabase::Db::None};
+        CreateRunDatabase(env.path());
         {
             QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("edit"));
-            db.setDatabaseName(env.dbPath());
+            db.setDatabaseName(env.path());
             QVERIFY(db.open());
             QSqlQuery(db).exec(QStringLiteral("UPDATE Species SET Variant_ID = 1"));
             db.close();
         }
         QSqlDatabase::removeDatabase(QStringLiteral("edit"));
-        env.tm->GameDBPath = env.dbPath();
-        QVERIFY_THROWS_EXCEPTION(ProcessEnded, OpenGameDB(*env.tm, false));
-        QCOMPARE(env.endCode, 1);
+        env.tm.GameDBPath = env.path();
+        QVERIFY_THROWS_EXCEPTION(ProcessEnded, OpenGameDB(env.tm, false));
+        QCOMPARE(env.ended.value(0, -1), 1);
         QCOMPARE(env.questions.asked().last().title, QStringLiteral("Missing Data"));
         QCOMPARE(env.questions.asked().last().text, QStringLiteral("Species codes for the current variant are missing from the database."));
-        QVERIFY(!env.tm->DBEngine.IsOpen());
+        QVERIFY(!env.tm.DBEngine.IsOpen());
     }
 };
 

@@ -1,9 +1,19 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
+#include <QTimeZone>
 
 namespace sendrel::test {
+
+inline const QString kCrLf = QStringLiteral("\r\n");
+
+// The clock of the expected reports: the SOURCE_DATE_EPOCH of the tests, 14 Nov 2023 22:13:20.
+inline QDateTime FixedClock()
+{
+    return QDateTime::fromSecsSinceEpoch(1700000000, QTimeZone::utc());
+}
 
 // Compares bytes with the expected file <dataFolder>/<relativePath> (tests/data), byte for byte. On a
 // difference the message names the first line that differs, with both versions.

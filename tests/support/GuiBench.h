@@ -1,40 +1,33 @@
 #pragma once
 
-// What a window test needs: a model with scripted questions, settings of its own, a run database,
-// and the frame with the browser, as a start by hand leaves them. Header-only: only window tests
-// include it, and they link the windows.
+// What a window test needs on top of the run database: the frame with the browser, as a start by
+// hand leaves them, and the user's clicks. Header-only: only window tests include it, and they
+// link the windows.
 
-#include "support/RunDatabaseFolder.h"
+#include "support/RunDatabase.h"
 
-#include "app/ScriptedQuestions.h"
-#include "app/SettingsStore.h"
-#include "app/TreeModel.h"
 #include "app/gui/frmSendrel.h"
 #include "browser/gui/frmMarquel.h"
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDir>
-#include <QFile>
-#include <QSettings>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QSettings>
 #include <QTest>
 #include <QTimer>
 
 #include <functional>
 #include <memory>
 
-struct GuiBench {
-    sendrel::SettingsStore store;
-    sendrel::ScriptedQuestions questions;
-    sendrel::TreeModel tm{store, questions};
-    RunDatabaseFolder db;
-    QList<int> ended;   // codes of EndProcess calls
+// The run database is made but not opened: start() opens it as a start by hand does. EndProcess
+// is only recorded, since the windows carry on after it.
+struct GuiBench : sendrel::test::RunDatabase {
     std::unique_ptr<sendrel::frmSendrel> frame;
 
-    GuiBench()
+    GuiBench() : RunDatabase(Db::Created)
     {
         // A start by hand reads what the last test left; each bench starts from an empty store.
         QSettings settings(store.fileName(), QSettings::IniFormat);
@@ -44,10 +37,18 @@ struct GuiBench {
         tm.ProgramDir = QStringLiteral(SENDREL_BIN_DIR);
     }
 
+    // Opens the database with the settings' folders on its folder.
+    void openDatabase()
+    {
+        tm.settings.DataDir = folder();
+        tm.settings.WorkDir = folder();
+        openAsProgram();
+    }
+
     // Opens the database, then the frame and the browser as a start by hand does.
     sendrel::frmMarquel *start()
     {
-        db.open(tm);
+        openDatabase();
         frame = std::make_unique<sendrel::frmSendrel>(tm);
         frame->resize(1200, 800);
         frame->show();
@@ -56,13 +57,6 @@ struct GuiBench {
         QApplication::processEvents();
         return browser;
     }
-
-    void addRun(const QString &runId, const QString &sorH, const QString &description)
-    {
-        RunDatabaseFolder::addRun(tm, runId, sorH, description);
-    }
-    void execute(const QString &sql) { RunDatabaseFolder::execute(tm, sql); }
-    int count(const QString &sql) { return RunDatabaseFolder::count(tm, sql); }
 };
 
 // Clicks a row of a list as the user does.
@@ -90,6 +84,15 @@ inline QList<int> highlightedRows(const QListWidget *list)
     return rows;
 }
 
+// Replaces the text of a box by typing, key by key, as a person would.
+inline void Retype(QLineEdit *box, const QString &text)
+{
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClick(box, Qt::Key_Delete);
+    QTest::keyClicks(box, text);
+}
+
 // Runs action on the next modal window as soon as it is up, so that a test can answer a window
 // that its code shows with exec().
 inline void onNextModal(std::function<void(QWidget *)> action)
@@ -112,3 +115,16 @@ T *child(QWidget *w, const char *name)
 {
     return w->findChild<T *>(QString::fromLatin1(name));
 }
+
+// The control of that name that belongs to the window itself, not to a window it owns (the
+// range editor has a cmdOK and a lblDbhError too).
+namespace sendrel::test {
+template <typename T> T *Control(QWidget *form, const QString &name)
+{
+    for (T *c : form->findChildren<T *>(name)) {
+        if (c->window() == form->window())
+            return c;
+    }
+    return nullptr;
+}
+}  // namespace sendrel::test

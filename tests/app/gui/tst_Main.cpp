@@ -33,8 +33,8 @@ protected:
 // The settings a start reads: the folders of the bench's database.
 void storeFolders(GuiBench &b)
 {
-    b.store.SaveSetting(kSectionCommon, QStringLiteral("DataDir"), b.db.folder());
-    b.store.SaveSetting(kSectionCommon, QStringLiteral("WorkDir"), b.db.folder());
+    b.store.SaveSetting(kSectionCommon, QStringLiteral("DataDir"), b.folder());
+    b.store.SaveSetting(kSectionCommon, QStringLiteral("WorkDir"), b.folder());
 }
 
 // The report windows of the frame: stand and stock windows and the composition placeholder.
@@ -62,7 +62,7 @@ private slots:
     void byHandShowsTheSplashThenTheBrowser()
     {
         GuiBench b;
-        b.db.open(b.tm);
+        b.openDatabase();
         b.addRun(QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("one"));
         b.addRun(QStringLiteral("R2"), QStringLiteral("S"), QStringLiteral("two"));
         b.tm.DBEngine.CloseDB();
@@ -82,18 +82,17 @@ private slots:
         QCOMPARE(m->lstRuns->count(), 2);
         QCOMPARE(f.frame->LeftForm.data(), m);
         QVERIFY(reportWindows(*f.frame).isEmpty());
-        QCOMPARE(b.tm.GameDBPath, b.db.path());
+        QCOMPARE(b.tm.GameDBPath, b.path());
     }
 
     // Started with a run: no splash, the browser holds that run, its stand and stock window opens.
     void withARunOpensItsReportWindow()
     {
         GuiBench b;
-        b.db.open(b.tm);
+        b.openDatabase();
         b.addRun(QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("one"));
         // As an import leaves it: with the header row of its first year.
-        b.execute(QStringLiteral("INSERT INTO Model_Header (Run_Id, First_Header_Number, Cycle, Cycle_Year, Standing_Harvested) "
-                                 "VALUES ('R1', 1, 1, 2000, 'S')"));
+        b.addHeader(QStringLiteral("R1"), QStringLiteral("S"), 1, 2000);
         b.addRun(QStringLiteral("R2"), QStringLiteral("S"), QStringLiteral("two"));
         b.tm.DBEngine.CloseDB();
         storeFolders(b);
@@ -131,7 +130,7 @@ private slots:
     void withARunThatIsGone()
     {
         GuiBench b;
-        b.db.open(b.tm);
+        b.openDatabase();
         b.addRun(QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("one"));
         b.tm.DBEngine.CloseDB();
         storeFolders(b);
@@ -172,7 +171,7 @@ private slots:
         GuiBench b;
         QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Tolvane")).removeRecursively();
         b.questions.answerMessage(Answer::Yes);
-        b.questions.answerOpenFile(b.db.path());
+        b.questions.answerOpenFile(b.path());
         FrameOwner f;
         QVERIFY(Main(b.tm, {QStringLiteral("sendrel"), QStringLiteral("/R"), QStringLiteral("R1")}, f.frame));
         const auto &asked = b.questions.asked();
@@ -181,8 +180,8 @@ private slots:
         QCOMPARE(asked[1].text, QDir::separator() + QStringLiteral("|tolv_game.mdb"));
         const QString work = GetDefaultWorkFolder(false);
         QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("WorkDir")), work);
-        QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), b.db.folder());
-        QCOMPARE(b.tm.GameDBPath, b.db.path());
+        QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), b.folder());
+        QCOMPARE(b.tm.GameDBPath, b.path());
         QVERIFY(b.tm.DBEngine.IsOpen());
     }
 
@@ -191,7 +190,7 @@ private slots:
     {
         GuiBench b;
         b.tm.EndProcess = [](int code) { throw ProcessEnded{code}; };
-        b.store.SaveSetting(kSectionCommon, QStringLiteral("DataDir"), b.db.folder());
+        b.store.SaveSetting(kSectionCommon, QStringLiteral("DataDir"), b.folder());
         b.questions.answerMessage(Answer::No);
         b.questions.answerFolder(QString());
         b.questions.answerMessage(Answer::Cancel);

@@ -157,9 +157,7 @@ private slots:
     {
         for (int id : {29, 76, 75, 73, 14, 2070, 2010, 2100, 15}) {
             const QString page = helpFolder() + QStringLiteral("/%1.html").arg(id);
-            QFile f(page);
-            QVERIFY2(f.open(QIODevice::ReadOnly), qPrintable(page));
-            const QString html = QString::fromUtf8(f.readAll());
+            const QString html = QString::fromUtf8(sendrel::test::ReadWholeFile(page));
             QVERIFY2(html.contains(QStringLiteral("<title>")), qPrintable(page));
             QVERIFY2(html.contains(QStringLiteral("href=\"index.html\"")), qPrintable(page));
         }

@@ -162,8 +162,8 @@ private slots:
     void loadWithFoldersInPlaceAsksNothing()
     {
         GuiBench b;
-        b.tm.settings.DataDir = b.db.folder();
-        b.tm.settings.WorkDir = b.db.folder();
+        b.tm.settings.DataDir = b.folder();
+        b.tm.settings.WorkDir = b.folder();
         frmSendrel frame(b.tm);
         frame.Form_Load();
         QVERIFY(b.questions.asked().isEmpty());
@@ -176,7 +176,7 @@ private slots:
     void refusedFolderEndsTheProgram()
     {
         GuiBench b;
-        b.tm.settings.DataDir = b.db.folder();
+        b.tm.settings.DataDir = b.folder();
         b.questions.answerMessage(Answer::No);
         b.questions.answerFolder(QString());
         b.questions.answerMessage(Answer::Cancel);
@@ -198,7 +198,7 @@ private slots:
         GuiBench b;
         QTemporaryDir bare;
         b.tm.ProgramDir = bare.path() + QStringLiteral("/bin");
-        b.tm.settings.DataDir = b.db.folder();
+        b.tm.settings.DataDir = b.folder();
         b.questions.answerMessage(Answer::Yes);
         frmSendrel frame(b.tm);
         frame.Form_Load();

@@ -44,9 +44,7 @@ QList<ReportWindow> reportWindows(frmSendrel &frame)
 void addRun(GuiBench &b, const QString &runId, const QString &sorH, const QString &description)
 {
     b.addRun(runId, sorH, description);
-    b.execute(QStringLiteral("INSERT INTO Model_Header (Run_Id, First_Header_Number, Cycle, Cycle_Year, Standing_Harvested) "
-                             "VALUES ('%1', 1, 1, 2000, '%2')")
-                  .arg(runId, sorH));
+    b.addHeader(runId, sorH, 1, 2000);
 }
 
 QStringList captions(const QList<ReportWindow> &windows)
@@ -65,7 +63,7 @@ class tst_frmMarquel : public QObject {
     // Three runs: A standing and harvested, B standing.
     frmMarquel *startWithRuns(GuiBench &b)
     {
-        b.db.open(b.tm);
+        b.openDatabase();
         addRun(b, QStringLiteral("B"), QStringLiteral("S"), QStringLiteral("Thinned to 600 sph"));
         addRun(b, QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("No treatment"));
         addRun(b, QStringLiteral("A"), QStringLiteral("H"), QStringLiteral("No treatment"));
@@ -97,7 +95,7 @@ private slots:
     void descriptionsLineUp()
     {
         GuiBench b;
-        b.db.open(b.tm);
+        b.openDatabase();
         b.addRun(QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("short"));
         b.addRun(QStringLiteral("THIN40_CT2025_LONGNAME_XY"), QStringLiteral("H"), QStringLiteral("long"));
         frmMarquel *m = b.start();
@@ -335,7 +333,7 @@ private slots:
             frmMarquel *m = startWithRuns(b);
             clickRow(m->lstRuns, 2);
             checkBox(m->chkSS);
-            b.execute(QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'A' AND Standing_Harvested = 'H'"));
+            b.exec(QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'A' AND Standing_Harvested = 'H'"));
             QTest::mouseClick(m->cmdOK, Qt::LeftButton);
             QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Some of the runs you selected were deleted by another application.")});
             QCOMPARE(captions(reportWindows(*b.frame)), QStringList{QStringLiteral("Stand & Stock Tables: B")});
@@ -345,7 +343,7 @@ private slots:
             GuiBench b;
             frmMarquel *m = startWithRuns(b);
             checkBox(m->chkSS);
-            b.execute(QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'A' AND Standing_Harvested = 'H'"));
+            b.exec(QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'A' AND Standing_Harvested = 'H'"));
             QTest::mouseClick(m->cmdOK, Qt::LeftButton);
             QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The run you selected was deleted by another application.")});
             QVERIFY(reportWindows(*b.frame).isEmpty());
@@ -357,7 +355,7 @@ private slots:
             frmMarquel *m = startWithRuns(b);
             clickRow(m->lstRuns, 1);
             checkBox(m->chkSS);
-            b.execute(QStringLiteral("UPDATE Run SET Run_Desc = 'Renamed' WHERE Run_Id = 'A'"));
+            b.exec(QStringLiteral("UPDATE Run SET Run_Desc = 'Renamed' WHERE Run_Id = 'A'"));
             QTest::mouseClick(m->cmdOK, Qt::LeftButton);
             QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The runs you selected were deleted by another application.")});
             QVERIFY(reportWindows(*b.frame).isEmpty());
@@ -367,7 +365,7 @@ private slots:
     void renamedRunIdKeepsItsColon()
     {
         GuiBench b;
-        b.db.open(b.tm);
+        b.openDatabase();
         addRun(b, QStringLiteral("A:1"), QStringLiteral("S"), QStringLiteral("Second import"));
         frmMarquel *m = b.start();
         QCOMPARE(m->RunEntries(), QStringList{QStringLiteral("A:1:Standing\tSecond import")});
@@ -386,9 +384,9 @@ private slots:
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
         QStringList calls;
-        m->Importer = [&](TreeModel &tm, const QString &fileName, const QString &kind) {
+        m->Importer = [&](TreeModel &, const QString &fileName, const QString &kind) {
             calls << fileName + QLatin1Char('|') + kind;
-            RunDatabaseFolder::addRun(tm, QStringLiteral("NEW"), kind, QStringLiteral("Imported"));
+            b.addRun(QStringLiteral("NEW"), kind, QStringLiteral("Imported"));
             return frmMarquel::ImportOutcome{true, QStringLiteral("NEW")};
         };
 
@@ -442,7 +440,7 @@ private slots:
         QCOMPARE(m->lstRuns->count(), 3);
 
         // Another database: the list follows it.
-        RunDatabaseFolder other;
+        sendrel::test::RunDatabase other{sendrel::test::RunDatabase::Db::Created};
         b.questions.answerOpenFile(other.path());
         m->MenuFileDB->trigger();
         QCOMPARE(m->lstRuns->count(), 0);

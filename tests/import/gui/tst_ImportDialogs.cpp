@@ -141,12 +141,12 @@ private slots:
     void duplicateIdButtons()
     {
         GuiBench b;
-        b.db.open(b.tm);
+        b.openDatabase();
         b.addRun(QStringLiteral("X"), QStringLiteral("S"), QStringLiteral("first"));
         b.addRun(QStringLiteral("X:1"), QStringLiteral("H"), QStringLiteral("second"));
         b.addRun(QStringLiteral("X:2"), QStringLiteral("S"), QStringLiteral("third"));
         // Rename reads the run names as of the opening of the database.
-        b.db.open(b.tm);
+        b.openDatabase();
         GuiQuestions q;
         q.setNextFreeRunId([&](const QString &n) { return importcore::NextFreeRunId(b.tm, n); });
 

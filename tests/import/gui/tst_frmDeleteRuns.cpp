@@ -17,7 +17,7 @@ class tst_frmDeleteRuns : public QObject {
     // Runs with rows in all three tables: A standing and harvested, B standing, C and C:1 standing.
     frmMarquel *startWithRuns(GuiBench &b)
     {
-        b.db.open(b.tm);
+        b.openDatabase();
         const QList<QPair<QString, QString>> runs = {{QStringLiteral("A"), QStringLiteral("S")},
                                                     {QStringLiteral("A"), QStringLiteral("H")},
                                                     {QStringLiteral("B"), QStringLiteral("S")},
@@ -25,10 +25,8 @@ class tst_frmDeleteRuns : public QObject {
                                                     {QStringLiteral("C:1"), QStringLiteral("S")}};
         for (const auto &r : runs) {
             b.addRun(r.first, r.second, QStringLiteral("Run ") + r.first);
-            b.execute(QStringLiteral("INSERT INTO Model_Header (Run_Id, First_Header_Number, Cycle, Cycle_Year, Standing_Harvested) "
-                                     "VALUES ('%1', 1, 1, 2000, '%2')")
-                          .arg(r.first, r.second));
-            b.execute(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Tree_Id, Species_Code, Trees_per_ha, Current_Diameter, "
+            b.addHeader(r.first, r.second, 1, 2000);
+            b.exec(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Tree_Id, Species_Code, Trees_per_ha, Current_Diameter, "
                                      "Cycle_Number, Standing_Harvested) VALUES ('%1', '1', 1, 50, 20.5, 1, '%2')")
                           .arg(r.first, r.second));
         }
@@ -40,8 +38,7 @@ class tst_frmDeleteRuns : public QObject {
     {
         QStringList counts;
         for (const char *table : {"Model_Entries", "Model_Header", "Model_Run"}) {
-            counts << QString::number(b.count(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE Run_Id = '%2' AND Standing_Harvested = '%3'")
-                                                  .arg(QString::fromLatin1(table), runId, sorH)));
+            counts << QString::number(b.count(QString::fromLatin1(table), QStringLiteral("Run_Id = '%1' AND Standing_Harvested = '%2'").arg(runId, sorH)));
         }
         return counts.join(QLatin1Char('/'));
     }
@@ -83,7 +80,7 @@ private slots:
         QTest::mouseClick(d.cmdDelete, Qt::LeftButton);
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("No run selected")});
         QCOMPARE(b.questions.asked().first().title, QStringLiteral("Sendrel"));
-        QCOMPARE(b.count(QStringLiteral("SELECT COUNT(*) FROM Model_Run")), 5);
+        QCOMPARE(b.count(QStringLiteral("Model_Run")), 5);
         QVERIFY(d.isVisible());
     }
 
@@ -98,7 +95,7 @@ private slots:
         d.show();
         clickRow(d.lstRuns, rowOf(d.lstRuns, QStringLiteral("A:Harvested")));
         clickRow(d.lstRuns, rowOf(d.lstRuns, QStringLiteral("B:Standing")));
-        b.execute(QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'B'"));
+        b.exec(QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'B'"));
         b.questions.answerMessage(Answer::OK);
         QTest::mouseClick(d.cmdDelete, Qt::LeftButton);
 
@@ -156,7 +153,7 @@ private slots:
         b.questions.answerMessage(Answer::Cancel);
         QTest::mouseClick(d.cmdDelete, Qt::LeftButton);
         QCOMPARE(b.questions.pendingAnswers(), 0);
-        QCOMPARE(b.count(QStringLiteral("SELECT COUNT(*) FROM Model_Entries")), 5);
+        QCOMPARE(b.count(QStringLiteral("Model_Entries")), 5);
         // Refreshed all the same: the selection is gone.
         QCOMPARE(highlightedRows(d.lstRuns), QList<int>{});
     }

@@ -2,7 +2,8 @@
 // with the frame's pointer, the browser's count, the delete window's open-run check and the end
 // of a start with a run.
 #include "support/GuiBench.h"
-#include "support/StandStockTestRun.h"
+#include "support/GuiBench.h"
+#include "support/SampleRuns.h"
 
 #include "import/gui/frmDeleteRuns.h"
 #include "output/gui/Graph.h"
@@ -24,18 +25,13 @@ namespace {
 // Run "A" standing with two years, and "B" standing with one year and no trees.
 frmMarquel *startWithRuns(GuiBench &b)
 {
-    b.db.open(b.tm);
+    b.openDatabase();
     b.addRun(QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("Thinned"));
     b.addRun(QStringLiteral("B"), QStringLiteral("S"), QStringLiteral("Empty"));
-    for (const auto &[run, cycle, year] : {std::tuple{"A", 1, 2000}, {"A", 2, 2010}, {"B", 1, 1990}}) {
-        b.execute(QStringLiteral("INSERT INTO Model_Header (Run_Id, First_Header_Number, Cycle, Cycle_Year, Standing_Harvested) "
-                                 "VALUES ('%1', %2, %2, %3, 'S')")
-                      .arg(QString::fromLatin1(run))
-                      .arg(cycle)
-                      .arg(year));
-    }
+    for (const auto &[run, cycle, year] : {std::tuple{"A", 1, 2000}, {"A", 2, 2010}, {"B", 1, 1990}})
+        b.addHeader(QString::fromLatin1(run), QStringLiteral("S"), cycle, year);
     for (const auto &[species, dbh, tph] : {std::tuple{3, 12.0, 100}, {1, 25.0, 30}, {3, 42.0, 10}}) {
-        b.execute(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, Total_Volume, "
+        b.exec(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, Total_Volume, "
                                  "Cycle_Number, Standing_Harvested) VALUES ('A', %1, %2, %3, 0.5, 1, 'S')")
                       .arg(species)
                       .arg(tph)
@@ -155,7 +151,7 @@ private slots:
         frmMarquel *m = startWithRuns(b);
         frmParameters *w = openStandStock(b, m, QStringLiteral("A:Standing"));
         QCOMPARE(density(w)->value(1, 2), 100.0);
-        b.execute(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, Total_Volume, "
+        b.exec(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, Total_Volume, "
                                  "Cycle_Number, Standing_Harvested) VALUES ('A', 3, 50, 15, 0.5, 1, 'S')"));
         b.frame->mdiArea()->setActiveSubWindow(b.frame->SubWindowOf(m));
         QCOMPARE(density(w)->value(1, 2), 100.0);
@@ -174,7 +170,7 @@ private slots:
         clickRow(d.lstRuns, rowOf(d.lstRuns, QStringLiteral("A:Standing")));
         QTest::mouseClick(d.cmdDelete, Qt::LeftButton);
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Can't delete this Run: A:Standing while open.")});
-        QCOMPARE(b.count(QStringLiteral("SELECT COUNT(*) FROM Model_Entries WHERE Run_Id = 'A'")), 3);
+        QCOMPARE(b.count(QStringLiteral("Model_Entries"), QStringLiteral("Run_Id = 'A'")), 3);
     }
 
     void startedWithRunClosingEndsProcess()
@@ -191,7 +187,7 @@ private slots:
         QApplication::processEvents();
         QCOMPARE(b.ended, QList<int>{0});
         QVERIFY(!b.tm.DBEngine.IsOpen());
-        b.db.open(b.tm);   // the bench's end closes it again
+        b.openDatabase();   // the bench's end closes it again
     }
 };
 

@@ -1,4 +1,5 @@
-#include "support/StandStockTestRun.h"
+#include "support/GuiBench.h"
+#include "support/SampleRuns.h"
 
 #include "app/Numbers.h"
 #include "output/gui/Graph.h"
@@ -26,17 +27,17 @@ namespace {
 
 // One stand and stock window over the sample run, opened the way the browser opens it.
 struct Opened {
-    TestEnv env;
+    RunDatabase env{RunDatabase::Db::None};
     WindowHostStub host;
     QPointer<frmParameters> w;
     QList<int> ends;
 
     explicit Opened(bool show = true)
     {
-        env.openNewDatabase();
-        env.tm->EndProcess = [this](int code) { ends.append(code); };
+        env.openAsProgram();
+        env.tm.EndProcess = [this](int code) { ends.append(code); };
         AddSampleRun(env);
-        w = new frmParameters(*env.tm, host);
+        w = new frmParameters(env.tm, host);
         w->This_RunId = QStringLiteral("R1");
         w->This_RunDesc = QStringLiteral("Spacing trial");
         w->This_SorH = QStringLiteral("S");
@@ -62,14 +63,6 @@ struct Opened {
     QString rangeText(const QString &name) const { return Control<QLineEdit>(range(), name)->text(); }
     QString rangeError() const { return Control<QLabel>(range(), QStringLiteral("lblDbhError"))->text(); }
 
-    // Replaces the text of a box by typing, key by key, as a person would.
-    static void retype(QLineEdit *box, const QString &text)
-    {
-        box->setFocus();
-        box->selectAll();
-        QTest::keyClick(box, Qt::Key_Delete);
-        QTest::keyClicks(box, text);
-    }
     // A point inside panel i, x pixels from its left.
     static QPoint at(int, int x) { return QPoint(x, ClassRulerView::kPanelHeight / 2); }
     // The pixel x of a panel's right edge zone.
@@ -111,7 +104,7 @@ void tst_frmParameters::loadTakesPlaceCountAndSettings()
     QCOMPARE(o.host.LeftForm().data(), o.w.data());
     QVERIFY(o.host.RightForm().isNull());
     // A second window takes the right-hand place.
-    auto *second = new frmParameters(*o.env.tm, o.host);
+    auto *second = new frmParameters(o.env.tm, o.host);
     QCOMPARE(o.host.NumOpenWindows, 2);
     QCOMPARE(o.host.RightForm().data(), second);
     second->close();
@@ -131,7 +124,6 @@ void tst_frmParameters::loadTakesPlaceCountAndSettings()
     QVERIFY(o.range() != nullptr);
     QVERIFY(o.range()->isHidden());
     QCOMPARE(o.range()->ClassNumber(), QStringLiteral("-1"));
-    QCOMPARE(o.range()->windowTitle(), QStringLiteral("Range"));
     // Scale: 0 to 100 over 8000 twips, ticks every 10 cm, the last one 40 twips short.
     QCOMPARE(o.w->Ruler.iTwipsPerCm, qint16(80));
     QCOMPARE(o.w->RulerView()->lblDBHScale(10)->text(), QStringLiteral("100"));
@@ -152,17 +144,17 @@ void tst_frmParameters::unloadGivesBackPlaceAndCount()
     QCOMPARE(o.host.NumOpenWindows, 0);
     QVERIFY(o.host.LeftForm().isNull());
     QVERIFY(o.ends.isEmpty());
-    QVERIFY(o.env.tm->DBEngine.IsOpen());
+    QVERIFY(o.env.tm.DBEngine.IsOpen());
 }
 
 void tst_frmParameters::unloadStartedWithRunEndsProcess()
 {
     Opened o;
-    o.env.tm->RunOnCommandLine = true;
+    o.env.tm.RunOnCommandLine = true;
     o.w->close();
     QCOMPARE(o.ends, QList<int>{0});
-    QVERIFY(!o.env.tm->DBEngine.IsOpen());
-    OpenGameDB(*o.env.tm, false);   // for the test's own end, which closes it once more
+    QVERIFY(!o.env.tm.DBEngine.IsOpen());
+    OpenGameDB(o.env.tm, false);   // for the test's own end, which closes it once more
 }
 
 void tst_frmParameters::yearsOfTheRun()
@@ -298,9 +290,9 @@ void tst_frmParameters::classBoxLabels()
     QFETCH(QString, count);
     QFETCH(QStringList, labels);
     Opened o;
-    Opened::retype(o.box(QStringLiteral("txtNumofClasses")), count);
-    Opened::retype(o.box(QStringLiteral("txtClassWidth")), width);
-    Opened::retype(o.box(QStringLiteral("txtClassStart")), start);
+    Retype(o.box(QStringLiteral("txtNumofClasses")), count);
+    Retype(o.box(QStringLiteral("txtClassWidth")), width);
+    Retype(o.box(QStringLiteral("txtClassStart")), start);
     QCOMPARE(o.label(QStringLiteral("lblDbhError")), labels[0]);
     QCOMPARE(o.label(QStringLiteral("lblClassStartError")), labels[1]);
     QCOMPARE(o.label(QStringLiteral("lblClassWidthError")), labels[2]);
@@ -320,9 +312,9 @@ void tst_frmParameters::classBoxLabels()
 void tst_frmParameters::goodEntryRebuildsRuler()
 {
     Opened o;
-    Opened::retype(o.box(QStringLiteral("txtClassStart")), QStringLiteral("12.5"));
-    Opened::retype(o.box(QStringLiteral("txtClassWidth")), QStringLiteral("2.5"));
-    Opened::retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("20"));
+    Retype(o.box(QStringLiteral("txtClassStart")), QStringLiteral("12.5"));
+    Retype(o.box(QStringLiteral("txtClassWidth")), QStringLiteral("2.5"));
+    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("20"));
     QCOMPARE(o.w->Layout.ClassCount(), qint16(20));
     QCOMPARE(o.w->Layout.aClass[19].MinDia, 60.0);
     QCOMPARE(o.panel(0)->text(), QStringLiteral("13.75"));
@@ -432,8 +424,6 @@ void tst_frmParameters::resetQuestionCancelAsksOnce()
     count->selectAll();
     QTest::keyClick(count, Qt::Key_5);
     QCOMPARE(o.env.questions.asked().size(), 1);
-    QCOMPARE(o.env.questions.asked()[0].title, QStringLiteral("Reset DBH Classes?"));
-    QCOMPARE(o.env.questions.asked()[0].text, QStringLiteral("Reset all DBH classes?"));
     QCOMPARE(count->text(), QStringLiteral("10"));
     QCOMPARE(o.w->Layout.aClass[2].MaxDia, edge);
     QCOMPARE(o.w->Layout.ClassCount(), qint16(10));
@@ -468,7 +458,7 @@ void tst_frmParameters::pressOnNarrowPanelEdgeOpensEditor()
     Opened o;
     // 1 cm classes over 8000 twips from 0 to 10: 800 twips each; 0.5 cm makes 400, and a
     // 30-class layout of 0.5 cm 600 each. A class of 1 cm among 30 of 10 cm is narrow enough.
-    Opened::retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
+    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
     // Make class 3 narrow by dragging its right edge onto its left.
     QTest::mousePress(o.panel(3), Qt::LeftButton, {}, o.at(3, o.rightEdge(3)));
     QTest::mouseMove(o.panel(3), o.at(3, -200));
@@ -491,7 +481,7 @@ void tst_frmParameters::longRulerScrolls()
     Opened o;
     auto *scroll = o.ctl<QScrollBar>(QStringLiteral("hsScrollDBH"));
     QVERIFY(!scroll->isEnabled());
-    Opened::retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
+    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
     // 30 classes: 18000 twips of ruler, wider than the view.
     QCOMPARE(o.w->Ruler.iDrawWidth, qint16(18000));
     QVERIFY(scroll->isEnabled());
@@ -499,7 +489,7 @@ void tst_frmParameters::longRulerScrolls()
     scroll->setValue(1500);
     QCOMPARE(o.w->RulerView()->DrawArea()->x(), -100);
     // Back to ten classes: the ruler fits, and stands at its start again.
-    Opened::retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("10"));
+    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("10"));
     QVERIFY(!scroll->isEnabled());
     QCOMPARE(o.w->RulerView()->DrawArea()->x(), 0);
 }
@@ -546,13 +536,13 @@ void tst_frmParameters::comingBackDrawsTheSampleAgain()
 
 void tst_frmParameters::firstDrawingGivesEachClassItsRoom()
 {
-    TestEnv env;
-    env.openNewDatabase();
-    env.tm->settings.ClassesStart = 5;
-    env.tm->settings.ClassesWidth = 2.5;
-    env.tm->settings.NumClasses = 24;
+    RunDatabase env{RunDatabase::Db::None};
+    env.openAsProgram();
+    env.tm.settings.ClassesStart = 5;
+    env.tm.settings.ClassesWidth = 2.5;
+    env.tm.settings.NumClasses = 24;
     WindowHostStub host;
-    QPointer<frmParameters> w = new frmParameters(*env.tm, host);
+    QPointer<frmParameters> w = new frmParameters(env.tm, host);
     // One SetClasses at load: 24 classes of 600 twips, a ruler longer than the view.
     QCOMPARE(Control<QLineEdit>(w, QStringLiteral("txtNumofClasses"))->text(), QStringLiteral("24"));
     QCOMPARE(w->Ruler.iDrawWidth, qint16(24 * 600));

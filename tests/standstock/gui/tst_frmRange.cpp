@@ -1,4 +1,5 @@
-#include "support/StandStockTestRun.h"
+#include "support/GuiBench.h"
+#include "support/SampleRuns.h"
 
 #include "standstock/gui/ClassRulerView.h"
 #include "standstock/gui/frmParameters.h"
@@ -19,33 +20,26 @@ namespace {
 // A stand and stock window with the classes 10-15, 15-20 and 20 up (drawn to 25), and its
 // range editor opened on one class by a press in the middle of its panel.
 struct Editing {
-    TestEnv env;
+    RunDatabase env{RunDatabase::Db::None};
     WindowHostStub host;
     QPointer<frmParameters> w;
 
     Editing()
     {
-        env.openNewDatabase();
+        env.openAsProgram();
         AddSampleRun(env);
-        w = new frmParameters(*env.tm, host);
+        w = new frmParameters(env.tm, host);
         w->This_RunId = QStringLiteral("R1");
         w->This_SorH = QStringLiteral("S");
         w->UpdateHeaderList();
         w->show();
-        retype(box(w, QStringLiteral("txtClassStart")), QStringLiteral("10"));
-        retype(box(w, QStringLiteral("txtClassWidth")), QStringLiteral("5"));
-        retype(box(w, QStringLiteral("txtNumofClasses")), QStringLiteral("3"));
+        Retype(box(w, QStringLiteral("txtClassStart")), QStringLiteral("10"));
+        Retype(box(w, QStringLiteral("txtClassWidth")), QStringLiteral("5"));
+        Retype(box(w, QStringLiteral("txtNumofClasses")), QStringLiteral("3"));
     }
     ~Editing() { delete w; }
 
     static QLineEdit *box(QWidget *form, const QString &name) { return Control<QLineEdit>(form, name); }
-    static void retype(QLineEdit *box, const QString &text)
-    {
-        box->setFocus();
-        box->selectAll();
-        QTest::keyClick(box, Qt::Key_Delete);
-        QTest::keyClicks(box, text);
-    }
     frmRange *range() const { return w->RangeEditor(); }
     ClassPanel *panel(int i) const { return w->RulerView()->SSPanel2(i); }
     void open(int i)
@@ -54,7 +48,7 @@ struct Editing {
         QTest::mousePress(panel(i), Qt::LeftButton, {}, middle);
         QTest::mouseRelease(panel(i), Qt::LeftButton, {}, middle);
     }
-    void type(const QString &name, const QString &text) { retype(box(range(), name), text); }
+    void type(const QString &name, const QString &text) { Retype(box(range(), name), text); }
     QString text(const QString &name) const { return box(range(), name)->text(); }
     QString error() const { return Control<QLabel>(range(), QStringLiteral("lblDbhError"))->text(); }
     QString edges(int i) const
@@ -132,7 +126,7 @@ void tst_frmRange::acceptedMinimumMovesNeighbour()
     QCOMPARE(e.edges(2), QStringLiteral("22-25/23.5"));
     QCOMPARE(e.panel(2)->text(), QStringLiteral("22+"));
     // A change made here is no drag: a new entry in the boxes replaces it without a question.
-    Editing::retype(Editing::box(e.w, QStringLiteral("txtClassWidth")), QStringLiteral("4"));
+    Retype(Editing::box(e.w, QStringLiteral("txtClassWidth")), QStringLiteral("4"));
     QVERIFY(e.env.questions.asked().isEmpty());
     QCOMPARE(e.edges(1), QStringLiteral("14-18/16"));
 }
@@ -142,11 +136,9 @@ void tst_frmRange::refusedEdges_data()
     QTest::addColumn<QString>("box");
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("fault");
+    // Every text of a fault is checked against the rules in tst_classrange; here one of each kind.
     QTest::newRow("minimum 10") << "txtMin" << "10" << "Minimum must be  10.5 or larger.";
-    QTest::newRow("minimum 15.25") << "txtMin" << "15.25" << "Minimum must be a multiple of 0.5";
-    QTest::newRow("maximum 25") << "txtMax" << "25" << "Maximum must be  24.5 or smaller.";
     QTest::newRow("maximum 20.25") << "txtMax" << "20.25" << "Maximum must be a multiple of 0.5";
-    QTest::newRow("maximum equal") << "txtMax" << "15" << "Maximum must be larger than minimum.";
     QTest::newRow("maximum below") << "txtMax" << "12" << "Maximum must be larger than minimum.";
 }
 
@@ -231,7 +223,7 @@ void tst_frmRange::rebuildWhileOpenFollowsLayout()
 {
     Editing e;
     e.open(1);
-    Editing::retype(Editing::box(e.w, QStringLiteral("txtClassStart")), QStringLiteral("20"));
+    Retype(Editing::box(e.w, QStringLiteral("txtClassStart")), QStringLiteral("20"));
     // The editor shows the new edges of its class, and they are whole.
     QCOMPARE(e.edges(0), QStringLiteral("20-25/22.5"));
     QCOMPARE(e.edges(1), QStringLiteral("25-30/27.5"));

@@ -1,5 +1,5 @@
 #include "support/GoldenFile.h"
-#include "support/ReportTestRun.h"
+#include "support/SampleRuns.h"
 #include "support/RunDatabase.h"
 
 #include "app/SendrelError.h"
@@ -20,12 +20,6 @@ using namespace sendrel;
 using namespace sendrel::test;
 
 namespace {
-
-QByteArray readAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
 
 // Acts on the viewer once it is up modally. The compile lets events run between cycles, so a
 // one-shot timer could fire before the viewer exists: this one looks until it finds it.
@@ -76,7 +70,7 @@ void TestViewStandStockReport::init()
 {
     m_db = std::make_unique<RunDatabase>();
     AddReportTestRun(*m_db);
-    m_db->tm().ProgramDir = m_db->dir();
+    m_db->tm.ProgramDir = m_db->dir();
     // The list of years as the window fills it: the year as text, the cycle as item value.
     m_list = std::make_unique<QListWidget>();
     m_list->setSelectionMode(QAbstractItemView::MultiSelection);
@@ -87,7 +81,7 @@ void TestViewStandStockReport::init()
     }
     m_layout = std::make_unique<ClassLayout>();
     QVERIFY(m_layout->SetClasses(u"10", u"5", u"4").passed());
-    m_data = std::make_unique<StandStockData>(*m_layout, m_db->tm().NumSpecies);
+    m_data = std::make_unique<StandStockData>(*m_layout, m_db->tm.NumSpecies);
     m_runDesc = QStringLiteral("from the browser");
     m_pointers.clear();
 }
@@ -102,7 +96,7 @@ void TestViewStandStockReport::cleanup()
 
 void TestViewStandStockReport::view(bool density, const ShowReportViewerFn &show)
 {
-    ViewStandStockReport(m_db->tm(), nullptr, kReportTestRunId, QStringLiteral("S"), m_runDesc, density, *m_list, *m_layout, *m_data,
+    ViewStandStockReport(m_db->tm, nullptr, kReportTestRunId, QStringLiteral("S"), m_runDesc, density, *m_list, *m_layout, *m_data,
                          [this](int pointer) { m_pointers.append(pointer); }, show);
 }
 
@@ -132,7 +126,7 @@ void TestViewStandStockReport::standTableViewedThenCancelled()
         QCOMPARE(viewer.windowTitle(), QStringLiteral("Stand Table Report"));
         QVERIFY(viewer.findChild<QPlainTextEdit *>(QStringLiteral("rtbReport"))->toPlainText().startsWith(QStringLiteral("   CLIRPT: Stand Table")));
         // The file of the desktop is the file of the command line.
-        SENDREL_COMPARE_GOLDEN(readAll(file), QStringLiteral("reports/cli_stand_all_cycles.txt"));
+        SENDREL_COMPARE_GOLDEN(ReadWholeFile(file), QStringLiteral("reports/cli_stand_all_cycles.txt"));
         QTest::mouseClick(viewer.findChild<QPushButton *>(QStringLiteral("cmdCancel")), Qt::LeftButton);
     });
     QCOMPARE(shown, 1);
@@ -155,7 +149,7 @@ void TestViewStandStockReport::stockTableShownModally()
         seen = true;
         QCOMPARE(viewer.windowTitle(), QStringLiteral("Stock Table Report"));
         viewer.close();   // by the frame: the file stays
-        SENDREL_COMPARE_GOLDEN(readAll(viewer.ReportFile), QStringLiteral("reports/cli_stock_all_cycles.txt"));
+        SENDREL_COMPARE_GOLDEN(ReadWholeFile(viewer.ReportFile), QStringLiteral("reports/cli_stock_all_cycles.txt"));
     });
     view(false);
     QVERIFY(seen);

@@ -1,6 +1,6 @@
-#include "ReportTestRun.h"
+#include "support/SampleRuns.h"
 
-#include "RunDatabase.h"
+#include "support/RunDatabase.h"
 
 namespace sendrel::test {
 
@@ -36,6 +36,29 @@ void AddReportTestRun(RunDatabase &db)
     db.addRun(r, QStringLiteral("H"));
     db.addHeader(r, QStringLiteral("H"), 2, 2010);
     db.addTree(r, QStringLiteral("H"), 2, 3, 13, 999, 9.0);
+}
+
+void AddSampleRun(RunDatabase &db)
+{
+    db.addRun(QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("Spacing trial"));
+    db.addHeader(QStringLiteral("R1"), QStringLiteral("S"), 1, 2000);
+    db.addHeader(QStringLiteral("R1"), QStringLiteral("S"), 2, 2010);
+    const struct {
+        int cycle, species;
+        double dbh, tph, vol;
+    } trees[] = {
+        {1, 3, 12.0, 100, 0.10}, {1, 3, 20.0, 50, 0.40}, {1, 1, 25.0, 30, 0.55}, {1, 7, 8.0, 200, 0.02},
+        {1, 3, 95.0, 2, 6.0},    {2, 3, 30.0, 80, 0.9},
+    };
+    for (const auto &t : trees) {
+        db.exec(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, Total_Volume, "
+                               "Cycle_Number, Standing_Harvested, MerchVolLessDWB) VALUES ('R1', %1, %2, %3, %4, %5, 'S', 0)")
+                    .arg(t.species)
+                    .arg(t.tph)
+                    .arg(t.dbh)
+                    .arg(t.vol)
+                    .arg(t.cycle));
+    }
 }
 
 }  // namespace sendrel::test
