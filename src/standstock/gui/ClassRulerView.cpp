@@ -176,7 +176,7 @@ double ClassRulerView::ViewAreaWidth() const
 
 void ClassRulerView::UpdateDrawArea()
 {
-    // Room behind the spec'd width for the last scale label, which stands centred on its tick.
+    // Room behind the ruler's width for the last scale label, which stands centred on its tick.
     m_drawArea->setGeometry(m_drawArea->x(), 0, TwipsToPixels(m_ruler.DrawAreaWidth()) + 20, kDrawHeight);
     updateScrollBar();
 }
