@@ -13,11 +13,8 @@ int CliDelete(CliContext &ctx)
     if (!TakeRunAndKind(ctx, QStringLiteral("usage: sendrel-cli --db PATH delete RUN --kind S|H"), runId, kind, code))
         return code;
     CliDatabaseSession session(ctx);
-    session.open();
-    if (!RunExists(session.tm, runId, kind)) {
-        ctx.err << NoSuchRunMessage(ctx, runId, kind) << '\n';
+    if (!OpenSessionOnRun(session, runId, kind))
         return CliFailure;
-    }
     DeleteRun(session.tm, runId, kind);
     return CliOk;
 }

@@ -45,4 +45,13 @@ QString NoSuchRunMessage(const CliContext &ctx, const QString &runId, const QStr
              QDir::toNativeSeparators(ctx.dbPath));
 }
 
+bool OpenSessionOnRun(CliDatabaseSession &session, const QString &runId, const QString &kind)
+{
+    session.open();
+    if (RunExists(session.tm, runId, kind))
+        return true;
+    session.ctx.err << NoSuchRunMessage(session.ctx, runId, kind) << '\n';
+    return false;
+}
+
 }  // namespace sendrel

@@ -13,11 +13,8 @@ int CliYears(CliContext &ctx)
     if (!TakeRunAndKind(ctx, QStringLiteral("usage: sendrel-cli --db PATH years RUN --kind S|H"), runId, kind, code))
         return code;
     CliDatabaseSession session(ctx);
-    session.open();
-    if (!RunExists(session.tm, runId, kind)) {
-        ctx.err << NoSuchRunMessage(ctx, runId, kind) << '\n';
+    if (!OpenSessionOnRun(session, runId, kind))
         return CliFailure;
-    }
     // The stand and stock window's list of years, so the order is the same.
     for (const CycleListEntry &entry : UpdateHeaderList(session.tm, runId, kind))
         ctx.out << entry.cycle << '\t' << entry.yearText << '\n';
