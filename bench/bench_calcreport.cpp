@@ -4,12 +4,12 @@
 // --order-index an index that serves the statement's order (and covers its columns) is added
 // to the bench's database first, to show what the sort of the statement costs.
 
-#include "app/ScriptedQuestions.h"
-#include "app/SettingsStore.h"
+#include "base/ScriptedQuestions.h"
+#include "base/SettingsStore.h"
 #include "app/TreeModel.h"
-#include "standstock/ClassLayout.h"
-#include "standstock/StandStockData.h"
-#include "store/GameDB.h"
+#include "domain/standstock/ClassLayout.h"
+#include "domain/standstock/StandStockData.h"
+#include "app/GameDB.h"
 #include "store/Schema.h"
 
 #include <QCoreApplication>
@@ -114,7 +114,7 @@ int main(int argc, char *argv[])
     ClassLayout layout;
     if (!layout.SetClasses(u"2", u"2.5", u"30").passed())
         qFatal("layout refused");
-    StandStockData data(layout, tm.NumSpecies);
+    StandStockData data(layout, tm.db.NumSpecies);
 
     data.CalcReport(tm, QStringLiteral("BIG"), QStringLiteral("S"), 1);   // warm the file cache
     std::vector<double> ms;

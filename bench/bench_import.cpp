@@ -7,12 +7,12 @@
 // Each import runs in a process of its own (this program again, or sqlite3), so that times and
 // peak resident memory are those of the import alone.
 
-#include "app/ScriptedQuestions.h"
-#include "app/SettingsStore.h"
+#include "base/ScriptedQuestions.h"
+#include "base/SettingsStore.h"
 #include "app/TreeModel.h"
-#include "app/UserQuestions.h"
-#include "import/ImportTreeList.h"
-#include "import/TreeListWriter.h"
+#include "base/UserQuestions.h"
+#include "domain/import/ImportTreeList.h"
+#include "domain/import/TreeListWriter.h"
 #include "store/Schema.h"
 
 #include <QCoreApplication>
@@ -102,13 +102,13 @@ int importChild(const QString &db, const QString &list)
     tm.DBEngine.PathToDB = db;
     tm.DBEngine.OpenDB();
     tm.DBEngine.SQLString = QStringLiteral("Select * from Model_Run  WHERE 0=0");
-    tm.ModelRunRS = tm.DBEngine.RetreiveRecords();
+    tm.db.ModelRunRS = tm.DBEngine.RetreiveRecords();
 
     QElapsedTimer timer;
     timer.start();
     const ImportResult r = ImportTreeList(tm, list, QStringLiteral("S"));
     const double ms = static_cast<double>(timer.nsecsElapsed()) / 1e6;
-    tm.ModelRunRS.Close();
+    tm.db.ModelRunRS.Close();
     tm.DBEngine.CloseDB();
     if (!r.completed()) {
         std::fprintf(stderr, "import did not complete: %s\n", qPrintable(r.detail));

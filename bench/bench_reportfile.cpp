@@ -1,16 +1,16 @@
 // Time of the largest stand and stock report: 20 selected years of 30 classes and twelve
 // species (so "Other:" and all twelve column groups), written to the scratch tables and then
 // turned into the report text file.
-#include "app/Numbers.h"
-#include "app/ScriptedQuestions.h"
-#include "app/ToolBox.h"
-#include "app/SettingsStore.h"
+#include "base/Numbers.h"
+#include "base/ScriptedQuestions.h"
+#include "base/ToolBox.h"
+#include "base/SettingsStore.h"
 #include "app/TreeModel.h"
-#include "output/ReportFile.h"
-#include "standstock/ClassLayout.h"
-#include "standstock/StandStockData.h"
-#include "standstock/StandStockTables.h"
-#include "store/GameDB.h"
+#include "domain/output/ReportFile.h"
+#include "domain/standstock/ClassLayout.h"
+#include "domain/standstock/StandStockData.h"
+#include "domain/standstock/StandStockTables.h"
+#include "app/GameDB.h"
 #include "store/Schema.h"
 
 #include <QCoreApplication>
@@ -79,11 +79,11 @@ int main(int argc, char *argv[])
 
     ClassLayout layout;
     layout.SetClasses(u"0", u"5", u"30");
-    StandStockData results(layout, tm.NumSpecies);
+    StandStockData results(layout, tm.db.NumSpecies);
     QElapsedTimer timer;
     timer.start();
     for (int cycle = 1; cycle <= kCycles; ++cycle) {
-        fill(results, tm.NumSpecies, cycle);
+        fill(results, tm.db.NumSpecies, cycle);
         WriteStandStockTables(tm, results, layout, true, static_cast<qint16>(cycle), QStringLiteral("BENCH"),
                               static_cast<qint16>(cycle), static_cast<qint16>(2000 + 10 * cycle), QStringLiteral("BENCH: Stand Table"),
                               QStringLiteral("Printed by: "));

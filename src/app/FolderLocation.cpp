@@ -1,10 +1,10 @@
 #include "app/FolderLocation.h"
 
-#include "app/SendrelError.h"
-#include "app/Settings.h"
-#include "app/SettingsStore.h"
+#include "base/SendrelError.h"
+#include "base/Settings.h"
+#include "base/SettingsStore.h"
 #include "app/TreeModel.h"
-#include "app/UserQuestions.h"
+#include "base/UserQuestions.h"
 
 #include <QDir>
 #include <QFile>
@@ -171,15 +171,15 @@ bool locateFolder(TreeModel &tm, QString &folder, const FolderKind &kind)
         CopyFolderFiles(tm.questions, source, path, true, QString::fromLatin1(kind.overwriteTitle));
 
         const QString key = QString::fromLatin1(kind.key);
-        tm.store.SaveSetting(kSectionCommon, key, path);
+        tm.settingsStore.SaveSetting(kSectionCommon, key, path);
         try {
-            tm.store.DeleteSetting(kSectionKestrane, key);
+            tm.settingsStore.DeleteSetting(kSectionKestrane, key);
         } catch (const SendrelError &e) {
             // The suite's front end may never have stored a folder of its own.
             if (e.number() != ErrNo::InvalidCall)
                 throw;
         }
-        tm.store.sync();
+        tm.settingsStore.sync();
         return true;
     } catch (const SendrelError &e) {
         throw e.withDescription(QString::fromLatin1(kind.routine) + e.description());

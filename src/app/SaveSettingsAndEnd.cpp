@@ -1,14 +1,14 @@
 #include "app/SaveSettingsAndEnd.h"
 
 #include "app/TreeModel.h"
-#include "store/GameDB.h"
+#include "app/GameDB.h"
 
 namespace sendrel {
 
 void SaveSettingsAndEnd(TreeModel &tm, double leftPos, double topPos)
 {
     CloseGameDB(tm);
-    tm.settings.SaveSettings(tm.store, leftPos, topPos);
+    tm.settings.SaveSettings(tm.settingsStore, leftPos, topPos);
     tm.EndProcess(0);
 }
 

@@ -8,13 +8,20 @@
 namespace sendrel {
 
 TreeModel::TreeModel(SettingsStore &s, UserQuestions &q)
-    : store(s), questions(q), EndProcess([](int code) { std::exit(code); })
+    : settingsStore(s), questions(q), DBEngine(db.DBEngine), EndProcess([](int code) { std::exit(code); })
 {
 }
 
 QString TreeModel::InstallationFolder() const
 {
     return QFileInfo(QDir::cleanPath(ProgramDir)).path();
+}
+
+QString TreeModel::ReportFolder() const
+{
+    if (!settings.WorkDir.isEmpty() && QFileInfo(settings.WorkDir).isDir())
+        return settings.WorkDir;
+    return settings.DataDir;
 }
 
 }  // namespace sendrel

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "app/Settings.h"
-#include "store/DBEngine.h"
-#include "store/Recordset.h"
+#include "base/Settings.h"
+#include "store/RunStore.h"
 
 #include <QString>
 
@@ -13,24 +12,20 @@ namespace sendrel {
 class SettingsStore;
 class UserQuestions;
 
-// What the process owns for its whole life: the engine, the long-lived recordsets, the
-// settings variables, how it was started. One instance, made by the entry point and handed
+// What the process owns for its whole life: the run database with its long-lived recordsets,
+// the settings variables, how it was started. One instance, made by the entry point and handed
 // to whoever needs it (no global, so tests make their own).
 struct TreeModel {
-    TreeModel(SettingsStore &store, UserQuestions &questions);
+    TreeModel(SettingsStore &settingsStore, UserQuestions &questions);
 
-    SettingsStore &store;
+    SettingsStore &settingsStore;
     UserQuestions &questions;
     Settings settings;          // DataDir and WorkDir live here as settings.DataDir, settings.WorkDir
-    clsDBEngine DBEngine;
+    RunStore db;
+    clsDBEngine &DBEngine;      // the one engine, db's
 
     QString ProgramDir;         // the folder of the executable
     QString GameDBPath;
-    Recordset ModelRunRS;
-    Recordset ModelEntriesRS;
-    Recordset ModelHeaderRS;
-    Recordset SpeciesRS;
-    qint32 NumSpecies = 0;
 
     qint16 ModelVariant = 0;
     QString CurrentRunId;
@@ -42,6 +37,9 @@ struct TreeModel {
 
     // The parent of the program's folder: where an installation keeps Data, Work and Help.
     QString InstallationFolder() const;
+    // Where report files go: the Work folder, which the user can write (an installation is
+    // never written to); the Data folder when no Work folder is set.
+    QString ReportFolder() const;
 };
 
 // Thrown by EndProcess replacements in tests, so that "does not return" holds there too.

@@ -1,146 +1,274 @@
-#include "cli/Cli.h"
+#include "cli/Command.h"
 
-#include "app/SendrelError.h"
-#include "app/SettingsStore.h"
-#include "app/Settings.h"
-#include "app/FolderLocation.h"
+#include "base/SendrelError.h"
+#include "base/Settings.h"
+#include "base/SettingsStore.h"
+#include "cli/Commands.h"
+#include "store/DBEngine.h"
 #include "store/Schema.h"
 
-#include <functional>
+#include <QDir>
+#include <QRegularExpression>
 
 namespace sendrel {
 
 namespace {
 
-struct CommandEntry {
-    const char *name;
-    std::function<int(CliContext &)> run;
-};
+const QString kTool = QStringLiteral("sendrel-cli");
 
-const QString kUsage = QStringLiteral(
-    "usage: sendrel-cli [--db PATH] <command> [arguments]\n"
-    "commands: init, import, runs, years, delete, describe, report, chart\n"
-    "developer extra: generate-sample STANDING.lst HARVESTED.lst [--seed N] [--run-name NAME] [--cycles N] [--records N]\n"
-    "developer extra: register-installation FOLDER (sets Common DataDir and WorkDir to FOLDER/Data and FOLDER/Work when unset)");
-
-QList<CommandEntry> commands()
+QCommandLineOption helpOption()
 {
-    return {
-        {"init", CliInit},
-        {"chart", CliChart},
-        {"import", CliImport},
-        {"runs", CliRuns},
-        {"years", CliYears},
-        {"delete", CliDelete},
-        {"describe", CliDescribe},
-        {"generate-sample", CliGenerateSample},
-        {"register-installation", CliRegisterInstallation},
-        {"report", CliReport},
-    };
+    return QCommandLineOption({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this help."));
+}
+
+QString toolUsage()
+{
+    return QStringLiteral("usage: sendrel-cli [--db PATH] [--wait SECONDS] <command> [arguments]");
+}
+
+QString toolHelp(const std::vector<std::unique_ptr<Command>> &commands)
+{
+    QString text = toolUsage() + QStringLiteral("\n\nThe headless tool of Sendrel: it never opens a window and never asks; "
+                                                "where the desktop program would ask, a flag answers.\n\nGlobal options:\n"
+                                                "  --db PATH        the run database (default: the Data folder of the settings)\n"
+                                                "  --wait SECONDS   how long to wait for a database another program is writing (default 10)\n"
+                                                "  -h, --help       this help; after a command, that command's help\n\nCommands:\n");
+    for (const auto &c : commands)
+        text += QStringLiteral("  %1%2\n").arg(c->name().leftJustified(22), c->summary());
+    text += QStringLiteral("\nExit status: 0 success, 1 failure (told on stderr), 2 usage error.\n");
+    return text;
+}
+
+int usageError(CliContext &ctx, const QString &message, const QString &usage)
+{
+    ctx.err << kTool << ": " << message << "\n" << usage << "\n";
+    ctx.err.flush();
+    return CliUsage;
+}
+
+// An option's value never starts with "-": that is the next option, missing its value before it.
+// The one value that may is "-" for -o, the standard output.
+QString valueFault(const QCommandLineParser &parser, const QList<QCommandLineOption> &options)
+{
+    for (const QCommandLineOption &option : options) {
+        if (option.valueName().isEmpty())
+            continue;
+        const QString name = option.names().constLast();
+        if (!parser.isSet(name))
+            continue;
+        for (const QString &value : parser.values(name)) {
+            if (value == QLatin1String("-") && name == QLatin1String("o"))
+                continue;
+            if (value.startsWith(QLatin1Char('-')))
+                return QStringLiteral("%1%2 needs a value, not '%3'")
+                    .arg(name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--"), name, value);
+        }
+        if (parser.values(name).size() > 1)
+            return QStringLiteral("%1%2 is given more than once").arg(name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--"), name);
+    }
+    return QString();
 }
 
 QString defaultDbPath()
 {
     SettingsStore store;
     const QString dataDir = store.GetSetting(kSectionCommon, QStringLiteral("DataDir"));
-    return PathAddBackslash(dataDir) + kGameDBFileName;
+    if (dataDir.isEmpty())
+        return QString();
+    return QDir(QDir::fromNativeSeparators(dataDir)).filePath(kGameDBFileName);
 }
 
 }  // namespace
 
-bool TakeOption(QStringList &args, const QString &name, QString &value, bool &present)
+QString Command::usageLine() const
 {
-    const qsizetype at = args.indexOf(name);
-    present = at >= 0;
-    if (!present)
-        return true;
-    if (at + 1 >= args.size())
-        return false;
-    value = args.at(at + 1);
-    args.remove(at, 2);
-    return true;
+    return QStringLiteral("usage: sendrel-cli [--db PATH] ") + name() + QLatin1Char(' ') + synopsis();
 }
 
-int CliCommandUsage(CliContext &ctx, const QString &usage, const QString &message)
+QString Command::help() const
 {
-    ctx.err << "sendrel-cli: " << message << "\nusage: sendrel-cli [--db PATH] " << usage << "\n";
-    ctx.err.flush();
-    return CliUsage;
-}
-
-int CliFailureMessage(CliContext &ctx, const QString &message)
-{
-    ctx.err << "sendrel-cli: " << message << "\n";
-    ctx.err.flush();
-    return CliFailure;
-}
-
-QString CheckRunAndKind(const QStringList &args, const QString &command, const QString &kind, bool hasKind,
-                        QString &runId, QString &sorH)
-{
-    for (const QString &a : args) {
-        if (a.startsWith(QLatin1Char('-')))
-            return QStringLiteral("unknown option ") + a;
+    QString text = usageLine() + QStringLiteral("\n\n") + summary() + QLatin1Char('\n');
+    const QList<QCommandLineOption> opts = options();
+    if (!opts.isEmpty())
+        text += QStringLiteral("\nOptions:\n");
+    for (const QCommandLineOption &o : opts) {
+        QStringList names;
+        for (const QString &n : o.names())
+            names.append((n.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + n);
+        QString head = names.join(QStringLiteral(", "));
+        if (!o.valueName().isEmpty())
+            head += QLatin1Char(' ') + o.valueName();
+        text += QStringLiteral("  %1  %2\n").arg(head.leftJustified(30), o.description());
     }
-    if (args.size() != 1)
-        return command + QStringLiteral(" needs one run");
-    runId = args.first();
-    sorH = kind.toUpper();
-    if (!hasKind || (sorH != QLatin1String("S") && sorH != QLatin1String("H")))
-        return QStringLiteral("--kind must be S or H");
-    return QString();
-}
-
-int CliUsageError(CliContext &ctx, const QString &message)
-{
-    if (!message.isEmpty())
-        ctx.err << "sendrel-cli: " << message << "\n";
-    ctx.err << kUsage << "\n";
-    ctx.err.flush();
-    return CliUsage;
+    text += QStringLiteral("  %1  %2\n").arg(QStringLiteral("-h, --help").leftJustified(30), QStringLiteral("Shows this help."));
+    return text;
 }
 
 int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
 {
-    QStringList args = arguments;
-    CliContext ctx{QString(), {}, out, err};
-    QString db;
-    bool hasDb = false;
-    // Global options stand ahead of the command.
-    while (!args.isEmpty() && args.first().startsWith(QLatin1String("--"))) {
-        if (args.first() == QLatin1String("--db")) {
-            if (args.size() < 2)
-                return CliUsageError(ctx, QStringLiteral("--db needs a path"));
-            db = args.at(1);
-            hasDb = true;
-            args.remove(0, 2);
-        } else {
-            return CliUsageError(ctx, QStringLiteral("unknown option ") + args.first());
-        }
-    }
-    if (args.isEmpty())
-        return CliUsageError(ctx, QStringLiteral("no command given"));
+    CliContext ctx{QString(), clsDBEngine::kDefaultLockWait, out, err};
+    const std::vector<std::unique_ptr<Command>> commands = AllCommands();
 
-    const QString name = args.takeFirst();
-    for (const CommandEntry &c : commands()) {
-        if (name == QLatin1String(c.name)) {
-            ctx.dbPath = hasDb ? db : defaultDbPath();
-            ctx.args = args;
-            try {
-                const int code = c.run(ctx);
-                out.flush();
-                err.flush();
-                return code;
-            } catch (const SendrelError &e) {
-                err << e.description() << "\n";
-                if (e.number() != 0)
-                    err << "(" << e.number() << ")\n";
-                err.flush();
-                return CliFailure;
-            }
+    // The global options stand ahead of the command; everything from the command on is its own.
+    QCommandLineParser global;
+    global.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    const QCommandLineOption db(QStringLiteral("db"), QStringLiteral("The run database."), QStringLiteral("PATH"));
+    const QCommandLineOption wait(QStringLiteral("wait"), QStringLiteral("Seconds to wait for a locked database."), QStringLiteral("SECONDS"));
+    global.addOptions({db, wait, helpOption()});
+    if (!global.parse(QStringList{kTool} + arguments))
+        return usageError(ctx, global.errorText(), toolUsage());
+    if (const QString fault = valueFault(global, {db, wait}); !fault.isEmpty())
+        return usageError(ctx, fault, toolUsage());
+    const QStringList rest = global.positionalArguments();
+    if (rest.isEmpty()) {
+        if (!global.isSet(QStringLiteral("help")))
+            return usageError(ctx, QStringLiteral("no command given"), toolUsage());
+        out << toolHelp(commands);
+        out.flush();
+        return CliOk;
+    }
+    if (global.isSet(wait)) {
+        static const QRegularExpression seconds(QStringLiteral("^[0-9]{1,5}(\\.[0-9]+)?$"));
+        if (!seconds.match(global.value(wait)).hasMatch())
+            return usageError(ctx, QStringLiteral("--wait takes a number of seconds, not '%1'").arg(global.value(wait)), toolUsage());
+        ctx.lockWait = std::chrono::milliseconds(static_cast<qint64>(global.value(wait).toDouble() * 1000));
+    }
+
+    const QString name = rest.first();
+    Command *command = nullptr;
+    for (const auto &c : commands) {
+        if (c->name() == name)
+            command = c.get();
+    }
+    if (!command)
+        return usageError(ctx, QStringLiteral("unknown command '%1'").arg(name), toolUsage());
+
+    QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    const QList<QCommandLineOption> options = command->options();
+    parser.addOptions(options);
+    parser.addOption(helpOption());
+    if (!parser.parse(QStringList{kTool} + rest.mid(1)))
+        return usageError(ctx, parser.errorText(), command->usageLine());
+    if (parser.isSet(QStringLiteral("help")) || global.isSet(QStringLiteral("help"))) {
+        out << command->help();
+        out.flush();
+        return CliOk;
+    }
+    if (const QString fault = valueFault(parser, options); !fault.isEmpty())
+        return usageError(ctx, fault, command->usageLine());
+    const QStringList args = parser.positionalArguments();
+    if (args.size() < command->minArguments() || args.size() > command->maxArguments()) {
+        const QString problem = args.size() < command->minArguments()
+                                    ? QStringLiteral("%1 lacks an argument").arg(name)
+                                    : QStringLiteral("unexpected argument '%1'").arg(args.at(command->maxArguments()));
+        return usageError(ctx, problem, command->usageLine());
+    }
+
+    if (global.isSet(db)) {
+        ctx.dbPath = global.value(db);
+    } else {
+        ctx.dbPath = defaultDbPath();
+    }
+    try {
+        const int code = command->run(ctx, parser, args);
+        out.flush();
+        err.flush();
+        return code;
+    } catch (const CliUsageFault &fault) {
+        out.flush();
+        return usageError(ctx, fault.message, command->usageLine());
+    } catch (const SendrelError &e) {
+        out.flush();
+        err << kTool << ": " << e.description() << "\n";
+        err.flush();
+        return CliFailure;
+    }
+}
+
+RunKind KindOption(const QCommandLineParser &parser)
+{
+    if (!parser.isSet(QStringLiteral("kind")))
+        throw CliUsageFault{QStringLiteral("--kind is required")};
+    const QString text = parser.value(QStringLiteral("kind"));
+    const std::optional<RunKind> kind = ParseKind(text);
+    if (!kind)
+        throw CliUsageFault{QStringLiteral("--kind takes standing, harvested, S or H, not '%1'").arg(text)};
+    return *kind;
+}
+
+QList<qint64> NumberListOption(const QCommandLineParser &parser, const QString &name)
+{
+    static const QRegularExpression wholeNumber(QStringLiteral("^-?[0-9]{1,9}$"));
+    QList<qint64> numbers;
+    const QString text = parser.value(name);
+    for (const QString &part : text.split(QLatin1Char(','))) {
+        const QString p = part.trimmed();
+        if (!wholeNumber.match(p).hasMatch())
+            throw CliUsageFault{QStringLiteral("--%1 takes whole numbers separated by commas, not '%2'").arg(name, text)};
+        numbers.append(p.toLongLong());
+    }
+    return numbers;
+}
+
+int ChoiceOption(const QCommandLineParser &parser, const QString &name, const QStringList &choices, int fallback)
+{
+    if (!parser.isSet(name))
+        return fallback;
+    const QString text = parser.value(name);
+    const qsizetype at = choices.indexOf(text.toLower());
+    if (at < 0)
+        throw CliUsageFault{QStringLiteral("--%1 takes %2, not '%3'").arg(name, choices.join(QStringLiteral(", ")), text)};
+    return static_cast<int>(at);
+}
+
+QString RunIdArgument(const QString &text, const QString &what)
+{
+    if (text.isEmpty())
+        throw CliUsageFault{QStringLiteral("%1 needs a Run Id").arg(what)};
+    if (text.size() > kMostRunIdCharacters)
+        throw CliUsageFault{QStringLiteral("%1 takes a Run Id of at most %2 characters, as the desktop's Run Id box does")
+                                .arg(what)
+                                .arg(kMostRunIdCharacters)};
+    return text;
+}
+
+QString EscapedForLine(const QString &text)
+{
+    QString line;
+    line.reserve(text.size());
+    for (const QChar c : text) {
+        switch (c.unicode()) {
+        case '\\': line += QStringLiteral("\\\\"); break;
+        case '\t': line += QStringLiteral("\\t"); break;
+        case '\n': line += QStringLiteral("\\n"); break;
+        case '\r': line += QStringLiteral("\\r"); break;
+        default:
+            if (c.unicode() < 32 || c.unicode() == 127 || (c.unicode() >= 0x80 && c.unicode() < 0xa0))
+                line += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+            else
+                line += c;
         }
     }
-    return CliUsageError(ctx, QStringLiteral("unknown command ") + name);
+    return line;
+}
+
+namespace {
+ChartFileWriter &chartFileWriter()
+{
+    static ChartFileWriter writer;
+    return writer;
+}
+}  // namespace
+
+void SetChartFileWriter(ChartFileWriter writer)
+{
+    chartFileWriter() = std::move(writer);
+}
+
+const ChartFileWriter &CurrentChartFileWriter()
+{
+    return chartFileWriter();
 }
 
 }  // namespace sendrel

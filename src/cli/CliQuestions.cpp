@@ -10,7 +10,9 @@ constexpr int kMaxDuplicateRounds = 100;
 
 Answer CliQuestions::message(const MessageRequest &request)
 {
-    m_err << request.text << "\n";
+    QString text = request.text;
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    m_err << text << "\n";
     m_err.flush();
     return request.defaultAnswer;
 }
@@ -52,8 +54,12 @@ QString CliQuestions::askStandingOrHarvested()
     return QString();
 }
 
-bool CliQuestions::askReportText(ReportTextRequest &)
+bool CliQuestions::askReportText(ReportTextRequest &request)
 {
+    if (reportTitle)
+        request.title = *reportTitle;
+    if (reportDescription)
+        request.description = *reportDescription;
     return true;
 }
 

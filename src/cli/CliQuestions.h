@@ -1,8 +1,10 @@
 #pragma once
 
-#include "app/UserQuestions.h"
+#include "base/UserQuestions.h"
 
 #include <QTextStream>
+
+#include <optional>
 
 namespace sendrel {
 
@@ -15,6 +17,9 @@ public:
     explicit CliQuestions(QTextStream &err) : m_err(err) {}
 
     OnDuplicate onDuplicate = OnDuplicate::Fail;
+    // The report dialog's answers; the dialog's presets stand where these are not given.
+    std::optional<QString> reportTitle;
+    std::optional<QString> reportDescription;
     // True once a taken Run Id was met under OnDuplicate::Fail.
     bool duplicateRefused() const { return m_duplicateRefused; }
 

@@ -1,11 +1,10 @@
-#include "cli/Cli.h"
+#include "cli/Command.h"
 
-#include "output/gui/Graph.h"
+#include "graph/Graph.h"
 
 #include <QApplication>
 #include <QCoreApplication>
 
-#include <cstdio>
 #include <cstring>
 #include <memory>
 
@@ -15,7 +14,7 @@ namespace {
 bool drawsChart(int argc, char *argv[])
 {
     for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--db") == 0) {
+        if (std::strcmp(argv[i], "--db") == 0 || std::strcmp(argv[i], "--wait") == 0) {
             ++i;
             continue;
         }
@@ -38,10 +37,8 @@ int main(int argc, char *argv[])
             && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
         app = std::make_unique<QApplication>(argc, argv);
-        sendrel::SetChartFileWriter([](const sendrel::ChartData &chart, const QString &path) {
-            sendrel::Graph graph;
-            graph.setChartData(chart);
-            graph.saveAs(path);
+        sendrel::SetChartFileWriter([](const QList<sendrel::ChartData> &pages, const QString &path) {
+            sendrel::Graph::SaveCharts(pages, path);
         });
     } else {
         app = std::make_unique<QCoreApplication>(argc, argv);

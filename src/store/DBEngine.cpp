@@ -1,14 +1,17 @@
 #include "store/DBEngine.h"
 
-#include "app/SendrelError.h"
+#include "base/SendrelError.h"
 
 #include <QAtomicInt>
+#include <QDir>
 #include <QFileInfo>
+#include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
-#include <QSqlQuery>
-#include <QSqlRecord>
 #include <QThread>
 #include <QUrl>
+
+#include <sqlite3.h>
 
 namespace sendrel {
 
@@ -18,15 +21,15 @@ QAtomicInt g_connectionCounter;
 
 const QString kSource = QStringLiteral("SQLite");
 
-bool isBusy(const QSqlError &error)
+SendrelError closedConnection()
 {
-    const QString code = error.nativeErrorCode();
-    // SQLITE_BUSY, SQLITE_LOCKED and their extended codes.
-    bool ok = false;
-    const int n = code.toInt(&ok);
-    if (ok && ((n & 0xff) == 5 || (n & 0xff) == 6))
-        return true;
-    return error.databaseText().contains(QLatin1String("locked"), Qt::CaseInsensitive);
+    return SendrelError(ErrNo::ClosedObject, kSource, QStringLiteral("Operation is not allowed when the object is closed."));
+}
+
+bool isBusy(int rc)
+{
+    const int primary = rc & 0xff;
+    return primary == SQLITE_BUSY || primary == SQLITE_LOCKED;
 }
 
 }  // namespace
@@ -41,48 +44,114 @@ clsDBEngine::~clsDBEngine()
     CloseDB();
 }
 
-SendrelError clsDBEngine::errorFrom(const QSqlError &error)
+SendrelError clsDBEngine::errorFrom(int rc) const
 {
-    QString text = error.databaseText();
-    if (text.isEmpty())
-        text = error.text();
-    if (text.isEmpty())
-        text = QStringLiteral("Unknown database failure");
-    const long number = isBusy(error) || error.type() == QSqlError::ConnectionError ? ErrNo::DatabaseFailure
-                                                                                     : ErrNo::CommandFailure;
-    return SendrelError(number, kSource, text);
+    const QString cause = m_handle ? QString::fromUtf8(sqlite3_errmsg(m_handle)) : QString::fromUtf8(sqlite3_errstr(rc));
+    const QString file = QDir::toNativeSeparators(PathToDB);
+    switch (rc & 0xff) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return SendrelError(ErrNo::DatabaseFailure, kSource,
+                            QStringLiteral("The run database %1 is in use by another program and stayed locked for %2 s (%3).")
+                                .arg(file)
+                                .arg(static_cast<double>(m_lockWait.count()) / 1000.0)
+                                .arg(cause));
+    case SQLITE_FULL:
+        return SendrelError(ErrNo::DatabaseFailure, kSource,
+                            QStringLiteral("There is no room left for the run database %1: the disk is full (%2).").arg(file, cause));
+    case SQLITE_CORRUPT:
+        return SendrelError(ErrNo::DatabaseFailure, kSource,
+                            QStringLiteral("The run database %1 is damaged (%2). Nothing was written to it.").arg(file, cause));
+    case SQLITE_NOTADB:
+        return SendrelError(ErrNo::DatabaseFailure, kSource, QStringLiteral("%1 is not a run database (%2).").arg(file, cause));
+    case SQLITE_IOERR:
+    case SQLITE_CANTOPEN:
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+        return SendrelError(ErrNo::DatabaseFailure, kSource,
+                            QStringLiteral("The run database %1 cannot be written or read (%2).").arg(file, cause));
+    default:
+        return SendrelError(ErrNo::CommandFailure, kSource, cause);
+    }
+}
+
+void clsDBEngine::setLockWait(std::chrono::milliseconds wait)
+{
+    m_lockWait = wait;
+    if (m_handle)
+        sqlite3_busy_timeout(m_handle, static_cast<int>(wait.count()));
 }
 
 void clsDBEngine::OpenDB()
 {
+    open(false);
+}
+
+void clsDBEngine::CreateDB()
+{
+    open(true);
+}
+
+void clsDBEngine::open(bool create)
+{
     CloseDB();
-    if (!QFileInfo(PathToDB).isFile()) {
+    const QFileInfo file(PathToDB);
+    if (create && file.exists()) {
+        throw SendrelError(58, kSource, QStringLiteral("File already exists: ") + QDir::toNativeSeparators(PathToDB));
+    }
+    if (!create && !file.isFile()) {
         throw SendrelError(ErrNo::DatabaseFailure, kSource,
-                           QStringLiteral("Could not find file '%1'.").arg(PathToDB));
+                           QStringLiteral("Could not find file '%1'.").arg(QDir::toNativeSeparators(PathToDB)));
     }
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
     // Opened through a URI so that a missing file is never created behind the user's back.
     QUrl url = QUrl::fromLocalFile(QFileInfo(PathToDB).absoluteFilePath());
-    url.setQuery(QStringLiteral("mode=rw"));
+    url.setQuery(create ? QStringLiteral("mode=rwc") : QStringLiteral("mode=rw"));
     db.setDatabaseName(url.toString(QUrl::FullyEncoded));
-    db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=1000"));
+    db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI"));
     if (!db.open()) {
-        const SendrelError e = errorFrom(db.lastError());
+        const QString text = db.lastError().text();
         db = QSqlDatabase();
         QSqlDatabase::removeDatabase(m_connectionName);
-        throw SendrelError(ErrNo::DatabaseFailure, e.source(), e.description());
+        throw SendrelError(ErrNo::DatabaseFailure, kSource, text);
     }
-    // A page cache large enough that sorting the trees of one cycle (the stand table's statement
-    // orders them by species and diameter) stays in memory instead of spilling to a temporary
-    // file. It is taken only as needed, belongs to this connection and writes nothing to the file.
-    QSqlQuery pragma(db);
-    pragma.exec(QStringLiteral("PRAGMA cache_size = -16384"));
+    const QVariant h = db.driver()->handle();
+    if (h.isValid() && qstrcmp(h.typeName(), "sqlite3*") == 0)
+        m_handle = *static_cast<sqlite3 *const *>(h.constData());
+    if (!m_handle) {
+        CloseDB();
+        throw SendrelError(ErrNo::DatabaseFailure, kSource, QStringLiteral("The run database is not an SQLite connection."));
+    }
+    sqlite3_busy_timeout(m_handle, static_cast<int>(m_lockWait.count()));
+    try {
+        // Readers go on reading while another program imports: the write-ahead log keeps what
+        // they see. A file on a medium that cannot hold the log stays in its old mode.
+        // Reading the schema tells a file that is no database, or a damaged first page, at once.
+        Statement(*this, QStringLiteral("SELECT count(*) FROM sqlite_master")).run();
+        QString mode;
+        {
+            Statement current(*this, QStringLiteral("PRAGMA journal_mode"));
+            if (current.next())
+                mode = current.text(0);
+            current.reset();
+        }
+        if (mode.compare(QLatin1String("wal"), Qt::CaseInsensitive) != 0)
+            sqlite3_exec(m_handle, "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
+        // A page cache large enough that sorting the trees of one cycle (the stand table's
+        // statement orders them by species and diameter) stays in memory instead of spilling to a
+        // temporary file. It is taken only as needed and belongs to this connection.
+        Statement(*this, QStringLiteral("PRAGMA cache_size = -16384")).run();
+        Statement(*this, QStringLiteral("PRAGMA synchronous = NORMAL")).run();
+    } catch (const SendrelError &) {
+        CloseDB();
+        throw;
+    }
 }
 
 void clsDBEngine::CloseDB()
 {
-    qDeleteAll(m_inserts);
     m_inserts.clear();
+    m_handle = nullptr;
     if (!QSqlDatabase::contains(m_connectionName))
         return;
     {
@@ -94,127 +163,299 @@ void clsDBEngine::CloseDB()
 
 bool clsDBEngine::IsOpen() const
 {
-    return QSqlDatabase::contains(m_connectionName) && QSqlDatabase::database(m_connectionName, false).isOpen();
+    return m_handle != nullptr;
 }
 
-QSqlDatabase clsDBEngine::database() const
+sqlite3 *clsDBEngine::handle() const
 {
-    requireOpen();
-    return QSqlDatabase::database(m_connectionName, false);
-}
-
-void clsDBEngine::requireOpen() const
-{
-    if (!IsOpen())
-        throw SendrelError(ErrNo::ClosedObject, kSource, QStringLiteral("Operation is not allowed when the object is closed."));
+    if (!m_handle)
+        throw closedConnection();
+    return m_handle;
 }
 
 Recordset clsDBEngine::RetreiveRecords()
 {
-    QSqlQuery query(database());
-    query.setForwardOnly(true);
-    if (!query.exec(SQLString))
-        throw errorFrom(query.lastError());
-    const QSqlRecord record = query.record();
-    QStringList names;
-    const int columns = record.count();
-    names.reserve(columns);
-    for (int i = 0; i < columns; ++i)
-        names.append(record.fieldName(i));
-    QVector<Recordset::Row> rows;
-    while (query.next()) {
-        Recordset::Row row(columns);
-        for (int i = 0; i < columns; ++i)
-            row[i] = query.value(i);
-        rows.append(std::move(row));
-    }
-    if (query.lastError().isValid())
-        throw errorFrom(query.lastError());
-    return Recordset(std::move(names), std::move(rows));
+    return Statement(*this, SQLString).fetchAll();
 }
 
 void clsDBEngine::Execute(qint32 *lRecords)
 {
-    QSqlQuery query(database());
-    if (!query.exec(SQLString))
-        throw errorFrom(query.lastError());
+    Statement statement(*this, SQLString);
+    statement.run();
     if (lRecords)
-        *lRecords = query.numRowsAffected();
+        *lRecords = statement.changes();
 }
 
 void clsDBEngine::StartTrans()
 {
-    QSqlDatabase db = database();
-    if (!db.transaction())
-        throw errorFrom(db.lastError());
+    Statement(*this, QStringLiteral("BEGIN IMMEDIATE")).run();
 }
 
 void clsDBEngine::CommtTrans()
 {
-    QSqlDatabase db = database();
-    if (!db.commit())
-        throw errorFrom(db.lastError());
+    Statement(*this, QStringLiteral("COMMIT")).run();
 }
 
 void clsDBEngine::RollbckTrans()
 {
-    QSqlDatabase db = database();
-    if (!db.rollback())
-        throw errorFrom(db.lastError());
+    Statement(*this, QStringLiteral("ROLLBACK")).run();
 }
 
-QSqlQuery &clsDBEngine::insertFor(const QString &table, int valueCount, bool AutoN)
+bool clsDBEngine::InTransaction() const
+{
+    return m_handle && sqlite3_get_autocommit(m_handle) == 0;
+}
+
+Statement &clsDBEngine::insertFor(const QString &table, int valueCount, bool AutoN)
 {
     const QString key = table.toLower() + QLatin1Char('|') + QString::number(valueCount) + (AutoN ? QLatin1String("|a") : QLatin1String(""));
-    if (QSqlQuery *q = m_inserts.value(key))
-        return *q;
+    if (const auto found = m_inserts.constFind(key); found != m_inserts.constEnd())
+        return **found;
 
-    QSqlDatabase db = database();
+    QString quotedTable = table;
+    quotedTable.replace(QLatin1Char('"'), QStringLiteral("\"\""));
     // The table's columns, as a select that reads no row gives them.
-    QSqlQuery probe(db);
-    if (!probe.exec(QStringLiteral("SELECT * FROM \"%1\" WHERE 1=0").arg(table)))
-        throw errorFrom(probe.lastError());
-    const QSqlRecord columns = probe.record();
+    Statement probe(*this, QStringLiteral("SELECT * FROM \"%1\" WHERE 1=0").arg(quotedTable));
     const int first = AutoN ? 1 : 0;
-    if (first + valueCount > columns.count()) {
+    if (first + valueCount > probe.columnCount()) {
         throw SendrelError(ErrNo::ItemNotFound, kSource,
                            QStringLiteral("Item cannot be found in the collection corresponding to the requested name or ordinal: "
                                           "%1 values for table '%2' of %3 columns.")
-                               .arg(valueCount).arg(table).arg(columns.count()));
+                               .arg(valueCount).arg(table).arg(probe.columnCount()));
     }
     QStringList names;
     QStringList marks;
     for (int i = 0; i < valueCount; ++i) {
-        names.append(QLatin1Char('"') + columns.fieldName(first + i) + QLatin1Char('"'));
+        names.append(QLatin1Char('"') + probe.columnName(first + i) + QLatin1Char('"'));
         marks.append(QStringLiteral("?"));
     }
-    auto *query = new QSqlQuery(db);
-    const QString sql = QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)").arg(table, names.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
-    if (!query->prepare(sql)) {
-        const SendrelError e = errorFrom(query->lastError());
-        delete query;
-        throw e;
-    }
-    m_inserts.insert(key, query);
-    return *query;
+    auto insert = std::make_shared<Statement>(
+        *this, QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)").arg(quotedTable, names.join(QLatin1Char(',')), marks.join(QLatin1Char(','))));
+    m_inserts.insert(key, insert);
+    return *insert;
 }
 
 qint32 clsDBEngine::AddRecord(const QString &table, const QVariantList &values, bool AutoN)
 {
-    for (int attempt = 0;; ++attempt) {
-        try {
-            QSqlQuery &query = insertFor(table, static_cast<int>(values.size()), AutoN);
-            for (int i = 0; i < values.size(); ++i)
-                query.bindValue(i, values[i]);
-            if (!query.exec())
-                throw errorFrom(query.lastError());
-            return AutoN ? query.lastInsertId().toInt() : 0;
-        } catch (const SendrelError &e) {
-            // A row or table locked by another program: try the same statement again, a few times.
-            if (e.number() != ErrNo::DatabaseFailure || attempt >= kAddRecordRetries)
-                throw;
-            QThread::msleep(50);
-        }
+    Statement &insert = insertFor(table, static_cast<int>(values.size()), AutoN);
+    for (int i = 0; i < values.size(); ++i)
+        insert.bind(i + 1, values[i]);
+    insert.run();
+    return AutoN ? static_cast<qint32>(sqlite3_last_insert_rowid(handle())) : 0;
+}
+
+// Statement
+
+Statement::Statement(clsDBEngine &engine, const QString &sql) : m_engine(engine)
+{
+    sqlite3 *h = engine.handle();
+    const QByteArray text = sql.toUtf8();
+    const int rc = sqlite3_prepare_v2(h, text.constData(), static_cast<int>(text.size()), &m_stmt, nullptr);
+    if (rc != SQLITE_OK) {
+        sqlite3_finalize(m_stmt);
+        m_stmt = nullptr;
+        throw engine.errorFrom(rc);
+    }
+    if (!m_stmt)   // an empty text: nothing to run
+        throw SendrelError(ErrNo::CommandFailure, kSource, QStringLiteral("The statement is empty."));
+}
+
+Statement::~Statement()
+{
+    sqlite3_finalize(m_stmt);
+}
+
+Statement &Statement::bind(int index, const QString &text)
+{
+    const QByteArray utf8 = text.toUtf8();
+    sqlite3_bind_text(m_stmt, index, utf8.constData(), static_cast<int>(utf8.size()), SQLITE_TRANSIENT);
+    return *this;
+}
+
+Statement &Statement::bind(int index, double value)
+{
+    sqlite3_bind_double(m_stmt, index, value);
+    return *this;
+}
+
+Statement &Statement::bind(int index, qint64 value)
+{
+    sqlite3_bind_int64(m_stmt, index, value);
+    return *this;
+}
+
+Statement &Statement::bindUtf8(int index, const char *bytes, int length, bool stable)
+{
+    sqlite3_bind_text(m_stmt, index, bytes, length, stable ? SQLITE_STATIC : SQLITE_TRANSIENT);
+    return *this;
+}
+
+Statement &Statement::bindNull(int index)
+{
+    sqlite3_bind_null(m_stmt, index);
+    return *this;
+}
+
+Statement &Statement::bind(int index, const QVariant &value)
+{
+    if (value.isNull())
+        return bindNull(index);
+    switch (value.typeId()) {
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return bind(index, value.toDouble());
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::Bool:
+        return bind(index, value.toLongLong());
+    default:
+        return bind(index, value.toString());
+    }
+}
+
+int Statement::step()
+{
+    // SQLite waits for a lock by itself (the busy timeout); a lock it refuses at once is tried
+    // again until the same wait is used up. Never after a row has come, which would repeat rows.
+    const auto deadline = std::chrono::steady_clock::now() + m_engine.lockWait();
+    const bool fresh = sqlite3_stmt_busy(m_stmt) == 0;
+    for (;;) {
+        const int rc = sqlite3_step(m_stmt);
+        if (!isBusy(rc) || !fresh || std::chrono::steady_clock::now() >= deadline)
+            return rc;
+        sqlite3_reset(m_stmt);
+        QThread::msleep(10);
+    }
+}
+
+bool Statement::next()
+{
+    const int rc = step();
+    if (rc == SQLITE_ROW)
+        return true;
+    sqlite3_reset(m_stmt);
+    if (rc != SQLITE_DONE)
+        throw m_engine.errorFrom(rc);
+    return false;
+}
+
+void Statement::run()
+{
+    const int rc = step();
+    sqlite3_reset(m_stmt);
+    if (rc != SQLITE_DONE && rc != SQLITE_ROW)
+        throw m_engine.errorFrom(rc);
+}
+
+void Statement::reset()
+{
+    sqlite3_reset(m_stmt);
+}
+
+int Statement::columnCount() const
+{
+    return sqlite3_column_count(m_stmt);
+}
+
+QString Statement::columnName(int column) const
+{
+    return QString::fromUtf8(sqlite3_column_name(m_stmt, column));
+}
+
+bool Statement::isNull(int column) const
+{
+    return sqlite3_column_type(m_stmt, column) == SQLITE_NULL;
+}
+
+double Statement::real(int column) const
+{
+    return sqlite3_column_double(m_stmt, column);
+}
+
+qint64 Statement::integer(int column) const
+{
+    return sqlite3_column_int64(m_stmt, column);
+}
+
+QString Statement::text(int column) const
+{
+    const auto *data = reinterpret_cast<const char *>(sqlite3_column_text(m_stmt, column));
+    return QString::fromUtf8(data, sqlite3_column_bytes(m_stmt, column));
+}
+
+QVariant Statement::value(int column) const
+{
+    switch (sqlite3_column_type(m_stmt, column)) {
+    case SQLITE_INTEGER:
+        return QVariant(integer(column));
+    case SQLITE_FLOAT:
+        return QVariant(real(column));
+    case SQLITE_NULL:
+        return QVariant();
+    default:
+        return QVariant(text(column));
+    }
+}
+
+Recordset Statement::fetchAll()
+{
+    QStringList names;
+    const int columns = columnCount();
+    names.reserve(columns);
+    for (int i = 0; i < columns; ++i)
+        names.append(columnName(i));
+    QVector<Recordset::Row> rows;
+    while (next()) {
+        Recordset::Row row(columns);
+        for (int i = 0; i < columns; ++i)
+            row[i] = value(i);
+        rows.append(std::move(row));
+    }
+    return Recordset(std::move(names), std::move(rows));
+}
+
+qint32 Statement::changes() const
+{
+    return sqlite3_changes(m_engine.handle());
+}
+
+// WriteTransaction
+
+WriteTransaction::WriteTransaction(clsDBEngine &engine) : m_engine(engine)
+{
+    m_engine.StartTrans();
+    m_open = true;
+}
+
+WriteTransaction::~WriteTransaction()
+{
+    if (m_open)
+        rollback();
+}
+
+void WriteTransaction::commit()
+{
+    m_engine.CommtTrans();
+    m_open = false;
+}
+
+void WriteTransaction::rollback() noexcept
+{
+    m_open = false;
+    // A full disk or an I/O failure makes SQLite roll back by itself; a second rollback would
+    // only fail with "no transaction is active" and hide the real cause.
+    if (!m_engine.InTransaction())
+        return;
+    try {
+        m_engine.RollbckTrans();
+    } catch (const SendrelError &) {
+        // The failure that brought us here is the one to tell.
     }
 }
 

@@ -1,21 +1,29 @@
 #pragma once
 
-#include "app/SendrelError.h"
+#include "base/SendrelError.h"
 #include "store/Recordset.h"
 
 #include <QHash>
-#include <QSqlDatabase>
 #include <QString>
+#include <QVariant>
 #include <QVariantList>
 
-class QSqlError;
-class QSqlQuery;
+#include <chrono>
+#include <memory>
+
+struct sqlite3;
+struct sqlite3_stmt;
 
 namespace sendrel {
 
-// The program's only way to the run database (an SQLite file). Callers set SQLString, then call
-// RetreiveRecords (rows) or Execute (effect). Failures of the database layer are passed on as
-// they come, as SendrelError with number, source and description.
+class Statement;
+
+// The program's only way to the run database, an SQLite file opened through QtSql. Callers set
+// SQLString, then call RetreiveRecords (rows) or Execute (effect); typed code prepares a
+// Statement. Every statement runs on the one SQLite handle of the connection, through one path
+// that waits for a lock held by another program and maps SQLite's failures to the program's
+// numbers: busy, locked, full, damaged or unreadable give -2147467259 (the general failure),
+// a statement the database refuses -2147217900.
 class clsDBEngine {
 public:
     clsDBEngine();
@@ -25,6 +33,8 @@ public:
 
     // Closes the connection if open, then opens it on PathToDB. A missing file is not created.
     void OpenDB();
+    // Makes a new, empty database file at PathToDB and opens it; fails when the file exists.
+    void CreateDB();
     // Closing a closed connection is no failure.
     void CloseDB();
     bool IsOpen() const;
@@ -35,29 +45,106 @@ public:
     Recordset RetreiveRecords();
     void Execute(qint32 *lRecords = nullptr);
 
+    // One level of transaction. StartTrans takes the write lock at once (waiting for it as long
+    // as lockWait allows), so that a writer never fails half way for a lock another writer holds.
     void StartTrans();
     void CommtTrans();
     void RollbckTrans();
+    // True while a transaction is open: SQLite ends one by itself on some failures (a full disk).
+    bool InTransaction() const;
 
     // Adds one row, values by position from the first column (from the second with AutoN, whose
-    // result is then the new row's auto number; else 0). A locked database is tried again a
-    // bounded number of times, then fails like any other failure.
+    // result is then the new row's auto number; else 0).
     qint32 AddRecord(const QString &table, const QVariantList &values, bool AutoN);
 
-    // The open connection, for statements prepared once and run many times.
-    QSqlDatabase database() const;
+    // How long a statement waits for a lock that another program holds before it fails.
+    void setLockWait(std::chrono::milliseconds wait);
+    std::chrono::milliseconds lockWait() const { return m_lockWait; }
+    static constexpr std::chrono::milliseconds kDefaultLockWait{10000};
 
-    // A failure of the database layer in the program's form.
-    static SendrelError errorFrom(const QSqlError &error);
+    // The SQLite handle of the open connection: the one way to it. Fails when closed.
+    sqlite3 *handle() const;
 
-    static constexpr int kAddRecordRetries = 5;
+    // A failure of SQLite (result code rc on this connection) in the program's form.
+    SendrelError errorFrom(int rc) const;
 
 private:
-    void requireOpen() const;
-    QSqlQuery &insertFor(const QString &table, int valueCount, bool AutoN);
+    friend class Statement;
+    void open(bool create);
+    Statement &insertFor(const QString &table, int valueCount, bool AutoN);
 
     QString m_connectionName;
-    QHash<QString, QSqlQuery *> m_inserts;
+    sqlite3 *m_handle = nullptr;
+    std::chrono::milliseconds m_lockWait = kDefaultLockWait;
+    QHash<QString, std::shared_ptr<Statement>> m_inserts;
+};
+
+// A statement prepared on the engine's connection, with values bound by position (from 1).
+// Rows are read with next(); run() is for statements without rows. A lock held by another
+// program is waited for within the engine's lockWait, then fails like any other failure.
+class Statement {
+public:
+    Statement(clsDBEngine &engine, const QString &sql);
+    ~Statement();
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
+
+    Statement &bind(int index, const QString &text);
+    Statement &bind(int index, double value);
+    Statement &bind(int index, qint64 value);
+    Statement &bind(int index, int value) { return bind(index, static_cast<qint64>(value)); }
+    Statement &bindNull(int index);
+    // UTF-8 bytes; with stable the caller keeps them unchanged until the statement has run, and
+    // they are not copied.
+    Statement &bindUtf8(int index, const char *bytes, int length, bool stable);
+    // Texts, numbers and nulls as they come; anything else as its text.
+    Statement &bind(int index, const QVariant &value);
+
+    // Steps to the next row: true while there is one. After the last row the statement is reset
+    // and can be run again with new values.
+    bool next();
+    // Runs a statement that gives no rows, then resets it for the next values.
+    void run();
+    void reset();
+
+    int columnCount() const;
+    QString columnName(int column) const;
+    bool isNull(int column) const;
+    double real(int column) const;
+    qint64 integer(int column) const;
+    QString text(int column) const;
+    // The value as its stored type gives it: integer, double, text or null.
+    QVariant value(int column) const;
+    // Rows changed by the last run.
+    qint32 changes() const;
+    // Every row that is left, as a fully fetched recordset.
+    Recordset fetchAll();
+
+private:
+    int step();
+
+    clsDBEngine &m_engine;
+    sqlite3_stmt *m_stmt = nullptr;
+};
+
+// The engine's transaction for a stretch of writes: begun at construction (taking the write lock
+// at once), committed by commit(), rolled back when left without a commit. A rollback never hides
+// the failure that led to it.
+class WriteTransaction {
+public:
+    explicit WriteTransaction(clsDBEngine &engine);
+    ~WriteTransaction();
+    WriteTransaction(const WriteTransaction &) = delete;
+    WriteTransaction &operator=(const WriteTransaction &) = delete;
+
+    void commit();
+    // Rolls back what is open; nothing when SQLite has already ended the transaction.
+    void rollback() noexcept;
+    bool isOpen() const { return m_open; }
+
+private:
+    clsDBEngine &m_engine;
+    bool m_open = false;
 };
 
 }  // namespace sendrel

@@ -1,7 +1,7 @@
 #include "store/Recordset.h"
 
-#include "app/Numbers.h"
-#include "app/SendrelError.h"
+#include "base/Numbers.h"
+#include "base/SendrelError.h"
 
 namespace sendrel {
 

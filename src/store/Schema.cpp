@@ -1,13 +1,9 @@
 #include "store/Schema.h"
 
-#include "app/SendrelError.h"
+#include "base/SendrelError.h"
 #include "store/DBEngine.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 
 namespace sendrel {
 
@@ -154,52 +150,25 @@ const QList<SpeciesRow> &InstalledSpecies()
 
 void CreateRunDatabase(const QString &path)
 {
-    const QString source = QStringLiteral("CreateRunDatabase");
-    if (QFileInfo::exists(path))
-        throw SendrelError(58, source, QStringLiteral("File already exists: ") + path);
-
-    const QString connection = QStringLiteral("sendrel-create-") + path;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-        db.setDatabaseName(path);
-        if (!db.open()) {
-            const SendrelError e = clsDBEngine::errorFrom(db.lastError());
-            db = QSqlDatabase();
-            QSqlDatabase::removeDatabase(connection);
-            throw e.tagged(QStringLiteral("Cannot create ") + path);
-        }
-        QSqlQuery q(db);
-        bool ok = db.transaction();
-        for (const QString &statement : RunDatabaseSchema()) {
-            if (!ok)
-                break;
-            ok = q.exec(statement);
-        }
-        if (ok)
-            ok = q.prepare(QStringLiteral("INSERT INTO Species (Num_Code, Str_Code, Name, Variant_ID) VALUES (?, ?, ?, 2)"));
-        for (const SpeciesRow &row : InstalledSpecies()) {
-            if (!ok)
-                break;
-            q.bindValue(0, row.Num_Code);
-            q.bindValue(1, QString::fromLatin1(row.Str_Code));
-            q.bindValue(2, QString::fromLatin1(row.Name));
-            ok = q.exec();
-        }
-        if (ok)
-            ok = db.commit();
-        if (!ok) {
-            const SendrelError e = clsDBEngine::errorFrom(q.lastError().isValid() ? q.lastError() : db.lastError());
-            q = QSqlQuery();
-            db.close();
-            db = QSqlDatabase();
-            QSqlDatabase::removeDatabase(connection);
-            QFile::remove(path);
-            throw e.tagged(QStringLiteral("Cannot create ") + path);
-        }
-        q = QSqlQuery();
-        db.close();
+    clsDBEngine engine;
+    engine.PathToDB = path;
+    engine.CreateDB();
+    try {
+        WriteTransaction transaction(engine);
+        for (const QString &statement : RunDatabaseSchema())
+            Statement(engine, statement).run();
+        Statement species(engine, QStringLiteral("INSERT INTO Species (Num_Code, Str_Code, Name, Variant_ID) VALUES (?1, ?2, ?3, 2)"));
+        for (const SpeciesRow &row : InstalledSpecies())
+            species.bind(1, row.Num_Code).bind(2, QString::fromLatin1(row.Str_Code)).bind(3, QString::fromLatin1(row.Name)).run();
+        transaction.commit();
+    } catch (const SendrelError &e) {
+        engine.CloseDB();
+        QFile::remove(path);
+        QFile::remove(path + QStringLiteral("-wal"));
+        QFile::remove(path + QStringLiteral("-shm"));
+        throw e.tagged(QStringLiteral("Cannot create ") + path);
     }
-    QSqlDatabase::removeDatabase(connection);
+    engine.CloseDB();
 }
 
 }  // namespace sendrel

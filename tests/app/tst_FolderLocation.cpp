@@ -1,9 +1,10 @@
 // The first start: setting up the Data and Work folders, copying the installation's files.
+#include "support/TestMain.h"
 #include "app/FolderLocation.h"
-#include "app/ScriptedQuestions.h"
-#include "app/SendrelError.h"
-#include "app/Settings.h"
-#include "app/SettingsStore.h"
+#include "base/ScriptedQuestions.h"
+#include "base/SendrelError.h"
+#include "base/Settings.h"
+#include "base/SettingsStore.h"
 #include "app/TreeModel.h"
 #include "support/RunDatabase.h"
 
@@ -280,5 +281,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_FolderLocation)
+SENDREL_TEST_MAIN(tst_FolderLocation)
 #include "tst_FolderLocation.moc"

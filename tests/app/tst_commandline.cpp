@@ -1,3 +1,4 @@
+#include "support/TestMain.h"
 #include "app/CommandLine.h"
 
 #include <QTest>
@@ -40,5 +41,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_commandline)
+SENDREL_TEST_MAIN(tst_commandline)
 #include "tst_commandline.moc"

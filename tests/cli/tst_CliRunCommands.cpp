@@ -1,5 +1,6 @@
+#include "support/TestMain.h"
 #include "cli/Cli.h"
-#include "import/TreeListWriter.h"
+#include "domain/import/TreeListWriter.h"
 
 #include "support/TreeListLines.h"
 
@@ -194,5 +195,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_CliRunCommands)
+SENDREL_TEST_MAIN(tst_CliRunCommands)
 #include "tst_CliRunCommands.moc"

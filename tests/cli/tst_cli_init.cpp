@@ -1,8 +1,9 @@
+#include "support/TestMain.h"
 #include "cli/Cli.h"
 #include "support/RunDatabase.h"
 
-#include "app/Settings.h"
-#include "app/SettingsStore.h"
+#include "base/Settings.h"
+#include "base/SettingsStore.h"
 
 #include <QDir>
 
@@ -88,5 +89,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_cli_init)
+SENDREL_TEST_MAIN(tst_cli_init)
 #include "tst_cli_init.moc"

@@ -1,11 +1,12 @@
+#include "support/TestMain.h"
 #include "support/GoldenFile.h"
 #include "support/RunDatabase.h"
 #include "support/SampleRuns.h"
 #include "support/RunDatabase.h"
 
-#include "app/SendrelError.h"
-#include "app/Settings.h"
-#include "app/SettingsStore.h"
+#include "base/SendrelError.h"
+#include "base/Settings.h"
+#include "base/SettingsStore.h"
 #include "cli/Cli.h"
 
 #include <QCoreApplication>
@@ -240,5 +241,5 @@ void TestCliReport::usageErrors()
     QCOMPARE(m_out, QString());
 }
 
-QTEST_GUILESS_MAIN(TestCliReport)
+SENDREL_TEST_MAIN(TestCliReport)
 #include "tst_cli_report.moc"

@@ -1,7 +1,8 @@
+#include "support/TestMain.h"
 #include "support/RunDatabase.h"
 
 #include "cli/Cli.h"
-#include "output/ChartData.h"
+#include "domain/output/ChartData.h"
 
 #include <QTest>
 
@@ -209,5 +210,5 @@ void TestCliChart::missingDatabase()
     QCOMPARE(m_written, 0);
 }
 
-QTEST_GUILESS_MAIN(TestCliChart)
+SENDREL_TEST_MAIN(TestCliChart)
 #include "tst_clichart.moc"

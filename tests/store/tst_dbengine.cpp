@@ -1,4 +1,5 @@
-#include "app/SendrelError.h"
+#include "support/TestMain.h"
+#include "base/SendrelError.h"
 #include "store/DBEngine.h"
 #include "store/Schema.h"
 
@@ -177,5 +178,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_dbengine)
+SENDREL_TEST_MAIN(tst_dbengine)
 #include "tst_dbengine.moc"

@@ -6,8 +6,8 @@
 
 #include "support/RunDatabase.h"
 
-#include "app/gui/frmSendrel.h"
-#include "browser/gui/frmMarquel.h"
+#include "shell/frmSendrel.h"
+#include "windows/browser/frmMarquel.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,22 +1,94 @@
 #include "support/RunDatabase.h"
 
-#include "app/SendrelError.h"
-#include "app/ToolBox.h"
-#include "store/GameDB.h"
+#include "app/GameDB.h"
+#include "base/SendrelError.h"
 #include "store/Schema.h"
 
 #include <QDir>
 #include <QFile>
-#include <QSqlError>
-#include <QSqlQuery>
-#include <QTest>
 
+#include <chrono>
 #include <stdexcept>
 
 namespace sendrel::test {
 
-RunDatabase::RunDatabase(Db db)
-    : tm(store, questions)
+void Exec(RunStore &db, const QString &sql)
+{
+    try {
+        Statement(db.DBEngine, sql).run();
+    } catch (const SendrelError &e) {
+        throw e.tagged(sql);
+    }
+}
+
+QVariant Scalar(RunStore &db, const QString &sql)
+{
+    Statement s(db.DBEngine, sql);
+    if (!s.next())
+        return QVariant();
+    const QVariant value = s.value(0);
+    s.reset();
+    return value;
+}
+
+qint64 Count(RunStore &db, const QString &table, const QString &where)
+{
+    return Scalar(db, QStringLiteral("SELECT COUNT(*) FROM ") + table + (where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + where))
+        .toLongLong();
+}
+
+QStringList Rows(RunStore &db, const QString &sql)
+{
+    Statement s(db.DBEngine, sql);
+    QStringList out;
+    while (s.next()) {
+        QStringList cols;
+        for (int i = 0; i < s.columnCount(); ++i)
+            cols.append(s.isNull(i) ? QStringLiteral("NULL") : s.text(i));
+        out.append(cols.join(QLatin1Char('|')));
+    }
+    return out;
+}
+
+void AddRun(RunStore &db, const QString &runId, const QString &sorH, const QString &description)
+{
+    Statement(db.DBEngine, QStringLiteral("INSERT INTO Model_Run (Run_Id, Run_Date, Run_Time, Not_Used, Standing_Harvested, Variant_ID) "
+                                          "VALUES (?1, '2023-11-14', '22:13:20', '', ?2, 2)"))
+        .bind(1, runId)
+        .bind(2, sorH)
+        .run();
+    if (!description.isNull())
+        Statement(db.DBEngine, QStringLiteral("INSERT OR IGNORE INTO Run (Run_Id, Run_Desc) VALUES (?1, ?2)")).bind(1, runId).bind(2, description).run();
+}
+
+void AddHeader(RunStore &db, const QString &runId, const QString &sorH, int cycle, int year)
+{
+    Statement(db.DBEngine, QStringLiteral("INSERT INTO Model_Header (Run_Id, First_Header_Number, Cycle, Cycle_Year, Standing_Harvested) "
+                                          "VALUES (?1, ?2, ?2, ?3, ?4)"))
+        .bind(1, runId)
+        .bind(2, cycle)
+        .bind(3, year)
+        .bind(4, sorH)
+        .run();
+}
+
+void AddTree(RunStore &db, const QString &runId, const QString &sorH, int cycle, int speciesCode, double diameter,
+             double treesPerHa, double totalVolume)
+{
+    Statement(db.DBEngine, QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, Total_Volume, "
+                                          "Cycle_Number, Standing_Harvested, MerchVolLessDWB) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"))
+        .bind(1, runId)
+        .bind(2, speciesCode)
+        .bind(3, treesPerHa)
+        .bind(4, diameter)
+        .bind(5, totalVolume)
+        .bind(6, cycle)
+        .bind(7, sorH)
+        .bind(8, totalVolume / 2)
+        .run();
+}
+
+RunDatabase::RunDatabase(Db kind) : tm(store, questions), db(tm.db)
 {
     QDir(m_dir.path()).mkpath(QStringLiteral("bin"));
     QDir(m_dir.path()).mkpath(QStringLiteral("Work"));
@@ -25,18 +97,17 @@ RunDatabase::RunDatabase(Db db)
         ended.append(code);
         throw ProcessEnded{code};
     };
-    if (db == Db::None)
+    // A test that meets a lock fails at once rather than waiting the user's ten seconds.
+    tm.DBEngine.setLockWait(std::chrono::milliseconds(200));
+    if (kind == Db::None)
         return;
     CreateRunDatabase(path());
-    if (db == Db::Created)
+    if (kind == Db::Created)
         return;
     tm.settings.WorkDir = workDir();
     tm.settings.DataDir = dir();
     tm.GameDBPath = path();
-    tm.DBEngine.PathToDB = path();
-    tm.DBEngine.OpenDB();
-    ReadSpecies(tm);
-    reopenModelRunRS();
+    db.open(path());
 }
 
 RunDatabase::~RunDatabase()
@@ -65,44 +136,7 @@ void RunDatabase::openAsProgram()
 void RunDatabase::reopenModelRunRS()
 {
     tm.DBEngine.SQLString = QStringLiteral("Select * from Model_Run  WHERE 0=0");
-    tm.ModelRunRS = tm.DBEngine.RetreiveRecords();
-}
-
-void RunDatabase::exec(const QString &sql)
-{
-    tm.DBEngine.SQLString = sql;
-    try {
-        tm.DBEngine.Execute();
-    } catch (const SendrelError &e) {
-        throw e.tagged(sql);
-    }
-}
-
-QVariant RunDatabase::scalar(const QString &sql)
-{
-    tm.DBEngine.SQLString = sql;
-    Recordset rs = tm.DBEngine.RetreiveRecords();
-    return rs.Eof() ? QVariant() : rs.Fields(0);
-}
-
-qint64 RunDatabase::count(const QString &table, const QString &where)
-{
-    return scalar(QStringLiteral("SELECT COUNT(*) FROM ") + table + (where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + where))
-        .toLongLong();
-}
-
-QStringList RunDatabase::rows(const QString &sql)
-{
-    tm.DBEngine.SQLString = sql;
-    Recordset rs = tm.DBEngine.RetreiveRecords();
-    QStringList out;
-    for (; !rs.Eof(); rs.MoveNext()) {
-        QStringList cols;
-        for (int i = 0; i < rs.FieldCount(); ++i)
-            cols.append(rs.Fields(i).isNull() ? QStringLiteral("NULL") : rs.Fields(i).toString());
-        out.append(cols.join(QLatin1Char('|')));
-    }
-    return out;
+    db.ModelRunRS = tm.DBEngine.RetreiveRecords();
 }
 
 QString RunDatabase::writeFile(const QString &name, const QByteArray &content)
@@ -112,41 +146,6 @@ QString RunDatabase::writeFile(const QString &name, const QByteArray &content)
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(content) != content.size())
         throw std::runtime_error("cannot write test file");
     return p;
-}
-
-void RunDatabase::addRun(const QString &runId, const QString &sorH, const QString &description)
-{
-    exec(QStringLiteral("INSERT INTO Model_Run (Run_Id, Run_Date, Run_Time, Not_Used, Standing_Harvested, Variant_ID) "
-                        "VALUES ('%1', '2023-11-14', '22:13:20', '', '%2', 2)")
-             .arg(QuoteSQL(runId), QuoteSQL(sorH)));
-    if (!description.isNull() && count(QStringLiteral("Run"), QStringLiteral("Run_Id = '%1'").arg(QuoteSQL(runId))) == 0)
-        exec(QStringLiteral("INSERT INTO Run (Run_Id, Run_Desc) VALUES ('%1', '%2')").arg(QuoteSQL(runId), QuoteSQL(description)));
-}
-
-// Bound through QSqlQuery so that numbers keep their type.
-static void execBound(TreeModel &tm, const QString &sql, const QVariantList &values)
-{
-    QSqlQuery q(tm.DBEngine.database());
-    q.prepare(sql);
-    for (const QVariant &v : values)
-        q.addBindValue(v);
-    if (!q.exec())
-        QTest::qFail(qPrintable(QStringLiteral("%1: %2").arg(sql, q.lastError().text())), __FILE__, __LINE__);
-}
-
-void RunDatabase::addHeader(const QString &runId, const QString &sorH, int cycle, int year)
-{
-    execBound(tm, QStringLiteral("INSERT INTO Model_Header (Run_Id, First_Header_Number, Cycle, Cycle_Year, Standing_Harvested) VALUES (?, ?, ?, ?, ?)"),
-              {runId, cycle, cycle, year, sorH});
-}
-
-void RunDatabase::addTree(const QString &runId, const QString &sorH, int cycle, int speciesCode, double diameter,
-                          double treesPerHa, double totalVolume)
-{
-    // The net volume differs from the gross one, so that a table reading the wrong column shows.
-    execBound(tm, QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, Total_Volume, "
-                                 "Cycle_Number, Standing_Harvested, MerchVolLessDWB) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
-              {runId, speciesCode, treesPerHa, diameter, totalVolume, cycle, sorH, totalVolume / 2});
 }
 
 QByteArray ReadWholeFile(const QString &path)

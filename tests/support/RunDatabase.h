@@ -1,8 +1,9 @@
 #pragma once
 
-#include "app/ScriptedQuestions.h"
-#include "app/SettingsStore.h"
 #include "app/TreeModel.h"
+#include "base/ScriptedQuestions.h"
+#include "base/SettingsStore.h"
+#include "store/RunStore.h"
 
 #include <QList>
 #include <QString>
@@ -12,15 +13,29 @@
 
 namespace sendrel::test {
 
-// A temporary folder (with "bin" as the program's folder and "Work") and a TreeModel over a run
-// database in it. Questions are answered by `questions`; every EndProcess is recorded in `ended`
-// and thrown as ProcessEnded.
+// Reading and filling a run database in tests, on whatever store holds it.
+void Exec(RunStore &db, const QString &sql);
+// The first column of the first row, or an invalid variant.
+QVariant Scalar(RunStore &db, const QString &sql);
+qint64 Count(RunStore &db, const QString &table, const QString &where = QString());
+// Rows of the statement, each as its columns joined by "|" (NULL for a null).
+QStringList Rows(RunStore &db, const QString &sql);
+// A Model_Run row as an import leaves it and, with a description, the Run row unless there is one.
+void AddRun(RunStore &db, const QString &runId, const QString &sorH, const QString &description = QString());
+void AddHeader(RunStore &db, const QString &runId, const QString &sorH, int cycle, int year);
+// A tree record; its net volume is half its gross one, so that a table reading the wrong column shows.
+void AddTree(RunStore &db, const QString &runId, const QString &sorH, int cycle, int speciesCode, double diameter,
+             double treesPerHa, double totalVolume);
+
+// A temporary folder with "bin" (the program's folder) and "Work", and a run database in it:
+// the store, questions answered by `questions`, and the process state around them in `tm`
+// (EndProcess recorded in `ended` and thrown as ProcessEnded).
 class RunDatabase {
 public:
     enum class Db {
         None,     // no database file yet
         Created,  // the file made by CreateRunDatabase, not opened
-        Open,     // created and opened as the core opens it (engine, species, Model_Run recordset)
+        Open,     // created and opened as a start opens it
     };
     explicit RunDatabase(Db db = Db::Open);
     ~RunDatabase();
@@ -38,30 +53,33 @@ public:
     // Re-reads the long-lived Model_Run recordset, as a new start of the program would.
     void reopenModelRunRS();
 
-    // Runs a statement; a refused one throws with the statement in front of the message.
-    void exec(const QString &sql);
-    // The first column of the first row, or an invalid variant.
-    QVariant scalar(const QString &sql);
-    qint64 count(const QString &table, const QString &where = QString());
-    // Rows of the statement, each as its columns joined by "|" (NULL for a null).
-    QStringList rows(const QString &sql);
+    void exec(const QString &sql) { Exec(db, sql); }
+    QVariant scalar(const QString &sql) { return Scalar(db, sql); }
+    qint64 count(const QString &table, const QString &where = QString()) { return Count(db, table, where); }
+    QStringList rows(const QString &sql) { return Rows(db, sql); }
     // Writes a file into the folder (bytes as given) and returns its path.
     QString writeFile(const QString &name, const QByteArray &content);
 
-    // A Model_Run row of variant 2 as an import leaves it and, with a description, the Run row
-    // unless there is one.
-    void addRun(const QString &runId, const QString &sorH, const QString &description = QString());
-    void addHeader(const QString &runId, const QString &sorH, int cycle, int year);
-    void addTree(const QString &runId, const QString &sorH, int cycle, int speciesCode, double diameter,
-                 double treesPerHa, double totalVolume);
-
-    SettingsStore store;
-    ScriptedQuestions questions;
-    TreeModel tm;
-    QList<int> ended;  // codes of EndProcess calls
+    void addRun(const QString &runId, const QString &sorH, const QString &description = QString())
+    {
+        AddRun(db, runId, sorH, description);
+    }
+    void addHeader(const QString &runId, const QString &sorH, int cycle, int year) { AddHeader(db, runId, sorH, cycle, year); }
+    void addTree(const QString &runId, const QString &sorH, int cycle, int speciesCode, double diameter, double treesPerHa,
+                 double totalVolume)
+    {
+        AddTree(db, runId, sorH, cycle, speciesCode, diameter, treesPerHa, totalVolume);
+    }
 
 private:
     QTemporaryDir m_dir;
+
+public:
+    SettingsStore store;
+    ScriptedQuestions questions;
+    TreeModel tm;
+    RunStore &db;
+    QList<int> ended;  // codes of EndProcess calls
 };
 
 // The whole of a file, or a null array when it cannot be read.

@@ -2,7 +2,7 @@
 
 // Header only: included by window tests alone (the support library itself has no widgets).
 
-#include "standstock/gui/ReportWindowHost.h"
+#include "windows/common/ReportWindowHost.h"
 
 #include <QList>
 #include <QWidget>

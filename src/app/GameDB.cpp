@@ -1,0 +1,59 @@
+#include "app/GameDB.h"
+
+#include "app/FolderLocation.h"
+#include "base/SendrelError.h"
+#include "base/SettingsStore.h"
+#include "app/TreeModel.h"
+#include "base/UserQuestions.h"
+
+#include <QDir>
+
+namespace sendrel {
+
+bool OpenGameDB(TreeModel &tm, bool forceDialog, const std::function<void()> &beforeLocate)
+{
+    try {
+        QString path = tm.GameDBPath;
+        if (beforeLocate)
+            beforeLocate();
+        if (!LocateFile(tm.questions, QStringLiteral("Locate Tolv Game Database"), kGameDBFilter, path, forceDialog))
+            throw SendrelError(ErrNo::DialogCancelled, QStringLiteral("Sendrel"), QStringLiteral("Cancel was selected."));
+        tm.GameDBPath = path;
+
+        const QString folder = PathAddBackslash(QDir::toNativeSeparators(PathRemoveFileSpec(path)));
+        tm.settingsStore.SaveSetting(kSectionCommon, QStringLiteral("DataDir"), folder);
+        tm.settingsStore.sync();
+
+        tm.db.open(tm.GameDBPath);
+        tm.settings.DataDir = QDir::toNativeSeparators(PathRemoveFileSpec(path));
+        ReadSpecies(tm);
+        return true;
+    } catch (const SendrelError &e) {
+        if (e.number() == ErrNo::DialogCancelled)
+            throw e.withDescription(QStringLiteral("Canceled by the User"));
+        throw e.withDescription(QStringLiteral("Cannot open the database.\n") + e.description());
+    }
+}
+
+void ReadSpecies(TreeModel &tm)
+{
+    try {
+        tm.db.readSpecies();
+        if (tm.db.NumSpecies == 0) {
+            tm.questions.message({QStringLiteral("Missing Data"),
+                                  QStringLiteral("Species codes for the current variant are missing from the database."),
+                                  MsgIcon::Information, MsgButtons::OK, Answer::OK});
+            CloseGameDB(tm);
+            tm.EndProcess(1);
+        }
+    } catch (const SendrelError &e) {
+        throw e.tagged(kTreeModelTag + QStringLiteral("|ReadSpecies"));
+    }
+}
+
+void CloseGameDB(TreeModel &tm)
+{
+    tm.db.close();
+}
+
+}  // namespace sendrel

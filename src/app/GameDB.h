@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+#include <functional>
+
+namespace sendrel {
+
+struct TreeModel;
+
+// Opens the run database at tm.GameDBPath, asking for the file when it is missing (always
+// with forceDialog). beforeLocate runs once the path has been copied and before the file is
+// looked for: the desktop creates its frame there, whose load sets up the folders.
+// Failures: number 32755 "Canceled by the User", or "Cannot open the database." and the cause.
+bool OpenGameDB(TreeModel &tm, bool forceDialog, const std::function<void()> &beforeLocate = {});
+
+// Reads the Species rows of variant 2; with none, tells the user and ends the process
+// without saving settings.
+void ReadSpecies(TreeModel &tm);
+
+// Closes the long-lived recordsets and the engine; what never opened is skipped.
+void CloseGameDB(TreeModel &tm);
+
+inline const QString kGameDBFilter = QStringLiteral("Tolv Game Database (Tolv_Game.mdb)|Tolv_Game.mdb");
+
+}  // namespace sendrel

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "base/UserQuestions.h"
+
+#include <QList>
+#include <QVariant>
+
+namespace sendrel {
+
+// Answers questions from a script and records every question asked, for tests and for the
+// headless tool. A message with only an OK button needs no scripted answer. A question that
+// the script did not foresee fails loudly instead of blocking.
+class ScriptedQuestions : public UserQuestions {
+public:
+    struct Asked {
+        QString kind;   // "message", "openFile", "chooseFolder", "askRunId", ...
+        QString title;
+        QString text;
+    };
+
+    // Queue answers in the order the questions will come.
+    void answerMessage(Answer a) { m_script.append({QStringLiteral("message"), QVariant::fromValue(static_cast<int>(a)), {}}); }
+    void answerOpenFile(const QString &path) { m_script.append({QStringLiteral("openFile"), path, {}}); }
+    void answerFolder(const QString &path) { m_script.append({QStringLiteral("chooseFolder"), path, {}}); }
+    void answerRunId(const QString &result, const QString &name = QString()) { m_script.append({QStringLiteral("askRunId"), result, name}); }
+    void answerDuplicateId(const QString &result) { m_script.append({QStringLiteral("askDuplicateId"), result, {}}); }
+    void answerStandingOrHarvested(const QString &kind) { m_script.append({QStringLiteral("askStandingOrHarvested"), kind, {}}); }
+    void answerReportText(bool ok, const QString &title = QString(), const QString &description = QString())
+    {
+        m_script.append({QStringLiteral("askReportText"), ok, QStringList{title, description}});
+    }
+
+    Answer message(const MessageRequest &request) override;
+    QString openFile(const FileRequest &request) override;
+    QString chooseFolder(const QString &title, const QString &startFolder) override;
+    QString askRunId(QString &name) override;
+    QString askDuplicateId(const QString &name) override;
+    QString askStandingOrHarvested() override;
+    bool askReportText(ReportTextRequest &request) override;
+    void showBusyMessage(const QString &title, const QString &message) override;
+    void hideBusyMessage() override;
+
+    const QList<Asked> &asked() const { return m_asked; }
+    QStringList messageTexts() const;
+    int pendingAnswers() const { return static_cast<int>(m_script.size()); }
+    int busyCalls() const { return m_busyCalls; }
+    bool busyVisible() const { return m_busyVisible; }
+    const QString &lastBusyMessage() const { return m_lastBusy; }
+    void clear();
+
+private:
+    struct Entry {
+        QString kind;
+        QVariant value;
+        QVariant extra;
+    };
+    Entry take(const QString &kind, const QString &title, const QString &text);
+
+    QList<Entry> m_script;
+    QList<Asked> m_asked;
+    int m_busyCalls = 0;
+    bool m_busyVisible = false;
+    QString m_lastBusy;
+};
+
+}  // namespace sendrel

@@ -1,0 +1,126 @@
+#include "cli/Commands.h"
+
+#include "base/Numbers.h"
+#include "base/SendrelError.h"
+#include "cli/Selection.h"
+#include "domain/output/ChartData.h"
+#include "domain/standstock/ClassCharts.h"
+
+#include <QFileInfo>
+#include <QRegularExpression>
+
+namespace sendrel {
+
+namespace {
+
+const QStringList kGrids = {QStringLiteral("none"), QStringLiteral("horizontal"), QStringLiteral("vertical"), QStringLiteral("both")};
+
+class ChartCommand : public Command {
+public:
+    QString name() const override { return QStringLiteral("chart"); }
+    QString synopsis() const override
+    {
+        return QStringLiteral("stand|stock RUN --kind S|H [--cycle C|--year Y|--cycles C1,..|--years Y1,..] [--classes S,W,N] "
+                              "[--y-max N] [--grid none|horizontal|vertical|both] [--bw] -o FILE.png|FILE.svg|FILE.pdf");
+    }
+    QString summary() const override
+    {
+        return QStringLiteral("Draws the chart window's chart of each selected year (all years when none is given): a PDF gets one "
+                              "page per year in the order of the selection; PNG and SVG get one file per year, NAME-YEAR.png, "
+                              "unless one year is selected.");
+    }
+    QList<QCommandLineOption> options() const override
+    {
+        return {QCommandLineOption(QStringLiteral("kind"), QStringLiteral("Standing (S) or harvested (H) trees."), QStringLiteral("S|H")),
+                QCommandLineOption(QStringLiteral("cycle"), QStringLiteral("One cycle."), QStringLiteral("C")),
+                QCommandLineOption(QStringLiteral("year"), QStringLiteral("One calendar year."), QStringLiteral("Y")),
+                QCommandLineOption(QStringLiteral("cycles"), QStringLiteral("Several cycles."), QStringLiteral("C1,C2,..")),
+                QCommandLineOption(QStringLiteral("years"), QStringLiteral("Several calendar years."), QStringLiteral("Y1,Y2,..")),
+                QCommandLineOption(QStringLiteral("classes"), QStringLiteral("The diameter classes (default: the settings')."),
+                                   QStringLiteral("START,WIDTH,COUNT")),
+                QCommandLineOption(QStringLiteral("y-max"), QStringLiteral("The Y axis maximum, digits only; it widens the axis, "
+                                                                           "never cuts data off."),
+                                   QStringLiteral("N")),
+                QCommandLineOption(QStringLiteral("grid"), QStringLiteral("Grid lines (default: the settings')."),
+                                   QStringLiteral("none|horizontal|vertical|both")),
+                QCommandLineOption(QStringLiteral("bw"), QStringLiteral("Black and white.")),
+                QCommandLineOption(QStringLiteral("o"), QStringLiteral("The file: .png, .svg or .pdf."), QStringLiteral("FILE"))};
+    }
+    int minArguments() const override { return 2; }
+    int maxArguments() const override { return 2; }
+
+    int run(CliContext &ctx, const QCommandLineParser &parser, const QStringList &args) override
+    {
+        const QString what = args.at(0);
+        if (what != QLatin1String("stand") && what != QLatin1String("stock"))
+            throw CliUsageFault{QStringLiteral("chart takes stand, stock or composition, not '%1'").arg(what)};
+        const bool density = what == QLatin1String("stand");
+        const RunKind kind = KindOption(parser);
+        const QString yMax = parser.value(QStringLiteral("y-max"));
+        static const QRegularExpression digits(QStringLiteral("^[0-9]{1,15}$"));
+        if (parser.isSet(QStringLiteral("y-max")) && !digits.match(yMax).hasMatch())
+            throw CliUsageFault{QStringLiteral("--y-max takes digits only, not '%1'").arg(yMax)};
+        const int grid = ChoiceOption(parser, QStringLiteral("grid"), kGrids, -1);
+        const QString output = parser.value(QStringLiteral("o"));
+        const QString type = QFileInfo(output).suffix().toLower();
+        if (output.isEmpty() || (type != QLatin1String("png") && type != QLatin1String("svg") && type != QLatin1String("pdf")))
+            throw CliUsageFault{QStringLiteral("-o needs a .png, .svg or .pdf file")};
+        if (!CurrentChartFileWriter())
+            throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"), QStringLiteral("This build cannot draw charts."));
+
+        CliSession session(ctx);
+        ClassLayout layout;
+        LayoutFromFlagsOrSettings(parser, session.tm.settings, layout);
+        session.open();
+        const RunKey run = session.requireRun(args.at(1), kind);
+        const QList<CycleListEntry> selected =
+            SelectedEntries(parser, UpdateHeaderList(session.tm.db, run), EscapedForLine(run.displayName()));
+        if (selected.isEmpty())
+            throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"), QStringLiteral("Run %1 has no cycles.").arg(EscapedForLine(run.displayName())));
+
+        StandStockData data(layout, session.tm.db.NumSpecies);
+        QList<ChartData> pages;
+        QStringList years;
+        for (const CycleListEntry &entry : selected) {
+            const QString yearText = DefaultText(ToInt16(ReadNumber(entry.yearText)));
+            data.CalcReport(session.tm.db, run, ToInt16(entry.cycle));
+            ChartData gphDensity;
+            ChartData gphMerchVol;
+            const ClassChartMaxima maxima = FillClassCharts(session.tm.db, layout, data, gphDensity, gphMerchVol);
+            ChartData &chart = density ? gphDensity : gphMerchVol;
+            SetTitles(chart, ChartWindowTitles(session.tm.settings, density, run.runId, yearText));
+            ApplyYAxisRule(chart, density ? maxima.density : maxima.merchVol, yMax);
+            chart.ChartGrid(grid >= 0 ? static_cast<qint16>(grid) : GridFrom(session.tm.settings.HorizontalGrid, session.tm.settings.VerticalGrid));
+            const bool bw = parser.isSet(QStringLiteral("bw"));
+            chart.ChartScreenStyle(bw ? 0 : 1);
+            chart.ChartPrintStyle(bw ? 2 : 3);
+            pages.append(chart);
+            years.append(yearText);
+        }
+        WriteChartFiles(pages, years, output);
+        return CliOk;
+    }
+};
+
+}  // namespace
+
+void WriteChartFiles(const QList<ChartData> &pages, const QStringList &years, const QString &output)
+{
+    const ChartFileWriter &write = CurrentChartFileWriter();
+    if (pages.size() == 1 || QFileInfo(output).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) == 0) {
+        write(pages, output);
+        return;
+    }
+    // One file per year beside the name given: NAME-YEAR.png.
+    const QFileInfo info(output);
+    const QString stem = info.path() + QLatin1Char('/') + info.completeBaseName();
+    for (qsizetype i = 0; i < pages.size(); ++i)
+        write({pages.at(i)}, stem + QLatin1Char('-') + years.at(i) + QLatin1Char('.') + info.suffix());
+}
+
+std::unique_ptr<Command> MakeChartCommand()
+{
+    return std::make_unique<ChartCommand>();
+}
+
+}  // namespace sendrel

@@ -1,0 +1,74 @@
+#include "cli/Commands.h"
+
+#include "app/GameDB.h"
+#include "base/SendrelError.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace sendrel {
+
+std::vector<std::unique_ptr<Command>> AllCommands()
+{
+    std::vector<std::unique_ptr<Command>> commands;
+    commands.push_back(MakeInitCommand());
+    commands.push_back(MakeImportCommand());
+    commands.push_back(MakeRunsCommand());
+    commands.push_back(MakeYearsCommand());
+    commands.push_back(MakeDeleteCommand());
+    commands.push_back(MakeDescribeCommand());
+    commands.push_back(MakeReportCommand());
+    commands.push_back(MakeChartCommand());
+    commands.push_back(MakeGenerateSampleCommand());
+    commands.push_back(MakeRegisterInstallationCommand());
+    return commands;
+}
+
+CliSession::CliSession(CliContext &c) : ctx(c), questions(c.err), tm(settingsStore, questions)
+{
+    // A command's failure ends the command, not the process behind the caller's back: the
+    // message the desktop would have shown has gone to stderr already.
+    tm.EndProcess = [](int) { throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"), QStringLiteral("Stopped.")); };
+    tm.ProgramDir = QCoreApplication::applicationDirPath();
+    tm.settings.LoadSettings(tm.settingsStore, tm.ProgramDir);
+    tm.DBEngine.setLockWait(ctx.lockWait);
+}
+
+CliSession::~CliSession()
+{
+    CloseGameDB(tm);
+}
+
+void CliSession::open()
+{
+    if (ctx.dbPath.isEmpty()) {
+        throw SendrelError(ErrNo::FileNotFound, QStringLiteral("sendrel-cli"),
+                           QStringLiteral("No run database given: name one with --db PATH (the settings name no Data folder)."));
+    }
+    if (!QFileInfo(ctx.dbPath).isFile()) {
+        throw SendrelError(ErrNo::FileNotFound, QStringLiteral("sendrel-cli"),
+                           QStringLiteral("There is no run database at %1.").arg(QDir::toNativeSeparators(ctx.dbPath)));
+    }
+    tm.GameDBPath = ctx.dbPath;
+    tm.settings.DataDir = QDir::toNativeSeparators(QFileInfo(ctx.dbPath).absolutePath());
+    try {
+        tm.db.open(ctx.dbPath);
+    } catch (const SendrelError &e) {
+        throw e.withDescription(QStringLiteral("Cannot open the database.\n") + e.description());
+    }
+    ReadSpecies(tm);
+}
+
+RunKey CliSession::requireRun(const QString &runId, RunKind kind)
+{
+    const QString stored = tm.db.storedRunId({runId, kind});
+    if (stored.isNull()) {
+        throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
+                           QStringLiteral("There is no run %1 in %2.")
+                               .arg(EscapedForLine(RunKey{runId, kind}.displayName()), QDir::toNativeSeparators(ctx.dbPath)));
+    }
+    return {stored, kind};
+}
+
+}  // namespace sendrel

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "app/TreeModel.h"
+#include "base/SettingsStore.h"
+#include "cli/CliQuestions.h"
+#include "cli/Command.h"
+#include "domain/output/ChartData.h"
+
+#include <memory>
+#include <vector>
+
+namespace sendrel {
+
+// Every command of the tool, in the order its help lists them.
+std::vector<std::unique_ptr<Command>> AllCommands();
+
+// The process state for a command that works on the run database of --db: the settings as the
+// desktop reads them, answers from the flags, and the database opened as the desktop opens it
+// but never asking for a file and never writing the settings store. An end of the process that
+// the desktop would take becomes a failure of the command.
+class CliSession {
+public:
+    explicit CliSession(CliContext &ctx);
+    ~CliSession();
+
+    // Opens --db; fails with one wording when there is no such file or it is no run database.
+    void open();
+    // The run as stored (lookups ignore case); fails with one wording when there is none.
+    RunKey requireRun(const QString &runId, RunKind kind);
+
+    CliContext &ctx;
+    SettingsStore settingsStore;
+    CliQuestions questions;
+    TreeModel tm;
+};
+
+// Writes the charts of the selected years: a PDF holds them all, one page each; PNG and SVG
+// get one file per year, NAME-YEAR.png, unless there is only one.
+void WriteChartFiles(const QList<ChartData> &pages, const QStringList &years, const QString &output);
+
+// The commands, each in its own file.
+std::unique_ptr<Command> MakeInitCommand();
+std::unique_ptr<Command> MakeImportCommand();
+std::unique_ptr<Command> MakeRunsCommand();
+std::unique_ptr<Command> MakeYearsCommand();
+std::unique_ptr<Command> MakeDeleteCommand();
+std::unique_ptr<Command> MakeDescribeCommand();
+std::unique_ptr<Command> MakeReportCommand();
+std::unique_ptr<Command> MakeChartCommand();
+std::unique_ptr<Command> MakeGenerateSampleCommand();
+std::unique_ptr<Command> MakeRegisterInstallationCommand();
+
+}  // namespace sendrel

@@ -1,0 +1,178 @@
+#include "cli/Commands.h"
+
+#include "base/SendrelError.h"
+#include "domain/browser/RunList.h"
+#include "domain/standstock/StandStockData.h"
+#include "store/RunStore.h"
+#include "store/Schema.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace sendrel {
+
+namespace {
+
+QCommandLineOption kindOption(const QString &values = QStringLiteral("S|H"))
+{
+    return QCommandLineOption(QStringLiteral("kind"), QStringLiteral("The kind of the run: standing (S) or harvested (H)."), values);
+}
+
+class InitCommand : public Command {
+public:
+    QString name() const override { return QStringLiteral("init"); }
+    QString synopsis() const override { return QString(); }
+    QString summary() const override
+    {
+        return QStringLiteral("Makes a new run database at --db with every table and the species the installation ships.");
+    }
+    int run(CliContext &ctx, const QCommandLineParser &, const QStringList &) override
+    {
+        if (ctx.dbPath.isEmpty())
+            throw CliUsageFault{QStringLiteral("init needs --db PATH")};
+        if (QFileInfo::exists(ctx.dbPath)) {
+            throw SendrelError(58, QStringLiteral("sendrel-cli"),
+                               QStringLiteral("%1 exists already; init makes only new databases.").arg(QDir::toNativeSeparators(ctx.dbPath)));
+        }
+        CreateRunDatabase(ctx.dbPath);
+        return CliOk;
+    }
+};
+
+class RunsCommand : public Command {
+public:
+    QString name() const override { return QStringLiteral("runs"); }
+    QString synopsis() const override { return QString(); }
+    QString summary() const override
+    {
+        return QStringLiteral("One line per run, in the run browser's order: Run Id, S or H, description (tabs between).");
+    }
+    int run(CliContext &ctx, const QCommandLineParser &, const QStringList &) override
+    {
+        CliSession session(ctx);
+        session.open();
+        for (const QString &entry : RunListEntries(session.tm.db)) {
+            const RunEntry run = SplitRunEntry(entry);
+            ctx.out << EscapedForLine(run.runId) << '\t' << KindLetter(run.kind()) << '\t' << EscapedForLine(run.description) << '\n';
+        }
+        return CliOk;
+    }
+};
+
+class YearsCommand : public Command {
+public:
+    QString name() const override { return QStringLiteral("years"); }
+    QString synopsis() const override { return QStringLiteral("RUN --kind S|H"); }
+    QString summary() const override
+    {
+        return QStringLiteral("One line per cycle of the run, in the list's order: cycle number, calendar year.");
+    }
+    QList<QCommandLineOption> options() const override { return {kindOption()}; }
+    int minArguments() const override { return 1; }
+    int maxArguments() const override { return 1; }
+    int run(CliContext &ctx, const QCommandLineParser &parser, const QStringList &args) override
+    {
+        const RunKind kind = KindOption(parser);
+        CliSession session(ctx);
+        session.open();
+        const RunKey run = session.requireRun(args.first(), kind);
+        // The stand and stock window's list of years, so the order is the same.
+        for (const CycleListEntry &entry : UpdateHeaderList(session.tm.db, run))
+            ctx.out << entry.cycle << '\t' << entry.yearText << '\n';
+        return CliOk;
+    }
+};
+
+class DeleteCommand : public Command {
+public:
+    QString name() const override { return QStringLiteral("delete"); }
+    QString synopsis() const override { return QStringLiteral("RUN --kind S|H"); }
+    QString summary() const override { return QStringLiteral("Deletes one run (one Run Id of one kind)."); }
+    QList<QCommandLineOption> options() const override { return {kindOption()}; }
+    int minArguments() const override { return 1; }
+    int maxArguments() const override { return 1; }
+    int run(CliContext &ctx, const QCommandLineParser &parser, const QStringList &args) override
+    {
+        const RunKind kind = KindOption(parser);
+        CliSession session(ctx);
+        session.open();
+        session.tm.db.deleteRun(session.requireRun(args.first(), kind));
+        return CliOk;
+    }
+};
+
+class DescribeCommand : public Command {
+public:
+    QString name() const override { return QStringLiteral("describe"); }
+    QString synopsis() const override { return QStringLiteral("RUN [--description TEXT] [--parameters TEXT]"); }
+    QString summary() const override
+    {
+        return QStringLiteral("Writes the run's row of the Run table (Run_Desc, run_parameters), as the suite's front end would.");
+    }
+    QList<QCommandLineOption> options() const override
+    {
+        return {QCommandLineOption(QStringLiteral("description"), QStringLiteral("The run's description."), QStringLiteral("TEXT")),
+                QCommandLineOption(QStringLiteral("parameters"), QStringLiteral("The run's parameters, added to report descriptions."),
+                                   QStringLiteral("TEXT"))};
+    }
+    int minArguments() const override { return 1; }
+    int maxArguments() const override { return 1; }
+    int run(CliContext &ctx, const QCommandLineParser &parser, const QStringList &args) override
+    {
+        const bool hasDescription = parser.isSet(QStringLiteral("description"));
+        const bool hasParameters = parser.isSet(QStringLiteral("parameters"));
+        if (!hasDescription && !hasParameters)
+            throw CliUsageFault{QStringLiteral("give --description, --parameters or both")};
+        const QString runId = args.first();
+        if (runId.isEmpty())
+            throw CliUsageFault{QStringLiteral("describe needs a Run Id")};
+        CliSession session(ctx);
+        session.open();
+        clsDBEngine &engine = session.tm.DBEngine;
+        WriteTransaction transaction(engine);
+        Statement(engine, QStringLiteral("INSERT OR IGNORE INTO Run (Run_Id) VALUES (?1)")).bind(1, runId).run();
+        if (hasDescription) {
+            Statement(engine, QStringLiteral("UPDATE Run SET Run_Desc = ?1 WHERE Run_Id = ?2"))
+                .bind(1, parser.value(QStringLiteral("description")))
+                .bind(2, runId)
+                .run();
+        }
+        if (hasParameters) {
+            Statement(engine, QStringLiteral("UPDATE Run SET run_parameters = ?1 WHERE Run_Id = ?2"))
+                .bind(1, parser.value(QStringLiteral("parameters")))
+                .bind(2, runId)
+                .run();
+        }
+        transaction.commit();
+        return CliOk;
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeInitCommand()
+{
+    return std::make_unique<InitCommand>();
+}
+
+std::unique_ptr<Command> MakeRunsCommand()
+{
+    return std::make_unique<RunsCommand>();
+}
+
+std::unique_ptr<Command> MakeYearsCommand()
+{
+    return std::make_unique<YearsCommand>();
+}
+
+std::unique_ptr<Command> MakeDeleteCommand()
+{
+    return std::make_unique<DeleteCommand>();
+}
+
+std::unique_ptr<Command> MakeDescribeCommand()
+{
+    return std::make_unique<DescribeCommand>();
+}
+
+}  // namespace sendrel

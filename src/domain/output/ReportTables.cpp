@@ -1,0 +1,27 @@
+#include "domain/output/ReportTables.h"
+
+#include "store/RunStore.h"
+
+namespace sendrel {
+
+void ClearReportTables(RunStore &db, bool standLevels)
+{
+    QStringList tables = {QStringLiteral("Species2"), QStringLiteral("Report_Header"), QStringLiteral("Report_Detail")};
+    if (standLevels)
+        tables.append(QStringLiteral("Stand_Levels_Report"));
+    for (const QString &table : std::as_const(tables))
+        Statement(db.DBEngine, QStringLiteral("DELETE FROM ") + table).run();
+}
+
+void KeepWhatWasWritten(std::optional<WriteTransaction> &transaction) noexcept
+{
+    if (!transaction || !transaction->isOpen())
+        return;
+    try {
+        transaction->commit();
+    } catch (const SendrelError &) {
+        transaction->rollback();
+    }
+}
+
+}  // namespace sendrel

@@ -1,0 +1,447 @@
+#include "graph/Graph.h"
+
+#include "base/SendrelError.h"
+
+#include <QBarCategoryAxis>
+#include <QBarSeries>
+#include <QBarSet>
+#include <QChart>
+#include <QChartView>
+#include <QClipboard>
+#include <QFileInfo>
+#include <QFontMetricsF>
+#include <QGraphicsScene>
+#include <QGuiApplication>
+#include <QImage>
+#include <QLegendMarker>
+#include <QLineSeries>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QPrinter>
+#include <QScatterSeries>
+#include <QSet>
+#include <QSvgGenerator>
+#include <QVBoxLayout>
+#include <QValueAxis>
+
+#include <cmath>
+#include <memory>
+
+namespace sendrel {
+
+namespace {
+
+// The first sixteen colours are chosen by hand: the species of the installed list (codes 1 to
+// 11 are palette 1 to 11) must stand apart at a glance, also side by side in a bar group.
+const QRgb kFirstColours[16] = {
+    qRgb(64, 64, 64),     // 0: species without a colour of their own
+    qRgb(31, 119, 180),   // blue
+    qRgb(255, 127, 14),   // orange
+    qRgb(44, 160, 44),    // green
+    qRgb(214, 39, 40),    // red
+    qRgb(148, 103, 189),  // purple
+    qRgb(140, 86, 75),    // brown
+    qRgb(227, 119, 194),  // pink
+    qRgb(188, 189, 34),   // olive
+    qRgb(23, 190, 207),   // cyan
+    qRgb(0, 0, 139),      // navy
+    qRgb(128, 0, 0),      // maroon
+    qRgb(255, 215, 0),    // gold
+    qRgb(0, 128, 128),    // teal
+    qRgb(154, 205, 50),   // yellow green
+    qRgb(255, 99, 71),    // tomato
+};
+
+QVector<QColor> makePalette()
+{
+    QVector<QColor> palette;
+    QSet<QRgb> used;
+    for (QRgb c : kFirstColours) {
+        palette.append(QColor(c));
+        used.insert(c);
+    }
+    // The rest spread round the colour wheel by the golden angle, with three levels of
+    // brightness and two of saturation, so that neighbours in the list differ clearly.
+    double hue = 0.11;
+    for (int i = 16; palette.size() < Graph::kPaletteSize; ++i) {
+        hue = std::fmod(hue + 0.618033988749895, 1.0);
+        const double saturation = (i % 2) ? 0.85 : 0.55;
+        const double value = 0.55 + 0.2 * (i % 3);
+        QColor c = QColor::fromHsvF(static_cast<float>(hue), static_cast<float>(saturation), static_cast<float>(value));
+        if (used.contains(c.rgb()))
+            continue;
+        used.insert(c.rgb());
+        palette.append(c);
+    }
+    return palette;
+}
+
+// Black and white: patterns for bars, dash styles for lines, all drawn in black.
+const Qt::BrushStyle kPatterns[] = {Qt::SolidPattern, Qt::Dense6Pattern, Qt::BDiagPattern, Qt::Dense3Pattern,
+                                    Qt::CrossPattern, Qt::FDiagPattern, Qt::Dense5Pattern, Qt::DiagCrossPattern,
+                                    Qt::HorPattern, Qt::Dense1Pattern, Qt::VerPattern, Qt::Dense4Pattern};
+const Qt::PenStyle kDashes[] = {Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine, Qt::DashDotDotLine};
+
+// Category labels must differ for the axis to keep them apart; a repeated label gets
+// invisible characters behind it.
+QStringList distinctLabels(const QVector<QString> &labels)
+{
+    QStringList out;
+    QSet<QString> seen;
+    for (QString l : labels) {
+        while (seen.contains(l))
+            l += QChar(0x200B);
+        seen.insert(l);
+        out.append(l);
+    }
+    return out;
+}
+
+QString tickFormat(double low, double high, int ticks)
+{
+    const double step = ticks > 0 ? (high - low) / ticks : high - low;
+    return step == std::floor(step) && low == std::floor(low) ? QStringLiteral("%.0f") : QStringLiteral("%.1f");
+}
+
+QFont withSize(QFont font, double points, bool bold = false)
+{
+    font.setPointSizeF(points);
+    font.setBold(bold);
+    return font;
+}
+
+}  // namespace
+
+Graph::Graph(QWidget *parent)
+    : QWidget(parent), m_view(new QChartView(this))
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_view);
+    m_view->setRenderHint(QPainter::Antialiasing);
+}
+
+Graph::~Graph() = default;
+
+QColor Graph::PaletteColour(int index)
+{
+    static const QVector<QColor> palette = makePalette();
+    if (index < 0 || index >= palette.size())
+        return palette.at(0);
+    return palette.at(index);
+}
+
+QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
+{
+    auto *chart = new QChart;
+    chart->setTheme(QChart::ChartThemeLight);
+    chart->setAnimationOptions(QChart::NoAnimation);
+    chart->setBackgroundRoundness(0);
+    chart->setMargins(QMargins(6, 6, 6, 6));
+    chart->setTitle(data.ChartTopTitle());
+    chart->setTitleFont(withSize(chart->titleFont(), 13, true));
+
+    const QVector<Series> &all = data.series();
+    const int points = data.ChartPointCount();
+    const QFont axisFont = withSize(chart->font(), points > 20 ? 8 : 9);
+    const QFont axisTitleFont = withSize(chart->font(), 10, true);
+
+    auto *yAxis = new QValueAxis;
+    double low = data.ChartYAxisMin();
+    double high = data.ChartYAxisMax();
+    // An axis from 0 to 0 (no data) still needs a span to be drawn.
+    if (!(high > low))
+        high = low + 1;
+    const int ticks = data.ChartYAxisTicks() > 0 ? data.ChartYAxisTicks() : 1;
+    yAxis->setRange(low, high);
+    yAxis->setTickCount(ticks + 1);
+    yAxis->setLabelFormat(tickFormat(low, high, ticks));
+    yAxis->setTitleText(data.ChartLeftTitle());
+    yAxis->setTitleFont(axisTitleFont);
+    yAxis->setLabelsFont(axisFont);
+    yAxis->setGridLineVisible(data.ChartGrid() & 1);
+    yAxis->setMinorGridLineVisible(false);
+    chart->addAxis(yAxis, Qt::AlignLeft);
+
+    QAbstractAxis *xAxis = nullptr;
+    QList<QAbstractSeries *> drawn;
+    if (data.kind() == Kind::ClassBars) {
+        auto *bars = new QBarSeries;
+        bars->setBarWidth(0.85);
+        for (int s = 0; s < all.size(); ++s) {
+            auto *set = new QBarSet(all[s].legend);
+            for (double v : all[s].values)
+                set->append(v);
+            if (colour) {
+                const QColor c = PaletteColour(all[s].colour);
+                set->setBrush(c);
+                set->setPen(QPen(c.darker(140), 1));
+            } else {
+                set->setBrush(QBrush(Qt::black, kPatterns[s % std::size(kPatterns)]));
+                set->setPen(QPen(Qt::black, 1));
+            }
+            bars->append(set);
+        }
+        chart->addSeries(bars);
+        auto *classes = new QBarCategoryAxis;
+        classes->append(distinctLabels(data.pointLabels()));
+        // Labels stand upright when side by side they would not fit under their classes:
+        // every class keeps its label readable.
+        const QFontMetricsF metrics(axisFont);
+        double widest = 0;
+        for (const QString &l : data.pointLabels())
+            widest = qMax(widest, metrics.horizontalAdvance(l));
+        const double plotWidth = layoutSize.width() * 0.8;
+        if (points > 0 && (widest + 8) * points > plotWidth) {
+            classes->setLabelsAngle(-90);
+            // Upright, a label is one line high across its class; the chart library would cut
+            // it to dots wherever a class is narrower than its own padded measure, though the
+            // line fits.
+            classes->setTruncateLabels(false);
+        }
+        xAxis = classes;
+        drawn.append(bars);
+    } else {
+        auto *years = new QValueAxis;
+        double xLow = data.ChartXAxisMin();
+        double xHigh = data.ChartXAxisMax();
+        if (!(xHigh > xLow)) {
+            // No axis set: the span of the x positions written.
+            bool any = false;
+            for (const Series &s : all) {
+                for (double x : s.xs) {
+                    xLow = any ? qMin(xLow, x) : x;
+                    xHigh = any ? qMax(xHigh, x) : x;
+                    any = true;
+                }
+            }
+            if (!(xHigh > xLow))
+                xHigh = xLow + 1;
+        }
+        const int xTicks = data.ChartXAxisTicks() > 0 ? data.ChartXAxisTicks() : 1;
+        years->setRange(xLow, xHigh);
+        years->setTickCount(xTicks + 1);
+        years->setLabelFormat(tickFormat(xLow, xHigh, xTicks));
+        xAxis = years;
+        for (int s = 0; s < all.size(); ++s) {
+            auto *line = new QLineSeries;
+            line->setName(all[s].legend);
+            for (int p = 0; p < all[s].values.size(); ++p)
+                line->append(all[s].xs.value(p), all[s].values[p]);
+            QPen pen(colour ? PaletteColour(all[s].colour) : QColor(Qt::black));
+            pen.setWidthF(2.0);
+            if (!colour)
+                pen.setStyle(kDashes[s % std::size(kDashes)]);
+            line->setPen(pen);
+            line->setPointsVisible(true);
+            chart->addSeries(line);
+            drawn.append(line);
+        }
+    }
+    xAxis->setTitleText(data.ChartBottomTitle());
+    xAxis->setTitleFont(axisTitleFont);
+    xAxis->setLabelsFont(axisFont);
+    xAxis->setGridLineVisible(data.ChartGrid() & 2);
+    chart->addAxis(xAxis, Qt::AlignBottom);
+    for (QAbstractSeries *s : drawn) {
+        s->attachAxis(xAxis);
+        s->attachAxis(yAxis);
+    }
+
+    // The legend stands beside the plot, never over the bars; series without a legend have
+    // no marker, and a chart without legends has no legend at all.
+    QLegend *legend = chart->legend();
+    legend->setAlignment(Qt::AlignRight);
+    legend->setFont(withSize(chart->font(), 9));
+    bool anyLegend = false;
+    for (QAbstractSeries *s : drawn) {
+        for (QLegendMarker *m : legend->markers(s)) {
+            const bool named = !m->label().isEmpty();
+            m->setVisible(named);
+            anyLegend = anyLegend || named;
+        }
+    }
+    legend->setVisible(anyLegend);
+
+    if (!colour) {
+        // Black and white means no tint anywhere: the theme's bluish greys become true greys.
+        chart->setBackgroundBrush(Qt::white);
+        chart->setTitleBrush(Qt::black);
+        legend->setLabelColor(Qt::black);
+        for (QAbstractAxis *axis : {static_cast<QAbstractAxis *>(yAxis), xAxis}) {
+            axis->setLabelsColor(Qt::black);
+            axis->setTitleBrush(Qt::black);
+            axis->setLinePenColor(Qt::black);
+            axis->setGridLineColor(QColor(190, 190, 190));
+            axis->setShadesVisible(false);
+        }
+    }
+    return chart;
+}
+
+void Graph::showChart()
+{
+    if (!m_shown)
+        return;
+    QChart *old = m_view->chart();
+    m_view->setChart(buildChart(*m_shown, m_shown->ChartScreenStyle() == 1, m_view->size()));
+    delete old;
+}
+
+void Graph::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // The class labels turn upright or back with the room there is: the chart as last drawn is
+    // laid out again for the new size.
+    showChart();
+}
+
+QChart *Graph::shownChart() const
+{
+    return m_view->chart();
+}
+
+QSize Graph::outputSize() const
+{
+    const QSize s = size();
+    return s.width() >= 200 && s.height() >= 150 ? s : kFileSize;
+}
+
+void Graph::renderTo(QPainter &painter, const QRectF &target, bool colour) const
+{
+    // The chart is laid out at a screen-like size and scaled into the target, so that a
+    // printer's thousands of dots give the same picture as the screen, not tiny print.
+    QSizeF logical = target.size();
+    if (logical.width() > 1600)
+        logical *= kFileSize.width() / logical.width();
+    QGraphicsScene scene;
+    QChart *chart = buildChart(*this, colour, logical);
+    scene.addItem(chart);
+    chart->setGeometry(QRectF(QPointF(0, 0), logical));
+    scene.setSceneRect(QRectF(QPointF(0, 0), logical));
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.fillRect(target, Qt::white);
+    scene.render(&painter, target, scene.sceneRect(), Qt::IgnoreAspectRatio);
+    painter.restore();
+}
+
+void Graph::renderTo(QPaintDevice *device, bool colour) const
+{
+    QPainter painter;
+    if (!painter.begin(device))
+        throw SendrelError(482, QStringLiteral("Graph"), QStringLiteral("Printer error"));
+    renderTo(painter, QRectF(0, 0, device->width(), device->height()), colour);
+    painter.end();
+}
+
+QImage Graph::toImage(QSize size, bool colour) const
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    renderTo(painter, QRectF(QPointF(0, 0), QSizeF(size)), colour);
+    painter.end();
+    return image;
+}
+
+void Graph::SaveCharts(const QList<ChartData> &charts, const QString &path, QSize size)
+{
+    Graph graph;
+    if (charts.size() == 1 || QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) != 0) {
+        if (charts.size() != 1)
+            throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Graph"), QStringLiteral("One chart per PNG or SVG file: ") + path);
+        graph.setChartData(charts.first());
+        graph.saveAs(path, size);
+        return;
+    }
+    QPdfWriter pdf(path);
+    pdf.setPageSize(QPageSize(QPageSize::A4));
+    pdf.setPageOrientation(QPageLayout::Landscape);
+    pdf.setResolution(300);
+    pdf.setTitle(charts.first().ChartTopTitle());
+    pdf.setCreator(QStringLiteral("Sendrel"));
+    QPainter painter;
+    if (!painter.begin(&pdf))
+        throw SendrelError(75, QStringLiteral("Graph"), QStringLiteral("Path/File access error: ") + path);
+    for (qsizetype i = 0; i < charts.size(); ++i) {
+        if (i > 0)
+            pdf.newPage();
+        graph.setChartData(charts.at(i));
+        graph.renderTo(painter, QRectF(0, 0, pdf.width(), pdf.height()), graph.ChartScreenStyle() == 1);
+    }
+    painter.end();
+    if (!QFileInfo(path).isFile() || QFileInfo(path).size() == 0)
+        throw SendrelError(75, QStringLiteral("Graph"), QStringLiteral("Path/File access error: ") + path);
+}
+
+void Graph::saveAs(const QString &path, QSize size) const
+{
+    const bool colour = ChartScreenStyle() == 1;
+    const QString type = QFileInfo(path).suffix().toLower();
+    auto failed = [&path]() {
+        return SendrelError(75, QStringLiteral("Graph"), QStringLiteral("Path/File access error: ") + path);
+    };
+    if (type == QLatin1String("png")) {
+        if (!toImage(size, colour).save(path, "PNG"))
+            throw failed();
+    } else if (type == QLatin1String("svg")) {
+        QSvgGenerator svg;
+        svg.setFileName(path);
+        svg.setSize(size);
+        svg.setViewBox(QRect(QPoint(0, 0), size));
+        svg.setTitle(ChartTopTitle());
+        svg.setDescription(QStringLiteral("Sendrel chart"));
+        QPainter painter;
+        if (!painter.begin(&svg))
+            throw failed();
+        renderTo(painter, QRectF(QPointF(0, 0), QSizeF(size)), colour);
+        painter.end();
+    } else if (type == QLatin1String("pdf")) {
+        QPdfWriter pdf(path);
+        pdf.setPageSize(QPageSize(QPageSize::A4));
+        pdf.setPageOrientation(QPageLayout::Landscape);
+        pdf.setResolution(300);
+        pdf.setTitle(ChartTopTitle());
+        pdf.setCreator(QStringLiteral("Sendrel"));
+        QPainter painter;
+        if (!painter.begin(&pdf))
+            throw failed();
+        renderTo(painter, QRectF(0, 0, pdf.width(), pdf.height()), colour);
+        painter.end();
+    } else {
+        throw failed();
+    }
+    if (!QFileInfo(path).isFile() || QFileInfo(path).size() == 0)
+        throw failed();
+}
+
+void Graph::ChartDraw(qint16 action)
+{
+    switch (action) {
+    case 2:
+        m_shown = std::make_unique<ChartData>(static_cast<const ChartData &>(*this));
+        showChart();
+        break;
+    case 4:
+        QGuiApplication::clipboard()->setImage(toImage(outputSize(), ChartScreenStyle() == 1));
+        break;
+    case 5: {
+        std::unique_ptr<QPrinter> own;
+        QPrinter *printer = m_printer;
+        if (!printer) {
+            own = std::make_unique<QPrinter>(QPrinter::HighResolution);
+            own->setPageOrientation(QPageLayout::Landscape);
+            printer = own.get();
+        }
+        renderTo(printer, ChartPrintStyle() == 3);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+}  // namespace sendrel

@@ -1,0 +1,105 @@
+#include "shell/Main.h"
+
+#include "app/CommandLine.h"
+#include "app/FolderLocation.h"
+#include "base/SendrelError.h"
+#include "base/SettingsStore.h"
+#include "app/TreeModel.h"
+#include "base/UserQuestions.h"
+#include "shell/frmKD_Splash.h"
+#include "shell/frmSendrel.h"
+#include "windows/browser/frmMarquel.h"
+#include "app/GameDB.h"
+#include "store/Schema.h"
+
+#include <QCheckBox>
+#include <QMdiSubWindow>
+
+namespace sendrel {
+
+namespace {
+
+void showMainFailure(TreeModel &tm, const SendrelError &e)
+{
+    tm.questions.message({QStringLiteral("Sendrel"), QStringLiteral("Module:TREEMODL|MAIN\n") + e.description(), MsgIcon::None,
+                          MsgButtons::OK, Answer::OK});
+}
+
+void showBrowser(frmSendrel &frame, frmMarquel &browser)
+{
+    if (QMdiSubWindow *sub = frame.SubWindowOf(&browser))
+        sub->show();
+    browser.show();
+}
+
+}  // namespace
+
+bool Main(TreeModel &tm, const QStringList &arguments, frmSendrel *&frame)
+{
+    try {
+        tm.ModelVariant = 0;
+        try {
+            const CommandLineValues values = ReadCommandLine(CommandLineText(arguments));
+            tm.CurrentRunId = values.CurrentRunId;
+            tm.ModelVariant = values.ModelVariant;
+        } catch (const SendrelError &e) {
+            throw e.tagged(kTreeModelTag + QStringLiteral("|ReadCommandLine"));
+        }
+        tm.RunOnCommandLine = !tm.CurrentRunId.isEmpty();
+        tm.settings.LoadSettings(tm.settingsStore, tm.ProgramDir);
+
+        if (!tm.RunOnCommandLine) {
+            // Main waits here until the splash has closed itself.
+            frmKD_Splash splash;
+            splash.exec();
+        }
+
+        // An empty DataDir becomes the root folder, which exists: the database question then
+        // comes up rather than the Data folder question.
+        tm.settings.DataDir = PathAddBackslash(tm.settings.DataDir);
+        tm.GameDBPath = tm.settings.DataDir + kGameDBFileName;
+
+        // Reaching for the frame's file dialog creates the frame; its load step sets up the folders
+        // before the database file is looked for.
+        OpenGameDB(tm, false, [&] {
+            if (!frame) {
+                frame = new frmSendrel(tm);
+                frame->Form_Load();
+            }
+        });
+
+        if (!tm.RunOnCommandLine) {
+            frame->show();
+            frmMarquel *browser = frmMarquel::Load(tm, *frame);
+            frame->Marquel = browser;
+            showBrowser(*frame, *browser);
+            return true;
+        }
+    } catch (const SendrelError &e) {
+        showMainFailure(tm, e);
+        return false;
+    }
+
+    // Started with a run: the browser holds only that run and opens its stand and stock window.
+    // A failure from here on is shown, and what is open by then stays.
+    try {
+        frmMarquel *browser = frmMarquel::Load(tm, *frame);
+        frame->Marquel = browser;
+        frame->setWindowState(frame->windowState() | Qt::WindowMaximized);
+        frame->show();
+        showBrowser(*frame, *browser);
+        browser->ChangingChecks = true;
+        browser->chkSS->setChecked(true);
+        browser->chkStandLevels->setChecked(false);
+        browser->ChangingChecks = false;
+        browser->SelectedItems = 1;
+        // The run's own window is to take the left place, not the browser.
+        frame->LeftForm() = nullptr;
+        browser->OKClickMarq();
+    } catch (const SendrelError &e) {
+        showMainFailure(tm, e);
+    }
+    return true;
+}
+
+}  // namespace sendrel

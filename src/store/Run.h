@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+#include <optional>
+
+namespace sendrel {
+
+// The kind of a tree list: the trees left standing or the trees cut. Stored as "S" or "H" in
+// every Standing_Harvested column.
+enum class RunKind { Standing, Harvested };
+
+// "S" or "H".
+QString KindLetter(RunKind kind);
+// "Standing" or "Harvested", as run lists show it.
+QString KindWord(RunKind kind);
+// The kind a window or a report takes from its text: "H" or "h" first means harvested, any
+// other text standing ("Standing", "s", "" all count as standing).
+RunKind KindOfText(QStringView text);
+// A kind given by name: "S", "H", "standing" or "harvested", in any case; nothing otherwise.
+std::optional<RunKind> ParseKind(QStringView text);
+
+// One run of the database: a Run Id of one kind. The same Run Id with both kinds is two runs.
+struct RunKey {
+    QString runId;
+    RunKind kind = RunKind::Standing;
+
+    QString letter() const { return KindLetter(kind); }
+    QString word() const { return KindWord(kind); }
+    // "Run Id:Standing", as messages name a run.
+    QString displayName() const { return runId + QLatin1Char(':') + word(); }
+
+    friend bool operator==(const RunKey &a, const RunKey &b)
+    {
+        return a.kind == b.kind && a.runId.compare(b.runId, Qt::CaseInsensitive) == 0;
+    }
+};
+
+}  // namespace sendrel

@@ -1,0 +1,85 @@
+#include "windows/common/RunListDelegate.h"
+
+#include <QApplication>
+#include <QListWidget>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace sendrel {
+
+namespace {
+
+constexpr int kTextMargin = 4;
+
+QString headOf(const QString &text)
+{
+    const qsizetype tab = text.indexOf(QLatin1Char('\t'));
+    return tab < 0 ? text : text.left(tab);
+}
+
+QString tailOf(const QString &text)
+{
+    const qsizetype tab = text.indexOf(QLatin1Char('\t'));
+    return tab < 0 ? QString() : text.mid(tab + 1);
+}
+
+}  // namespace
+
+RunListDelegate::RunListDelegate(QListWidget *list) : QStyledItemDelegate(list), m_list(list), m_tabStop(0)
+{
+    m_tabStop = BaseTabStop();
+}
+
+int RunListDelegate::BaseTabStop() const
+{
+    // A dialog unit across is a quarter of the font's average letter width.
+    const QFontMetrics fm(m_list->font());
+    static const QString letters = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
+    const double average = fm.horizontalAdvance(letters) / 52.0;
+    return static_cast<int>(kTabStopDialogUnits * average / 4.0 + 0.5);
+}
+
+void RunListDelegate::UpdateTabStop()
+{
+    const QFontMetrics fm(m_list->font());
+    int widest = 0;
+    for (int i = 0; i < m_list->count(); ++i)
+        widest = std::max(widest, fm.horizontalAdvance(headOf(m_list->item(i)->text())));
+    m_tabStop = std::max(BaseTabStop(), widest + fm.horizontalAdvance(QStringLiteral("MM")));
+    m_list->viewport()->update();
+}
+
+void RunListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    QStyleOptionViewItem opt = option;
+    initStyleOption(&opt, index);
+    const QString text = opt.text;
+    opt.text.clear();
+    const QWidget *widget = opt.widget;
+    QStyle *style = widget ? widget->style() : QApplication::style();
+    style->drawControl(QStyle::CE_ItemViewItem, &opt, painter, widget);
+
+    const bool selected = opt.state & QStyle::State_Selected;
+    painter->save();
+    painter->setFont(opt.font);
+    painter->setPen(opt.palette.color(opt.state & QStyle::State_Enabled ? QPalette::Normal : QPalette::Disabled,
+                                      selected ? QPalette::HighlightedText : QPalette::Text));
+    const QRect r = opt.rect.adjusted(kTextMargin, 0, -kTextMargin, 0);
+    const QRect head(r.left(), r.top(), m_tabStop - kTextMargin, r.height());
+    painter->drawText(head, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                      opt.fontMetrics.elidedText(headOf(text), Qt::ElideRight, head.width()));
+    const QRect tail(r.left() + m_tabStop, r.top(), std::max(0, r.width() - m_tabStop), r.height());
+    painter->drawText(tail, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, tailOf(text));
+    painter->restore();
+}
+
+QSize RunListDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    QSize size = QStyledItemDelegate::sizeHint(option, index);
+    const QString text = index.data(Qt::DisplayRole).toString();
+    size.setWidth(kTextMargin * 2 + m_tabStop + option.fontMetrics.horizontalAdvance(tailOf(text)));
+    return size;
+}
+
+}  // namespace sendrel

@@ -1,0 +1,68 @@
+#include "windows/common/ShowHelp.h"
+
+#include "windows/common/frmHelp.h"
+
+#include <QFileInfo>
+#include <QPointer>
+
+namespace sendrel {
+
+namespace {
+
+QPointer<frmHelp> &helpWindowRef()
+{
+    static QPointer<frmHelp> window;
+    return window;
+}
+
+}  // namespace
+
+QString HelpFolderOf(const QString &helpFile)
+{
+    const QFileInfo info(helpFile);
+    if (info.isDir())
+        return info.absoluteFilePath();
+    // The suite names a compiled help file; its pages lie in the folder that holds it.
+    return info.absolutePath();
+}
+
+frmHelp *HelpWindow()
+{
+    return helpWindowRef().data();
+}
+
+bool ShowHelp(int command, const QString &helpFile, int topic)
+{
+    if (command < HelpDefault || command > HelpContentsAndTopic)
+        return false;
+    const QString folder = HelpFolderOf(helpFile);
+    if (!QFileInfo::exists(folder + QStringLiteral("/index.html")))
+        return false;
+    QPointer<frmHelp> &window = helpWindowRef();
+    if (!window) {
+        window = new frmHelp;
+        window->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    window->SetHelpFolder(folder);
+    switch (command) {
+    case HelpDefault:
+    case HelpContents:
+    case HelpIndex:
+        window->ShowContents();
+        break;
+    case HelpSearch:
+        window->ShowSearch();
+        break;
+    case HelpContentsAndTopic:
+        window->ShowContents();
+        if (topic != 0)
+            window->ShowTopic(topic);
+        break;
+    }
+    window->show();
+    window->raise();
+    window->activateWindow();
+    return true;
+}
+
+}  // namespace sendrel

@@ -1,0 +1,146 @@
+#pragma once
+
+#include "base/UserQuestions.h"
+#include "domain/standstock/ClassLayout.h"
+#include "domain/standstock/ClassRuler.h"
+#include "domain/standstock/StandStockData.h"
+
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <memory>
+
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QPushButton;
+class QRadioButton;
+
+namespace sendrel {
+
+struct TreeModel;
+class ClassRulerView;
+class Graph;
+class ReportWindowHost;
+class frmRange;
+
+// The stand and stock window of one run: the years to report, the diameter classes (boxes and
+// ruler), and a sample chart of the stand or stock table for the first selected year. One
+// instance per open window; constructing it is its load step, closing it its unload step.
+class frmParameters : public QWidget {
+    Q_OBJECT
+    // The run, as the delete window asks any report window for it.
+    Q_PROPERTY(QString This_RunId MEMBER This_RunId)
+    Q_PROPERTY(QString This_SorH MEMBER This_SorH)
+    Q_PROPERTY(QString This_RunDesc MEMBER This_RunDesc)
+    Q_PROPERTY(int HelpContextID MEMBER HelpContextID)
+public:
+    // The host lives longer than the window (tests).
+    frmParameters(TreeModel &tm, ReportWindowHost &host, QWidget *parent = nullptr);
+    // The window keeps its host for as long as it lives (the desktop's frame and browser).
+    frmParameters(TreeModel &tm, std::unique_ptr<ReportWindowHost> host, QWidget *parent = nullptr);
+    ~frmParameters() override;
+
+    // The run that the window shows, set by the browser before UpdateHeaderList.
+    QString This_RunId;
+    QString This_SorH;     // "S" standing, "H" harvested
+    QString This_RunDesc;
+
+    // The classes and their entry (aClass, dClassStart, dClassWidth).
+    ClassLayout Layout;
+    // bClassesEdited and bInChange of the class boxes.
+    ClassResetGuard Reset;
+    // The ruler's scale and drag state.
+    ClassRuler Ruler;
+    // The cells of the last CalcReport.
+    StandStockData Data;
+
+    // Public fields under their own names, sharing the storage of the parts above.
+    qint16 &iNumofClasses = Layout.iNumofClasses;
+    bool &bInChange = Reset.bInChange;
+    qint16 &NextSpecies = Data.NextSpecies;
+    bool bDBH_Change = false;   // DrawClass is being called by frmRange's UpdateDbhPanels
+    bool bMouseMove = false;    // DrawClass is being called by a drag on the ruler
+    bool bChartsCancelled = false;
+    int HelpContextID = 76;
+
+    // Fills lstCycles with the cycles of the run and selects the first.
+    void UpdateHeaderList();
+    // The sample charts for the first selected year. A failure of the aggregation is passed on.
+    void PlotClick();
+    // The change of a class box: reset question, checks, new classes, ruler.
+    void SetClasses();
+    // Redraws the whole ruler, and one class's panel.
+    void DrawClasses();
+    void DrawClass(int iClass);
+
+    // The range editor of this window.
+    frmRange *RangeEditor() const;
+    ClassRulerView *RulerView() const { return m_ruler; }
+    ReportWindowHost &Host() const { return m_host; }
+    TreeModel &Model() const { return m_tm; }
+
+    // Chooses the chart as a click on the option does.
+    void ChooseDensity(bool density);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void initialise();
+    void buildWindow();
+    void Form_Load();
+    void Form_Unload();
+    void Form_Activate();
+    void hookActivation();
+    // Runs an event handler at the top of the error trail: a failure is shown and the window goes on.
+    template <typename F> void handled(F &&handler);
+    Answer ask(const MessageRequest &request);
+    void writeBoxesBack();
+    void showEntryCheck(const ClassEntryCheck &check);
+    void drawChosenChart();
+    void setPointer(int pointer);
+    void panelPressed(int index, double X, int button);
+    void panelMoved(int index, double X, int button);
+    void panelReleased(int index, double X, int button);
+
+    TreeModel &m_tm;
+    std::unique_ptr<ReportWindowHost> m_ownHost;
+    ReportWindowHost &m_host;
+
+    QGroupBox *SSPanel3 = nullptr;
+    QLineEdit *txtClassStart = nullptr;
+    QLineEdit *txtClassWidth = nullptr;
+    QLineEdit *txtNumofClasses = nullptr;
+    QLabel *lblClassStartError = nullptr;
+    QLabel *lblClassWidthError = nullptr;
+    QLabel *lblNumClassesError = nullptr;
+    QLabel *lblDbhError = nullptr;
+    QGroupBox *SSPanel4 = nullptr;
+    QListWidget *lstCycles = nullptr;
+    QWidget *SSPanel5 = nullptr;
+    QGroupBox *fraCycle = nullptr;
+    QRadioButton *optDensity = nullptr;
+    QRadioButton *optMerchVol = nullptr;
+    Graph *gphDensity = nullptr;
+    Graph *gphMerchVol = nullptr;
+    QPushButton *cmdPlot = nullptr;
+    ClassRulerView *m_ruler = nullptr;
+    QPushButton *cmdPrintCharts = nullptr;
+    QPushButton *cmdPrintReport = nullptr;
+    QPushButton *cmdOK = nullptr;
+    QPushButton *cmdHelp = nullptr;
+
+    QPointer<frmRange> m_range;
+    bool m_loaded = false;
+    bool m_unloaded = false;
+    bool m_asking = false;     // a question of this window is up
+    bool m_wasAway = false;    // another window was active since this one was last
+};
+
+}  // namespace sendrel

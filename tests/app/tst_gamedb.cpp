@@ -1,0 +1,134 @@
+#include "support/TestMain.h"
+#include "support/RunDatabase.h"
+
+#include "base/SendrelError.h"
+#include "app/GameDB.h"
+#include "store/Schema.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTest>
+
+using namespace sendrel;
+using namespace sendrel::test;
+
+class tst_gamedb : public QObject {
+    Q_OBJECT
+
+    SendrelError openFails(RunDatabase &env, bool force)
+    {
+        try {
+            OpenGameDB(env.tm, force);
+        } catch (const SendrelError &e) {
+            return e;
+        }
+        return SendrelError(0, {}, {});
+    }
+
+private slots:
+    void openingAPresentFileAsksNothing()
+    {
+        RunDatabase env{RunDatabase::Db::None};
+        env.openAsProgram();
+        QVERIFY(env.questions.asked().isEmpty());
+        QCOMPARE(env.tm.db.NumSpecies, 11);
+        QCOMPARE(env.tm.settings.DataDir, QDir::toNativeSeparators(env.dir()));
+        QCOMPARE(env.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), QDir::toNativeSeparators(env.dir()) + QDir::separator());
+        QCOMPARE(SpeciesStrCode(env.tm, 5), QStringLiteral("HW"));
+        QCOMPARE(SpeciesStrCode(env.tm, 11), QStringLiteral("HM"));
+        QCOMPARE(SpeciesStrCode(env.tm, 99), QStringLiteral("xx"));
+        QVERIFY(env.tm.db.ModelRunRS.Eof());
+        // Reopening replaces the connection and recordsets.
+        QVERIFY(OpenGameDB(env.tm, false));
+        CloseGameDB(env.tm);
+        CloseGameDB(env.tm);
+    }
+
+    void aMissingFileIsAskedForAndMayMoveTheDataFolder()
+    {
+        RunDatabase env{RunDatabase::Db::None};
+        QDir(env.dir()).mkdir(QStringLiteral("other"));
+        const QString elsewhere = env.dir() + QStringLiteral("/other/tolv_game.mdb");
+        CreateRunDatabase(elsewhere);
+        env.tm.GameDBPath = env.dir() + QStringLiteral("/tolv_game.mdb");
+        env.questions.answerOpenFile(elsewhere);
+        QVERIFY(OpenGameDB(env.tm, false));
+        QCOMPARE(env.questions.asked().size(), 1);
+        QCOMPARE(env.questions.asked()[0].title, QStringLiteral("Sendrel - Locate Tolv Game Database"));
+        QCOMPARE(env.questions.asked()[0].text, env.dir() + QStringLiteral("|tolv_game.mdb"));
+        QCOMPARE(env.tm.GameDBPath, elsewhere);
+        QCOMPARE(env.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), QDir::toNativeSeparators(env.dir() + QStringLiteral("/other/")));
+    }
+
+    void refusingTheFileIsCanceledByTheUser()
+    {
+        RunDatabase env{RunDatabase::Db::None};
+        env.tm.GameDBPath = env.dir() + QStringLiteral("/tolv_game.mdb");
+        env.questions.answerOpenFile(QString());
+        env.questions.answerMessage(Answer::Retry);
+        env.questions.answerOpenFile(QString());
+        env.questions.answerMessage(Answer::Cancel);
+        const SendrelError e = openFails(env, false);
+        QCOMPARE(e.number(), ErrNo::DialogCancelled);
+        QCOMPARE(e.description(), QStringLiteral("Canceled by the User"));
+        QCOMPARE(env.questions.messageTexts().last(),
+                 QStringLiteral("The file tolv_game.mdb is required to successfully run Sendrel. Do you want to try again?"));
+        QCOMPARE(env.questions.pendingAnswers(), 0);
+    }
+
+    void forcingTheDialogAsksEvenForAPresentFile()
+    {
+        RunDatabase env{RunDatabase::Db::None};
+        env.openAsProgram();
+        env.questions.answerOpenFile(QString());
+        env.questions.answerMessage(Answer::Cancel);
+        QCOMPARE(openFails(env, true).number(), ErrNo::DialogCancelled);
+    }
+
+    void aFileWithoutModelRunCannotBeOpened()
+    {
+        RunDatabase env{RunDatabase::Db::None};
+        const QString path = env.dir() + QStringLiteral("/tolv_game.mdb");
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("make"));
+            db.setDatabaseName(path);
+            QVERIFY(db.open());
+            QSqlQuery(db).exec(QStringLiteral("CREATE TABLE Other (x INTEGER)"));
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("make"));
+        const QByteArray before = ReadWholeFile(path);
+        QVERIFY(!before.isEmpty());
+
+        env.tm.GameDBPath = path;
+        const SendrelError e = openFails(env, false);
+        QVERIFY(e.description().startsWith(QStringLiteral("Cannot open the database.\n")));
+        QVERIFY(e.description().contains(QLatin1String("Model_Run")));
+        QCOMPARE(ReadWholeFile(path), before);
+    }
+
+    void missingSpeciesEndsTheProcess()
+    {
+        RunDatabase env{RunDatabase::Db::None};
+        CreateRunDatabase(env.path());
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("edit"));
+            db.setDatabaseName(env.path());
+            QVERIFY(db.open());
+            QSqlQuery(db).exec(QStringLiteral("UPDATE Species SET Variant_ID = 1"));
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("edit"));
+        env.tm.GameDBPath = env.path();
+        QVERIFY_THROWS_EXCEPTION(ProcessEnded, OpenGameDB(env.tm, false));
+        QCOMPARE(env.ended.value(0, -1), 1);
+        QCOMPARE(env.questions.asked().last().title, QStringLiteral("Missing Data"));
+        QCOMPARE(env.questions.asked().last().text, QStringLiteral("Species codes for the current variant are missing from the database."));
+        QVERIFY(!env.tm.DBEngine.IsOpen());
+    }
+};
+
+SENDREL_TEST_MAIN(tst_gamedb)
+#include "tst_gamedb.moc"
