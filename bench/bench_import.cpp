@@ -7,13 +7,13 @@
 // Each import runs in a process of its own (this program again, or sqlite3), so that times and
 // peak resident memory are those of the import alone.
 
+#include "BenchCommon.h"
+
 #include "base/ScriptedQuestions.h"
-#include "base/SettingsStore.h"
-#include "app/TreeModel.h"
 #include "base/UserQuestions.h"
 #include "domain/import/ImportTreeList.h"
 #include "domain/import/TreeListWriter.h"
-#include "store/Schema.h"
+#include "store/RunStore.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -95,21 +95,16 @@ ChildRun runChild(const QStringList &argv, const QString &outFile = QString())
 // The child: one import through the core, as the desktop does it, answering the Run Id dialog.
 int importChild(const QString &db, const QString &list)
 {
-    SettingsStore store;
     ScriptedQuestions questions;
     questions.answerRunId(kDialogCheck);
-    TreeModel tm(store, questions);
-    tm.DBEngine.PathToDB = db;
-    tm.DBEngine.OpenDB();
-    tm.DBEngine.SQLString = QStringLiteral("Select * from Model_Run  WHERE 0=0");
-    tm.db.ModelRunRS = tm.DBEngine.RetreiveRecords();
+    RunStore store;
+    store.open(db);
 
     QElapsedTimer timer;
     timer.start();
-    const ImportResult r = ImportTreeList(tm, list, QStringLiteral("S"));
+    const ImportResult r = ImportTreeList(store, questions, list, RunKind::Standing);
     const double ms = static_cast<double>(timer.nsecsElapsed()) / 1e6;
-    tm.db.ModelRunRS.Close();
-    tm.DBEngine.CloseDB();
+    store.close();
     if (!r.completed()) {
         std::fprintf(stderr, "import did not complete: %s\n", qPrintable(r.detail));
         return 1;
@@ -133,20 +128,22 @@ qint64 countRows(const QString &db)
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    QStringList args = app.arguments();
+    const QStringList args = app.arguments();
     if (args.size() == 4 && args.at(1) == QLatin1String("--import-child"))
         return importChild(args.at(2), args.at(3));
 
-    qint64 records = 1000000;
-    int cycles = 10;
-    QString keep;
-    for (int i = 1; i + 1 < args.size(); i += 2) {
-        if (args.at(i) == QLatin1String("--records"))
-            records = args.at(i + 1).toLongLong();
-        else if (args.at(i) == QLatin1String("--cycles"))
-            cycles = args.at(i + 1).toInt();
-        else if (args.at(i) == QLatin1String("--keep"))
-            keep = args.at(i + 1);
+    QCommandLineParser parser;
+    const QCommandLineOption recordsOption(QStringLiteral("records"), QStringLiteral("Tree records (default 1000000)."), QStringLiteral("N"));
+    const QCommandLineOption cyclesOption(QStringLiteral("cycles"), QStringLiteral("Cycles (default 10)."), QStringLiteral("N"));
+    const QCommandLineOption keepOption(QStringLiteral("keep"), QStringLiteral("Folder to keep the files in."), QStringLiteral("DIR"));
+    bench::ParseOptions(parser, {recordsOption, cyclesOption, keepOption},
+                        QStringLiteral("Import of a generated tree list against sqlite3's CSV import of the same rows."));
+    const qint64 records = parser.isSet(recordsOption) ? parser.value(recordsOption).toLongLong() : 1000000;
+    const int cycles = parser.isSet(cyclesOption) ? parser.value(cyclesOption).toInt() : 10;
+    const QString keep = parser.value(keepOption);
+    if (records < 1 || cycles < 2) {
+        std::fprintf(stderr, "--records must be positive and --cycles at least 2\n");
+        return 2;
     }
     QTemporaryDir tmp;
     const QDir dir(keep.isEmpty() ? tmp.path() : keep);
@@ -199,9 +196,7 @@ int main(int argc, char *argv[])
     const bool ok = oursRows == records && theirRows == oursRows && import.wallMs < 3000 && importRssMb < 100
                     && shell.wallMs >= 1.5 * import.wallMs;
     // Wall times follow the machine's load: a busy machine stretches them, the CPU times less so.
-    QFile load(QStringLiteral("/proc/loadavg"));
-    load.open(QIODevice::ReadOnly);
-    std::printf("load average at the end: %s\n", load.readAll().split(' ').mid(0, 3).join(' ').constData());
+    std::printf("load average at the end: %s\n", bench::LoadAverage().constData());
     std::printf("targets (under 3 s, under 100 MB, at least 1.5x): %s\n", ok ? "met" : "NOT met");
     return ok ? 0 : 1;
 }

@@ -1,17 +1,17 @@
 // Time of the largest stand and stock report: 20 selected years of 30 classes and twelve
 // species (so "Other:" and all twelve column groups), written to the scratch tables and then
 // turned into the report text file.
+#include "BenchCommon.h"
+
 #include "base/Numbers.h"
 #include "base/ScriptedQuestions.h"
 #include "base/ToolBox.h"
-#include "base/SettingsStore.h"
-#include "app/TreeModel.h"
 #include "domain/output/ReportFile.h"
+#include "domain/output/ReportTables.h"
 #include "domain/standstock/ClassLayout.h"
 #include "domain/standstock/StandStockData.h"
 #include "domain/standstock/StandStockTables.h"
-#include "app/GameDB.h"
-#include "store/Schema.h"
+#include "store/RunStore.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -63,45 +63,47 @@ void fill(StandStockData &r, int numSpecies, int cycle)
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
+    QCommandLineParser parser;
+    bench::ParseOptions(parser, {}, QStringLiteral("The largest stand table report: writers and report file."));
     QTemporaryDir dir;
-    qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral("config")).toUtf8());
-    SettingsStore store;
+    const QString path = dir.filePath(kGameDBFileName);
+    CreateRunDatabase(path);
+    RunStore db;
+    db.open(path);
+    Statement(db.DBEngine, QStringLiteral("INSERT INTO Species (Num_Code, Str_Code, Name, Variant_ID) VALUES (12, 'XX', 'twelfth', 2)")).run();
+    db.readSpecies();
     ScriptedQuestions questions;
-    TreeModel tm(store, questions);
-    tm.ProgramDir = dir.path();
-    tm.GameDBPath = dir.filePath(kGameDBFileName);
-    CreateRunDatabase(tm.GameDBPath);
-    tm.DBEngine.PathToDB = tm.GameDBPath;
-    tm.DBEngine.OpenDB();
-    tm.DBEngine.SQLString = QStringLiteral("INSERT INTO Species (Num_Code, Str_Code, Name, Variant_ID) VALUES (12, 'XX', 'twelfth', 2)");
-    tm.DBEngine.Execute();
-    ReadSpecies(tm);
 
     ClassLayout layout;
     layout.SetClasses(u"0", u"5", u"30");
-    StandStockData results(layout, tm.db.NumSpecies);
+    StandStockData results(layout, db.NumSpecies);
     QElapsedTimer timer;
     timer.start();
+    // As a report does it: one transaction for the tables and the reading of them.
+    WriteTransaction transaction(db.DBEngine);
+    ClearReportTables(db, false);
+    StandStockTableWriter writer(db);
     for (int cycle = 1; cycle <= kCycles; ++cycle) {
-        fill(results, tm.db.NumSpecies, cycle);
-        WriteStandStockTables(tm, results, layout, true, static_cast<qint16>(cycle), QStringLiteral("BENCH"),
-                              static_cast<qint16>(cycle), static_cast<qint16>(2000 + 10 * cycle), QStringLiteral("BENCH: Stand Table"),
-                              QStringLiteral("Printed by: "));
+        fill(results, db.NumSpecies, cycle);
+        writer.write(results, layout, true, static_cast<qint16>(cycle), QStringLiteral("BENCH"), static_cast<qint16>(cycle),
+                     static_cast<qint16>(2000 + 10 * cycle), QStringLiteral("BENCH: Stand Table"), QStringLiteral("Printed by: "));
     }
     const qint64 tablesMs = timer.restart();
 
-    tm.CurrentRunId = QStringLiteral("BENCH");
     qint16 columns = 0;
-    const QString path = WriteReportFile(tm, ReportKind::Stand, QStringLiteral("Printed by: "), columns);
+    const QString file = ReportFilePath(dir.path(), QStringLiteral("BENCH"), ReportKind::Stand);
+    const QString written = WriteReportFile(db, questions, ReportKind::Stand, QStringLiteral("BENCH"), file, QStringLiteral("Printed by: "), columns);
+    transaction.commit();
     const qint64 fileMs = timer.elapsed();
-    if (path.isEmpty()) {
+    if (written.isEmpty()) {
         std::fprintf(stderr, "report failed: %s\n", qPrintable(questions.messageTexts().join(QLatin1Char('|'))));
         return 1;
     }
     std::printf("stand table writers, %d cycles x %d classes x %d species: %lld ms\n", kCycles, kClasses, kSpecies,
                 static_cast<long long>(tablesMs));
-    std::printf("WriteReportFile, %d blocks (%lld bytes): %lld ms\n", kCycles, static_cast<long long>(QFileInfo(path).size()),
+    std::printf("WriteReportFile, %d blocks (%lld bytes): %lld ms\n", kCycles, static_cast<long long>(QFileInfo(written).size()),
                 static_cast<long long>(fileMs));
-    CloseGameDB(tm);
+    std::printf("load average: %s\n", bench::LoadAverage().constData());
+    db.close();
     return 0;
 }

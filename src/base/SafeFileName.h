@@ -15,7 +15,7 @@ namespace sendrel {
 // Other characters, letters of any script and inner blanks among them, stay as they are. A result
 // longer than 150 characters keeps its first 140, "~" and 8 hex digits of a hash of the whole Run
 // Id, so names stay within what file systems take.
-// Examples: "A/B" -> "A%2FB", "../up" -> "%2E.%2Fup", "R 7:a" -> "R 7%3Aa".
+// Examples: "A/B" -> "A%2FB", "../up" -> "%2E%2E%2Fup", "R 7:a" -> "R 7%3Aa".
 QString SafeFileStem(const QString &runId);
 
 }  // namespace sendrel

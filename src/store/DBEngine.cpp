@@ -103,40 +103,31 @@ void clsDBEngine::open(bool create)
         throw SendrelError(ErrNo::DatabaseFailure, kSource,
                            QStringLiteral("Could not find file '%1'.").arg(QDir::toNativeSeparators(PathToDB)));
     }
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
-    // Opened through a URI so that a missing file is never created behind the user's back.
-    QUrl url = QUrl::fromLocalFile(QFileInfo(PathToDB).absoluteFilePath());
-    url.setQuery(create ? QStringLiteral("mode=rwc") : QStringLiteral("mode=rw"));
-    db.setDatabaseName(url.toString(QUrl::FullyEncoded));
-    db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI"));
-    if (!db.open()) {
-        const QString text = db.lastError().text();
-        db = QSqlDatabase();
-        QSqlDatabase::removeDatabase(m_connectionName);
-        throw SendrelError(ErrNo::DatabaseFailure, kSource, text);
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
+        // Opened through a URI so that a missing file is never created behind the user's back.
+        QUrl url = QUrl::fromLocalFile(file.absoluteFilePath());
+        url.setQuery(create ? QStringLiteral("mode=rwc") : QStringLiteral("mode=rw"));
+        db.setDatabaseName(url.toString(QUrl::FullyEncoded));
+        db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI"));
+        if (!db.open()) {
+            const QString text = db.lastError().text();
+            db = QSqlDatabase();
+            QSqlDatabase::removeDatabase(m_connectionName);
+            throw SendrelError(ErrNo::DatabaseFailure, kSource, text);
+        }
+        const QVariant h = db.driver()->handle();
+        if (h.isValid() && qstrcmp(h.typeName(), "sqlite3*") == 0)
+            m_handle = *static_cast<sqlite3 *const *>(h.constData());
     }
-    const QVariant h = db.driver()->handle();
-    if (h.isValid() && qstrcmp(h.typeName(), "sqlite3*") == 0)
-        m_handle = *static_cast<sqlite3 *const *>(h.constData());
     if (!m_handle) {
         CloseDB();
         throw SendrelError(ErrNo::DatabaseFailure, kSource, QStringLiteral("The run database is not an SQLite connection."));
     }
     sqlite3_busy_timeout(m_handle, static_cast<int>(m_lockWait.count()));
     try {
-        // Readers go on reading while another program imports: the write-ahead log keeps what
-        // they see. A file on a medium that cannot hold the log stays in its old mode.
         // Reading the schema tells a file that is no database, or a damaged first page, at once.
         Statement(*this, QStringLiteral("SELECT count(*) FROM sqlite_master")).run();
-        QString mode;
-        {
-            Statement current(*this, QStringLiteral("PRAGMA journal_mode"));
-            if (current.next())
-                mode = current.text(0);
-            current.reset();
-        }
-        if (mode.compare(QLatin1String("wal"), Qt::CaseInsensitive) != 0)
-            sqlite3_exec(m_handle, "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
         // A page cache large enough that sorting the trees of one cycle (the stand table's
         // statement orders them by species and diameter) stays in memory instead of spilling to a
         // temporary file. It is taken only as needed and belongs to this connection.
@@ -199,6 +190,21 @@ void clsDBEngine::CommtTrans()
 void clsDBEngine::RollbckTrans()
 {
     Statement(*this, QStringLiteral("ROLLBACK")).run();
+}
+
+void clsDBEngine::UseWriteAheadLog()
+{
+    // Readers go on reading while another program imports: the write-ahead log keeps what they
+    // see. A file on a medium that cannot hold the log stays in its old mode.
+    QString mode;
+    {
+        Statement current(*this, QStringLiteral("PRAGMA journal_mode"));
+        if (current.next())
+            mode = current.text(0);
+        current.reset();
+    }
+    if (mode.compare(QLatin1String("wal"), Qt::CaseInsensitive) != 0)
+        sqlite3_exec(handle(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
 }
 
 bool clsDBEngine::InTransaction() const

@@ -50,6 +50,8 @@ public:
     void StartTrans();
     void CommtTrans();
     void RollbckTrans();
+    // Lets readers go on while another program writes; for a file known to be a run database.
+    void UseWriteAheadLog();
     // True while a transaction is open: SQLite ends one by itself on some failures (a full disk).
     bool InTransaction() const;
 

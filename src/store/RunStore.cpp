@@ -46,6 +46,7 @@ void RunStore::open(const QString &path)
     DBEngine.OpenDB();
     DBEngine.SQLString = QStringLiteral("Select * from Model_Run  WHERE 0=0");
     ModelRunRS = DBEngine.RetreiveRecords();
+    DBEngine.UseWriteAheadLog();
     ModelEntriesRS = deferredRecordset(DBEngine, QStringLiteral("Select * from Model_Entries WHERE 0=0"));
     ModelHeaderRS = deferredRecordset(DBEngine, QStringLiteral("Select * from Model_Header"));
     readSpecies();

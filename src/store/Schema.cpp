@@ -161,6 +161,7 @@ void CreateRunDatabase(const QString &path)
         for (const SpeciesRow &row : InstalledSpecies())
             species.bind(1, row.Num_Code).bind(2, QString::fromLatin1(row.Str_Code)).bind(3, QString::fromLatin1(row.Name)).run();
         transaction.commit();
+        engine.UseWriteAheadLog();
     } catch (const SendrelError &e) {
         engine.CloseDB();
         QFile::remove(path);

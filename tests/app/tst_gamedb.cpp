@@ -36,9 +36,6 @@ private slots:
         QCOMPARE(env.tm.db.NumSpecies, 11);
         QCOMPARE(env.tm.settings.DataDir, QDir::toNativeSeparators(env.dir()));
         QCOMPARE(env.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), QDir::toNativeSeparators(env.dir()) + QDir::separator());
-        QCOMPARE(SpeciesStrCode(env.tm, 5), QStringLiteral("HW"));
-        QCOMPARE(SpeciesStrCode(env.tm, 11), QStringLiteral("HM"));
-        QCOMPARE(SpeciesStrCode(env.tm, 99), QStringLiteral("xx"));
         QVERIFY(env.tm.db.ModelRunRS.Eof());
         // Reopening replaces the connection and recordsets.
         QVERIFY(OpenGameDB(env.tm, false));

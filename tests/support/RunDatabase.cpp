@@ -44,7 +44,7 @@ QStringList Rows(RunStore &db, const QString &sql)
     while (s.next()) {
         QStringList cols;
         for (int i = 0; i < s.columnCount(); ++i)
-            cols.append(s.isNull(i) ? QStringLiteral("NULL") : s.text(i));
+            cols.append(s.isNull(i) ? QStringLiteral("NULL") : s.value(i).toString());
         out.append(cols.join(QLatin1Char('|')));
     }
     return out;

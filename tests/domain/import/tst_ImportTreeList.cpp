@@ -59,7 +59,7 @@ private:
     {
         for (const char *kind : {"S", "H"}) {
             f.questions.answerRunId(kDialogCheck);
-            QVERIFY(ImportTreeList(f.tm, path, QLatin1String(kind)).completed());
+            QVERIFY(ImportTreeList(f.db, f.questions, path, KindOfText(QString::fromLatin1(kind))).completed());
         }
         f.questions.clear();
     }
@@ -75,14 +75,14 @@ private slots:
         RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("plot7.lst"), threeCycles());
         f.questions.answerRunId(kDialogCheck);
-        const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("Standing"));
+        const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
 
         QVERIFY(r.completed());
         QCOMPARE(r.runId, QStringLiteral("PLOT 7"));
         QCOMPARE(r.kind, QStringLiteral("S"));
         QCOMPARE(r.cyclesRead, 3);
         QCOMPARE(r.treeRecordsRead, 3);
-        QCOMPARE(f.tm.DialogResult, kDialogOK);
+        QCOMPARE(r.dialogResult, kDialogOK);
         // The suggestion was offered once, unchanged in case.
         QCOMPARE(f.questions.asked().first().kind, QStringLiteral("askRunId"));
         QCOMPARE(f.questions.asked().first().text, QStringLiteral("PLOT 7"));
@@ -113,7 +113,7 @@ private slots:
         lines.append(ColumnLine().at(2, QByteArray("\xe9t\xe9", 3)).at(16, "SE").at(19, " 8").at(50, "22.2"));
         const QString path = f.writeFile(QStringLiteral("fast.lst"), TreeListText(lines));
         f.questions.answerRunId(kDialogCheck);
-        QVERIFY(ImportTreeList(f.tm, path, QStringLiteral("S")).completed());
+        QVERIFY(ImportTreeList(f.db, f.questions, path, RunKind::Standing).completed());
 
         f.tm.DBEngine.StartTrans();
         for (qsizetype i = 1; i < lines.size(); ++i)
@@ -140,7 +140,7 @@ private slots:
             HeaderLine(1, 5, 2005), TreeLine("1", "SE", 8, 1, 10, 0.1, 0),
             "", HeaderLine(1, 6, 2010), "      "}));
         f.questions.answerRunId(kDialogCheck);
-        const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("H"));
+        const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Harvested);
         QVERIFY(r.completed());
         QCOMPARE(r.kind, QStringLiteral("H"));
         QCOMPARE(f.rows(QStringLiteral("SELECT Cycle, Cycle_Year FROM Model_Header ORDER BY rowid")),
@@ -153,7 +153,7 @@ private slots:
         RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("stand.b.lst"), threeCycles(QByteArray()));
         f.questions.answerRunId(kDialogCheck, QStringLiteral("Edited"));
-        const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("s"));
+        const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QVERIFY(r.completed());
         QCOMPARE(f.questions.asked().first().text, QStringLiteral("STAND"));
         QCOMPARE(r.runId, QStringLiteral("Edited"));
@@ -170,15 +170,16 @@ private slots:
         // A free Run Id is offered and cancelled.
         const QString other = f.writeFile(QStringLiteral("new.lst"), threeCycles("NEW"));
         f.questions.answerRunId(kDialogCancel);
-        QCOMPARE(ImportTreeList(f.tm, other, QStringLiteral("S")).ending, ImportEnding::Cancelled);
+        QCOMPARE(ImportTreeList(f.db, f.questions, other, RunKind::Standing).ending, ImportEnding::Cancelled);
         // The taken one meets the duplicate dialog: Cancel.
         f.questions.answerDuplicateId(kDialogCancel);
-        QCOMPARE(ImportTreeList(f.tm, path, QStringLiteral("S")).ending, ImportEnding::Cancelled);
+        QCOMPARE(ImportTreeList(f.db, f.questions, path, RunKind::Standing).ending, ImportEnding::Cancelled);
         // Rename, then Cancel in the Run Id dialog.
         f.questions.answerDuplicateId(kDialogRename);
         f.questions.answerRunId(kDialogCancel);
-        QCOMPARE(ImportTreeList(f.tm, path, QStringLiteral("H")).ending, ImportEnding::Cancelled);
-        QCOMPARE(f.tm.DialogResult, kDialogCancel);
+        const ImportResult renamed = ImportTreeList(f.db, f.questions, path, RunKind::Harvested);
+        QCOMPARE(renamed.ending, ImportEnding::Cancelled);
+        QCOMPARE(renamed.dialogResult, kDialogCancel);
 
         QCOMPARE(f.questions.pendingAnswers(), 0);
         QCOMPARE(f.rows(QStringLiteral("SELECT * FROM Model_Entries ORDER BY rowid")), before);
@@ -200,7 +201,7 @@ private slots:
         QFETCH(QByteArray, content);
         RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("bad.lst"), content);
-        const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("S"));
+        const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QCOMPARE(r.ending, ImportEnding::InvalidFile);
         QCOMPARE(f.questions.messageTexts(), QStringList({kInvalidFileFormatMessage}));
         QCOMPARE(f.questions.asked().first().title, QStringLiteral("Sendrel"));
@@ -212,7 +213,7 @@ private slots:
     {
         RunDatabase f;
         const QString missing = f.filePath(QStringLiteral("missing.lst"));
-        ImportResult r = ImportTreeList(f.tm, missing, QStringLiteral("S"));
+        ImportResult r = ImportTreeList(f.db, f.questions, missing, RunKind::Standing);
         QCOMPARE(r.ending, ImportEnding::Refused);
         QVERIFY(f.questions.messageTexts().value(0).contains(QStringLiteral("missing.lst")));
 
@@ -220,7 +221,7 @@ private slots:
         f.questions.clear();
         const QString path = f.writeFile(QStringLiteral("big.lst"),
                                          TreeListText({"preamble", HeaderLine(1, 40000, 2000), TreeLine("1", "FD", 3, 1, 10, 0.1, 0)}));
-        r = ImportTreeList(f.tm, path, QStringLiteral("S"));
+        r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QCOMPARE(r.ending, ImportEnding::Refused);
         QCOMPARE(f.questions.asked().size(), 1);   // the message only: no dialog
         QVERIFY(r.detail.contains(QStringLiteral("big.lst, line 2")));
@@ -238,9 +239,9 @@ private slots:
         const QString shorter = f.writeFile(QStringLiteral("short.lst"),
                                             TreeListText({HeaderLine(1, 9, 2090, "PLOT 7", kStamp), TreeLine("9", "CW", 6, 5, 50, 2, 1.5)}));
         f.questions.answerDuplicateId(kDialogOverwrite);
-        const ImportResult r = ImportTreeList(f.tm, shorter, QStringLiteral("S"));
+        const ImportResult r = ImportTreeList(f.db, f.questions, shorter, RunKind::Standing);
         QVERIFY(r.completed());
-        QCOMPARE(f.tm.DialogResult, kDialogOverwrite);
+        QCOMPARE(r.dialogResult, kDialogOverwrite);
         QCOMPARE(runRows(f, QStringLiteral("Model_Header"), QStringLiteral("S")), QStringLiteral("1"));
         QCOMPARE(runRows(f, QStringLiteral("Model_Entries"), QStringLiteral("S")), QStringLiteral("1"));
         QCOMPARE(runRows(f, QStringLiteral("Model_Run"), QStringLiteral("S")), QStringLiteral("1"));
@@ -255,12 +256,15 @@ private slots:
 
         const QString path = f.writeFile(QStringLiteral("bad.lst"), ::badSpeciesInCycle3());
         f.questions.answerDuplicateId(kDialogOverwrite);
-        const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("S"));
+        const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
 
         QCOMPARE(r.ending, ImportEnding::Failed);
-        QCOMPARE(f.questions.messageTexts(),
-                 QStringList({QStringLiteral("Invalid species code: 12  (Valid range is 1-11)"), QStringLiteral("Import Error")}));
-        QVERIFY(r.detail.contains(QStringLiteral("bad.lst, line 7")));
+        const QStringList told = f.questions.messageTexts();
+        QCOMPARE(told.size(), 2);
+        QCOMPARE(told.first(), QStringLiteral("Invalid species code: 12  (Valid range is 1-11)"));
+        // The user is told where: the file and the line.
+        QVERIFY(told.last().startsWith(QStringLiteral("Import Error")));
+        QVERIFY(told.last().contains(QStringLiteral("bad.lst, line 7")));
         // The new Model_Run row stays; the earlier standing rows are gone with the overwrite; nothing
         // of this import's list is left; the harvested run is untouched.
         QCOMPARE(f.rows(QStringLiteral("SELECT Run_Id, Run_Date, Standing_Harvested FROM Model_Run ORDER BY Standing_Harvested")),
@@ -274,7 +278,7 @@ private slots:
         // Importing again meets the duplicate dialog, and Overwrite cleans it up.
         f.questions.clear();
         f.questions.answerDuplicateId(kDialogOverwrite);
-        QVERIFY(ImportTreeList(f.tm, good, QStringLiteral("S")).completed());
+        QVERIFY(ImportTreeList(f.db, f.questions, good, RunKind::Standing).completed());
         QCOMPARE(f.count(QStringLiteral("Model_Entries"), QStringLiteral("Standing_Harvested = 'S'")), 3);
     }
 
@@ -285,9 +289,9 @@ private slots:
                                                                                  TreeLine("1", "FD", 3, 250.0, 30.0, 0.9, 0.7),
                                                                                  HeaderLine(1, 2, 99999)}));
         f.questions.answerRunId(kDialogCheck);
-        const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("S"));
+        const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QCOMPARE(r.ending, ImportEnding::Failed);
-        QCOMPARE(f.questions.messageTexts(), QStringList({QStringLiteral("Import Error")}));
+        QVERIFY(f.questions.messageTexts().value(0).startsWith(QStringLiteral("Import Error")));
         QCOMPARE(f.count(QStringLiteral("Model_Run")), 1);
         QCOMPARE(f.count(QStringLiteral("Model_Header")), 0);
         QCOMPARE(f.count(QStringLiteral("Model_Entries")), 0);
@@ -304,14 +308,14 @@ private slots:
         f.addRun(QStringLiteral("PLOT 7:1"), QStringLiteral("S"));
         f.addRun(QStringLiteral("plot 7:2"), QStringLiteral("H"));   // either kind, any case
         f.reopenModelRunRS();
-        QCOMPARE(NextFreeRunId(f.tm, QStringLiteral("PLOT 7")), QStringLiteral("PLOT 7:3"));
+        QCOMPARE(NextFreeRunId(f.db, QStringLiteral("PLOT 7")), QStringLiteral("PLOT 7:3"));
 
         // Rename offers PLOT 7:3; the user types the taken PLOT 7:1, which meets the dialog again.
         f.questions.answerDuplicateId(kDialogRename);
         f.questions.answerRunId(kDialogCheck, QStringLiteral("PLOT 7:1"));
         f.questions.answerDuplicateId(kDialogRename);
         f.questions.answerRunId(kDialogCheck);
-        const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("S"));
+        const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QVERIFY(r.completed());
         QStringList asked;
         for (const auto &a : f.questions.asked())
@@ -333,7 +337,7 @@ private slots:
         f.questions.answerDuplicateId(kDialogRename);
         f.questions.answerRunId(kDialogCheck);
         f.questions.answerDuplicateId(kDialogCancel);
-        QCOMPARE(ImportTreeList(f.tm, path, QStringLiteral("S")).ending, ImportEnding::Cancelled);
+        QCOMPARE(ImportTreeList(f.db, f.questions, path, RunKind::Standing).ending, ImportEnding::Cancelled);
         QCOMPARE(f.questions.asked().at(2).text, QStringLiteral("PLOT 7:1"));
     }
 
@@ -345,7 +349,7 @@ private slots:
         f.reopenModelRunRS();
         f.questions.answerDuplicateId(kDialogRename);
         f.questions.answerRunId(kDialogCheck);
-        const ImportResult r = ImportTreeList(f.tm, path, QStringLiteral("S"));
+        const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QVERIFY(r.completed());
         QCOMPARE(r.runId, QStringLiteral("O'Hara:1"));
     }

@@ -82,13 +82,18 @@ QList<Group> speciesRow(const QStringList &codes, double base, const QList<Group
     return groups + closing;
 }
 
-// A composition report of one species in the year 2000 for the run, which becomes the current run.
+// A composition report of one species in the year 2000 for the run.
 void addOneSpeciesComposition(RunDatabase &db, const QString &run, const QString &type = QStringLiteral("SL_SPH"))
 {
     ReportTables t(db);
     t.compositionHeader(run, type, 1, QStringLiteral("T"));
     t.levels(2000, {QStringLiteral("PW"), QStringLiteral("Total:")}, {1, 1});
-    db.tm.CurrentRunId = run;
+}
+
+// The report file of the run in the Work folder, as the desktop writes it.
+QString writeReport(RunDatabase &db, qint16 kind, const QString &run, const QString &description, qint16 &columns)
+{
+    return WriteReportFile(db.db, db.questions, kind, run, ReportFilePath(db.workDir(), run, kind), description, columns, FixedClock);
 }
 
 }  // namespace
@@ -100,9 +105,8 @@ private:
     // Writes the report and checks it against its expected file; gives the path.
     QString writeAndCompare(RunDatabase &db, qint16 kind, const QString &description, const QString &golden, qint16 expectedColumns)
     {
-        db.tm.CurrentRunId = QStringLiteral("R7");
         qint16 columns = -1;
-        const QString path = WriteReportFile(db.tm, kind, description, columns, FixedClock);
+        const QString path = writeReport(db, kind, QStringLiteral("R7"), description, columns);
         if (path.isEmpty())
             qWarning("messages: %s", qPrintable(db.questions.messageTexts().join(QStringLiteral(" | "))));
         [&] {
@@ -129,12 +133,12 @@ private slots:
     void unitLineOfCompositionTypes_data();
     void unitLineOfCompositionTypes();
 
-    void placeAndName();
+    void everyRunIdHasAFileInTheFolder_data();
+    void everyRunIdHasAFileInTheFolder();
     void secondReportReplacesFirst();
     void noHeaderRowsTouchesNoFile();
-    void blockWithoutDetailRowsFails();
-    void blockWithoutHeadingFails();
-    void unwritableFileFails();
+    void aFailedReportLeavesNoFile_data();
+    void aFailedReportLeavesNoFile();
 };
 
 void TestReportFile::cellsAndNumbers_data()
@@ -285,43 +289,51 @@ void TestReportFile::unitLineOfCompositionTypes()
     RunDatabase db;
     addOneSpeciesComposition(db, QStringLiteral("R7"), type);
     qint16 columns = 0;
-    const QString path = WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock);
+    const QString path = writeReport(db, ReportKind::Species, QStringLiteral("R7"), QString(), columns);
     QVERIFY(!path.isEmpty());
     const QList<QByteArray> lines = ReadWholeFile(path).split('\n');
     QCOMPARE(QString::fromUtf8(lines.at(5)), unitLine + QLatin1Char('\r'));
 }
 
-void TestReportFile::placeAndName()
+void TestReportFile::everyRunIdHasAFileInTheFolder_data()
 {
-    RunDatabase db;
-    addOneSpeciesComposition(db, QStringLiteral("R 7:a"));
-    qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock),
-             db.programDir() + QStringLiteral("/R 7:a_Species.txt"));
-    QVERIFY(QFile::exists(db.programDir() + QStringLiteral("/R 7:a_Species.txt")));
+    QTest::addColumn<QString>("runId");
+    QTest::addColumn<QString>("fileName");
+    QTest::newRow("plain") << "R 7" << "R 7_Species.txt";
+    QTest::newRow("a renamed run") << "R 7:a" << "R 7%3Aa_Species.txt";
+    QTest::newRow("a slash") << "A/B" << "A%2FB_Species.txt";
+    QTest::newRow("a way up") << "../up" << "%2E%2E%2Fup_Species.txt";
+    QTest::newRow("a backslash and quotes") << "a\\b\"c'" << "a%5Cb%22c'_Species.txt";
+    QTest::newRow("a per cent") << "50%" << "50%25_Species.txt";
+    QTest::newRow("control characters") << "t\tn\n" << "t%09n%0A_Species.txt";
+    QTest::newRow("a blank at the end") << "R " << "R%20_Species.txt";
+    QTest::newRow("letters of any script") << QString::fromUtf8("Sk\u00f6g \u6797") << QString::fromUtf8("Sk\u00f6g \u6797_Species.txt");
+}
 
-    // A program folder that cannot take the file sends it to the Work folder.
-    db.tm.ProgramDir = db.folder() + QStringLiteral("/no such folder");
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock),
-             db.workDir() + QStringLiteral("/R 7:a_Species.txt"));
-    QCOMPARE(ReportFilePath(db.tm, ReportKind::Stand), db.workDir() + QStringLiteral("/R 7:a_Stand.txt"));
-    QCOMPARE(ReportFilePath(db.tm, ReportKind::Stock), db.workDir() + QStringLiteral("/R 7:a_Stock.txt"));
-    db.tm.ProgramDir = db.programDir() + QLatin1Char('/');
-    QCOMPARE(ReportFilePath(db.tm, ReportKind::Stand), db.programDir() + QStringLiteral("/R 7:a_Stand.txt"));
+void TestReportFile::everyRunIdHasAFileInTheFolder()
+{
+    QFETCH(QString, runId);
+    QFETCH(QString, fileName);
+    RunDatabase db;
+    addOneSpeciesComposition(db, runId);
+    qint16 columns = 0;
+    const QString path = writeReport(db, ReportKind::Species, runId, QString(), columns);
+    QCOMPARE(path, QDir(db.workDir()).filePath(fileName));
+    QCOMPARE(QDir(db.workDir()).entryList(QDir::Files), QStringList{fileName});
 }
 
 void TestReportFile::secondReportReplacesFirst()
 {
     RunDatabase db;
     addOneSpeciesComposition(db, QStringLiteral("R7"));
-    const QString path = db.programDir() + QStringLiteral("/R7_Species.txt");
+    const QString path = db.workDir() + QStringLiteral("/R7_Species.txt");
     {
         QFile old(path);
         QVERIFY(old.open(QIODevice::WriteOnly));
         old.write(QByteArray(5000, 'x'));
     }
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QStringLiteral("D"), columns, FixedClock), path);
+    QCOMPARE(writeReport(db, ReportKind::Species, QStringLiteral("R7"), QStringLiteral("D"), columns), path);
     const QByteArray text = ReadWholeFile(path);
     QVERIFY(text.startsWith("   T\r\n"));
     QVERIFY(!text.contains('x'));
@@ -332,67 +344,50 @@ void TestReportFile::noHeaderRowsTouchesNoFile()
     RunDatabase db;
     ReportTables t(db);
     t.compositionHeader(QStringLiteral("Other run"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
-    db.tm.CurrentRunId = QStringLiteral("R7");
-    const QString path = db.programDir() + QStringLiteral("/R7_Stand.txt");
+    const QString path = db.workDir() + QStringLiteral("/R7_Stand.txt");
     {
         QFile old(path);
         QVERIFY(old.open(QIODevice::WriteOnly));
         old.write("earlier report");
     }
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QString(), columns, FixedClock), QString());
+    QCOMPARE(writeReport(db, ReportKind::Stand, QStringLiteral("R7"), QString(), columns), QString());
     QCOMPARE(db.questions.messageTexts(), QStringList{QStringLiteral("The report data is unavailable.")});
-    QCOMPARE(db.questions.asked().first().title, QStringLiteral("Sendrel"));
     QCOMPARE(ReadWholeFile(path), QByteArray("earlier report"));
 }
 
-void TestReportFile::blockWithoutDetailRowsFails()
+void TestReportFile::aFailedReportLeavesNoFile_data()
 {
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("a block without detail rows")
+        << "rows" << "Error printing report\r\nEither BOF or EOF is True, or the current record has been deleted. (3021)";
+    QTest::newRow("a block without a heading") << "heading" << "Error printing report\r\nSubscript out of range";
+    QTest::newRow("a file that cannot be written") << "file" << "Error printing report\r\nPath/File access error: ";
+}
+
+void TestReportFile::aFailedReportLeavesNoFile()
+{
+    QFETCH(QString, fault);
+    QFETCH(QString, message);
     RunDatabase db;
     ReportTables t(db);
     t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 1, 1, 2000, QStringLiteral("R7: Stand Table"));
-    t.header(2, QStringLiteral("R7"), QStringLiteral("DENSITY"), 0, 2, 2010, QStringLiteral("R7: Stand Table"));
-    t.detail(1, 10, 15, 12.5, {{QStringLiteral("PW"), 1, 1}, {QStringLiteral("Totals:"), 1, 1}});
-    db.tm.CurrentRunId = QStringLiteral("R7");
+    const QString path = db.workDir() + QStringLiteral("/R7_Stand.txt");
+    if (fault == QLatin1String("rows")) {
+        t.header(2, QStringLiteral("R7"), QStringLiteral("DENSITY"), 0, 2, 2010, QStringLiteral("R7: Stand Table"));
+        t.detail(1, 10, 15, 12.5, {{QStringLiteral("PW"), 1, 1}, {QStringLiteral("Totals:"), 1, 1}});
+    } else if (fault == QLatin1String("heading")) {
+        t.detail(1, 10, 15, 12.5, {});
+    } else {
+        t.detail(1, 10, 15, 12.5, {{QStringLiteral("PW"), 1, 1}, {QStringLiteral("Totals:"), 1, 1}});
+        QVERIFY(QDir(db.workDir()).mkdir(QStringLiteral("R7_Stand.txt")));   // a folder where the file should be
+    }
     qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QStringLiteral("D"), columns, FixedClock), QString());
-    QCOMPARE(db.questions.messageTexts(),
-             QStringList{QStringLiteral("Error printing report\r\nEither BOF or EOF is True, or the current record has been deleted. (3021)")});
-    // The file keeps what was written before the failure: the first block, the second up to its heading.
-    const QByteArray text = ReadWholeFile(db.programDir() + QStringLiteral("/R7_Stand.txt"));
-    QVERIFY(text.contains("   Totals:         1         1\r\n\r\n____________________\r\nRun Name: R7\r\nCycle #:   2 \r\n"));
-    QVERIFY(text.endsWith("Cycle Year 2010 \r\n____________________\r\nDBH_Class "));
-    QVERIFY(!text.contains("Printed on"));
-}
-
-void TestReportFile::blockWithoutHeadingFails()
-{
-    RunDatabase db;
-    ReportTables t(db);
-    t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 1, 1, 2000, QStringLiteral("R7: Stand Table"));
-    t.detail(1, 10, 15, 12.5, {});
-    db.tm.CurrentRunId = QStringLiteral("R7");
-    qint16 columns = 7;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Stand, QStringLiteral("D"), columns, FixedClock), QString());
-    QCOMPARE(columns, qint16(0));
+    QCOMPARE(writeReport(db, ReportKind::Stand, QStringLiteral("R7"), QStringLiteral("D"), columns), QString());
     QCOMPARE(db.questions.messageTexts().size(), 1);
-    QVERIFY(db.questions.messageTexts().first().startsWith(QStringLiteral("Error printing report\r\n")));
-    QVERIFY(db.questions.messageTexts().first().endsWith(QStringLiteral(" (9)")));
-}
-
-void TestReportFile::unwritableFileFails()
-{
-    RunDatabase db;
-    addOneSpeciesComposition(db, QStringLiteral("R7"));
-    // A folder where the file should be: it can neither be deleted nor opened.
-    QVERIFY(QDir(db.programDir()).mkdir(QStringLiteral("R7_Species.txt")));
-    qint16 columns = 0;
-    QCOMPARE(WriteReportFile(db.tm, ReportKind::Species, QString(), columns, FixedClock), QString());
-    QCOMPARE(db.questions.messageTexts().size(), 1);
-    const QString message = db.questions.messageTexts().first();
-    QVERIFY2(message.startsWith(QStringLiteral("Error printing report\r\nPath/File access error: ")), qPrintable(message));
-    QVERIFY(message.contains(QStringLiteral("R7_Species.txt")));
-    QVERIFY(message.endsWith(QStringLiteral(" (75)")));
+    QVERIFY2(db.questions.messageTexts().first().startsWith(message), qPrintable(db.questions.messageTexts().first()));
+    QCOMPARE(QDir(db.workDir()).entryList(QDir::Files), QStringList());
 }
 
 SENDREL_TEST_MAIN(TestReportFile)

@@ -92,11 +92,11 @@ void TestClassCharts::seriesPerSpeciesInOrderOfAppearance()
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
     StandStockData data(layout, db.tm.db.NumSpecies);
-    data.CalcReport(db.tm, r, s, 1);
+    data.CalcReport(db.db, {r, KindOfText(s)}, 1);
 
     ChartData density;
     ChartData volume;
-    const ClassChartMaxima maxima = FillClassCharts(db.tm, layout, data, density, volume);
+    const ClassChartMaxima maxima = FillClassCharts(db.db, layout, data, density, volume);
     QCOMPARE(maxima.density, 40.0);
     QCOMPARE(maxima.merchVol, 20.0);   // 10 trees x 2.0, larger than the 12.5 of FD in class 1
 
@@ -127,8 +127,8 @@ void TestClassCharts::seriesPerSpeciesInOrderOfAppearance()
     QCOMPARE(volume.ChartYAxisTicks(), 4);
 
     // A second cycle replaces everything, legends included.
-    data.CalcReport(db.tm, r, s, 2);
-    FillClassCharts(db.tm, layout, data, density, volume);
+    data.CalcReport(db.db, {r, KindOfText(s)}, 2);
+    FillClassCharts(db.db, layout, data, density, volume);
     QCOMPARE(density.ChartSeriesCount(), qint16(1));
     QCOMPARE(density.series().at(0).legend, QString());
 }
@@ -139,10 +139,10 @@ void TestClassCharts::cycleWithoutTrees()
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"0", u"10", u"4").passed());
     StandStockData data(layout, db.tm.db.NumSpecies);
-    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
+    data.CalcReport(db.db, {QStringLiteral("R"), RunKind::Standing}, 1);
     ChartData density;
     ChartData volume;
-    const ClassChartMaxima maxima = FillClassCharts(db.tm, layout, data, density, volume);
+    const ClassChartMaxima maxima = FillClassCharts(db.db, layout, data, density, volume);
     SetSampleYAxes(density, volume, maxima);
     for (const ChartData *g : {&density, &volume}) {
         QCOMPARE(g->ChartSeriesCount(), qint16(1));
@@ -162,10 +162,10 @@ void TestClassCharts::moreSpeciesThanClasses()
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"10", u"2").passed());
     StandStockData data(layout, db.tm.db.NumSpecies);
-    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
+    data.CalcReport(db.db, {QStringLiteral("R"), RunKind::Standing}, 1);
     ChartData density;
     ChartData volume;
-    FillClassCharts(db.tm, layout, data, density, volume);
+    FillClassCharts(db.db, layout, data, density, volume);
     QCOMPARE(density.ChartPointCount(), qint16(2));
     QCOMPARE(density.ChartSeriesCount(), qint16(5));
     QStringList legends;
@@ -204,16 +204,16 @@ void TestClassCharts::sampleAndChartWindow()
     ChartData density;
     ChartData volume;
     // The sample: 5 divisions; 0 to 37 gives 0 to 40 in 4.
-    ClassChartMaxima maxima = PlotSampleCharts(db.tm, data, layout, QStringLiteral("R"), QStringLiteral("H"), 4, density, volume);
+    ClassChartMaxima maxima = PlotSampleCharts(db.db, data, layout, {QStringLiteral("R"), RunKind::Harvested}, 4, density, volume);
     QCOMPARE(maxima.density, 37.0);
     QCOMPARE(density.series().at(0).values, (QVector<double>{0, 0, 0, 37, 0}));
     QCOMPARE(density.ChartYAxisMax(), 40.0);
     QCOMPARE(density.ChartYAxisTicks(), 4);
     QCOMPARE(volume.ChartYAxisMax(), 40.0);
     // A chart window: 8 divisions, and the typed maximum.
-    maxima = PrintClassCharts(db.tm, layout, data, density, volume, u"");
+    maxima = PrintClassCharts(db.db, layout, data, density, volume, u"");
     QCOMPARE(density.ChartYAxisTicks(), 8);
-    PrintClassCharts(db.tm, layout, data, density, volume, u"120");
+    PrintClassCharts(db.db, layout, data, density, volume, u"120");
     QCOMPARE(density.ChartYAxisMax(), 120.0);
     QCOMPARE(volume.ChartYAxisMax(), 120.0);
 }

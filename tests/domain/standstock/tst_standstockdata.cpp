@@ -19,10 +19,9 @@ private slots:
     void emptyCycleClearsEverything();
     void labelDecimals();
     void editedClassesOfUnlikeWidth();
-    void statementQuotesTheRunId();
+    void aRunIdWithAQuote();
     void speciesCodeOutOfRangeFails();
     void letsEventsRunOncePerCall();
-    void headerListOfOneRunAndKind();
 };
 
 // Classes 10-15, 15-20 and the bucket from 20; trees of run R1, standing, cycle 1, with
@@ -52,7 +51,7 @@ void TestStandStockData::cellsOfOneCycle()
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
     StandStockData data(layout, db.tm.db.NumSpecies);
     QCOMPARE(data.NumSpecies(), 11);
-    data.CalcReport(db.tm, QStringLiteral("R1"), QStringLiteral("S"), 1);
+    data.CalcReport(db.db, {QStringLiteral("R1"), RunKind::Standing}, 1);
 
     const ReportEntryType &c0 = data.ReportEntry(0, 3);
     QCOMPARE(c0.DBHClass, QStringLiteral(" 12.5"));
@@ -98,7 +97,7 @@ void TestStandStockData::cellsOfOneCycle()
     QCOMPARE(data.ClassTotals[2].MerchVol, 5.0);  // 5 + rounded 0.4
 
     // Harvested trees in a window of harvested trees.
-    data.CalcReport(db.tm, QStringLiteral("R1"), QStringLiteral("H"), 1);
+    data.CalcReport(db.db, {QStringLiteral("R1"), RunKind::Harvested}, 1);
     QCOMPARE(data.NextSpecies, qint16(1));
     QCOMPARE(data.SpeciesType[0], qint16(2));
     QCOMPARE(data.ReportEntry(0, 2).Density, 50.0);
@@ -114,7 +113,7 @@ void TestStandStockData::roundedTotalsAreSumsOfRoundedCells()
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
     StandStockData data(layout, db.tm.db.NumSpecies);
-    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
+    data.CalcReport(db.db, {QStringLiteral("R"), RunKind::Standing}, 1);
     QCOMPARE(data.NextSpecies, qint16(5));
     QCOMPARE(data.ClassTotals[0].Density, 0.0);   // three cells of 0.4
     QCOMPARE(data.ClassTotals[0].MerchVol, 0.0);
@@ -129,8 +128,8 @@ void TestStandStockData::emptyCycleClearsEverything()
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
     StandStockData data(layout, db.tm.db.NumSpecies);
-    data.CalcReport(db.tm, QStringLiteral("R1"), QStringLiteral("S"), 1);
-    data.CalcReport(db.tm, QStringLiteral("R1"), QStringLiteral("S"), 7);
+    data.CalcReport(db.db, {QStringLiteral("R1"), RunKind::Standing}, 1);
+    data.CalcReport(db.db, {QStringLiteral("R1"), RunKind::Standing}, 7);
     QCOMPARE(data.NextSpecies, qint16(0));
     for (int k = 0; k < 11; ++k)
         QCOMPARE(data.SpeciesType[k], qint16(-1));
@@ -154,7 +153,7 @@ void TestStandStockData::labelDecimals()
     // 2.5, 7.5 and the bucket from 10.
     QVERIFY(layout.SetClasses(u"0", u"5", u"3").passed());
     QCOMPARE(StandStockData::LabelDecimals(layout), qint16(1));
-    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
+    data.CalcReport(db.db, {QStringLiteral("R"), RunKind::Standing}, 1);
     QCOMPARE(data.ReportEntry(0, 1).DBHClass, QStringLiteral(" 2.5"));
     QCOMPARE(data.ReportEntry(1, 1).DBHClass, QStringLiteral(" 7.5"));
     QCOMPARE(data.ReportEntry(2, 1).DBHClass, QStringLiteral(" 10.0"));
@@ -162,7 +161,7 @@ void TestStandStockData::labelDecimals()
     // Whole labels.
     QVERIFY(layout.SetClasses(u"0", u"10", u"3").passed());
     QCOMPARE(StandStockData::LabelDecimals(layout), qint16(0));
-    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
+    data.CalcReport(db.db, {QStringLiteral("R"), RunKind::Standing}, 1);
     QCOMPARE(data.ReportEntry(0, 1).DBHClass, QStringLiteral(" 5"));
     QCOMPARE(data.ReportEntry(2, 11).DBHClass, QStringLiteral(" 20"));
 
@@ -170,7 +169,7 @@ void TestStandStockData::labelDecimals()
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
     ClassRuler::MoveEdge(layout, 0, 14.5);
     QCOMPARE(StandStockData::LabelDecimals(layout), qint16(2));
-    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
+    data.CalcReport(db.db, {QStringLiteral("R"), RunKind::Standing}, 1);
     QCOMPARE(data.ReportEntry(0, 1).DBHClass, QStringLiteral(" 12.25"));
     QCOMPARE(data.ReportEntry(1, 1).DBHClass, QStringLiteral(" 17.25"));
     QCOMPARE(data.ReportEntry(2, 1).DBHClass, QStringLiteral(" 20.00"));
@@ -193,18 +192,14 @@ void TestStandStockData::editedClassesOfUnlikeWidth()
     QCOMPARE(StandStockData::ClassOf(layout, 0), 0);
 }
 
-void TestStandStockData::statementQuotesTheRunId()
+void TestStandStockData::aRunIdWithAQuote()
 {
-    QCOMPARE(StandStockData::CalcReportSQL(QStringLiteral("O'Brien"), QStringLiteral("S"), 3),
-             QStringLiteral("Select Species_Code, Current_Diameter, Total_Volume, Trees_per_ha, MerchVolLessDWB from "
-                            "Model_Entries where Run_id = 'O''Brien' and Standing_Harvested = 'S'  and Cycle_Number = 3 "
-                            "Order by Species_Code, Current_Diameter"));
     RunDatabase db;
     db.addTree(QStringLiteral("O'Brien"), QStringLiteral("S"), 3, 8, 12, 7, 1);
     ClassLayout layout;
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
     StandStockData data(layout, db.tm.db.NumSpecies);
-    data.CalcReport(db.tm, QStringLiteral("O'Brien"), QStringLiteral("S"), 3);
+    data.CalcReport(db.db, {QStringLiteral("O'Brien"), RunKind::Standing}, 3);
     QCOMPARE(data.ReportEntry(0, 8).Density, 7.0);
 }
 
@@ -216,7 +211,7 @@ void TestStandStockData::speciesCodeOutOfRangeFails()
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
     StandStockData data(layout, db.tm.db.NumSpecies);
     try {
-        data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
+        data.CalcReport(db.db, {QStringLiteral("R"), RunKind::Standing}, 1);
         QFAIL("a species code beyond the species table must fail");
     } catch (const SendrelError &e) {
         QCOMPARE(e.number(), 9L);
@@ -225,7 +220,7 @@ void TestStandStockData::speciesCodeOutOfRangeFails()
     RunDatabase db2;
     db2.addTree(QStringLiteral("R"), QStringLiteral("S"), 1, 0, 12, 1, 1);
     StandStockData data2(layout, db2.tm.db.NumSpecies);
-    data2.CalcReport(db2.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
+    data2.CalcReport(db2.db, {QStringLiteral("R"), RunKind::Standing}, 1);
     QCOMPARE(data2.NextSpecies, qint16(0));
     QCOMPARE(data2.ClassTotals[0].Density, 0.0);
 }
@@ -238,30 +233,9 @@ void TestStandStockData::letsEventsRunOncePerCall()
     StandStockData data(layout, db.tm.db.NumSpecies);
     int calls = 0;
     data.LetEventsRun = [&calls] { ++calls; };
-    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 1);
-    data.CalcReport(db.tm, QStringLiteral("R"), QStringLiteral("S"), 2);
+    data.CalcReport(db.db, {QStringLiteral("R"), RunKind::Standing}, 1);
+    data.CalcReport(db.db, {QStringLiteral("R"), RunKind::Standing}, 2);
     QCOMPARE(calls, 2);
-}
-
-void TestStandStockData::headerListOfOneRunAndKind()
-{
-    RunDatabase db;
-    db.addHeader(QStringLiteral("R1"), QStringLiteral("S"), 1, 2000);
-    db.addHeader(QStringLiteral("R1"), QStringLiteral("H"), 1, 2000);
-    db.addHeader(QStringLiteral("R1"), QStringLiteral("S"), 2, 2010);
-    db.addHeader(QStringLiteral("R2"), QStringLiteral("S"), 1, 1990);
-    db.addHeader(QStringLiteral("R1"), QStringLiteral("S"), 3, 2020);
-    const QVector<CycleListEntry> list = UpdateHeaderList(db.tm, QStringLiteral(" R1 "), QStringLiteral("S"));
-    QCOMPARE(list.size(), 3);
-    QCOMPARE(list[0].yearText, QStringLiteral("2000"));
-    QCOMPARE(list[0].cycle, 1);
-    QCOMPARE(list[1].yearText, QStringLiteral("2010"));
-    QCOMPARE(list[1].cycle, 2);
-    QCOMPARE(list[2].yearText, QStringLiteral("2020"));
-    QCOMPARE(list[2].cycle, 3);
-    QCOMPARE(db.tm.DBEngine.SQLString,
-             QStringLiteral("Select * from Model_Header where Run_Id = 'R1' and Standing_Harvested = 'S'"));
-    QVERIFY(UpdateHeaderList(db.tm, QStringLiteral("none"), QStringLiteral("S")).isEmpty());
 }
 
 SENDREL_TEST_MAIN(TestStandStockData)

@@ -1,0 +1,106 @@
+#pragma once
+
+// What the benchmarks share: their options (paths given explicitly, never an option taken for
+// one), a large run made straight into a database, and clocks.
+
+#include "store/DBEngine.h"
+#include "store/Schema.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+
+namespace sendrel::bench {
+
+// Parses the benchmark's options; an option value that begins with "-" (another option taken for
+// a path) or a stray argument ends the program with its usage.
+inline void ParseOptions(QCommandLineParser &parser, const QList<QCommandLineOption> &options, const QString &description)
+{
+    parser.setApplicationDescription(description);
+    parser.addOptions(options);
+    parser.addHelpOption();
+    if (!parser.parse(QCoreApplication::arguments()) || !parser.positionalArguments().isEmpty()) {
+        std::fprintf(stderr, "%s\n%s", qPrintable(parser.errorText()), qPrintable(parser.helpText()));
+        std::exit(2);
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        std::printf("%s", qPrintable(parser.helpText()));
+        std::exit(0);
+    }
+    for (const QCommandLineOption &o : options) {
+        if (!o.valueName().isEmpty() && parser.isSet(o) && parser.value(o).startsWith(QLatin1Char('-'))) {
+            std::fprintf(stderr, "--%s needs a value, not '%s'\n", qPrintable(o.names().constLast()), qPrintable(parser.value(o)));
+            std::exit(2);
+        }
+    }
+}
+
+// CPU time of this thread: the machine may be shared, and wall time then measures the others too.
+inline double ThreadCpuMs()
+{
+    timespec ts{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
+    return ts.tv_sec * 1e3 + ts.tv_nsec / 1e6;
+}
+
+inline QByteArray LoadAverage()
+{
+    QFile load(QStringLiteral("/proc/loadavg"));
+    load.open(QIODevice::ReadOnly);
+    return load.readAll().split(' ').mid(0, 3).join(' ');
+}
+
+// A large run straight into a new run database at path: `cycles` cycles in the years 2000, 2010,
+// ... of `treesPerCycle` standing records each, over `species` species; with harvest, a
+// harvested list of the same Run Id whose cycles match the standing ones by year, removing about
+// a fifth of the stems. Diameters 2 to 80 cm, volumes after a simple form factor.
+inline void MakeLargeRun(const QString &path, const QString &runId, int cycles, int treesPerCycle, int species, bool harvest)
+{
+    CreateRunDatabase(path);
+    clsDBEngine engine;
+    engine.PathToDB = path;
+    engine.OpenDB();
+    WriteTransaction transaction(engine);
+    Statement run(engine, QStringLiteral("INSERT INTO Model_Run (Run_Id, Run_Date, Run_Time, Not_Used, Standing_Harvested) "
+                                         "VALUES (?1, '2024-05-01', '10:00:00', 'Not Used', ?2)"));
+    Statement header(engine, QStringLiteral("INSERT INTO Model_Header (Run_Id, First_Header_Number, Cycle, Cycle_Year, "
+                                            "Standing_Harvested) VALUES (?1, 1, ?2, ?3, ?4)"));
+    Statement tree(engine, QStringLiteral("INSERT INTO Model_Entries (Run_Id, Tree_Id, Species_Code, Trees_per_ha, Current_Diameter, "
+                                          "Total_Volume, Cycle_Number, Standing_Harvested, MerchVolLessDWB) "
+                                          "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)"));
+    QRandomGenerator rng(20240501);
+    for (const char *kind : {"S", "H"}) {
+        const bool standing = kind[0] == 'S';
+        if (!standing && !harvest)
+            break;
+        run.bind(1, runId).bind(2, QString::fromLatin1(kind)).run();
+        for (int c = 1; c <= cycles; ++c) {
+            header.bind(1, runId).bind(2, c).bind(3, 1990 + 10 * c).bind(4, QString::fromLatin1(kind)).run();
+            const int trees = standing ? treesPerCycle : treesPerCycle / 5;
+            for (int t = 0; t < trees; ++t) {
+                const double d = 2.0 + rng.generateDouble() * 78.0;
+                const double volume = 0.0003 * d * d;
+                tree.bind(1, runId)
+                    .bind(2, QString::number(t))
+                    .bind(3, 1 + static_cast<int>(rng.bounded(species)))
+                    .bind(4, 0.5 + rng.generateDouble() * 5.0)
+                    .bind(5, d)
+                    .bind(6, volume)
+                    .bind(7, c)
+                    .bind(8, QString::fromLatin1(kind))
+                    .bind(9, volume * 0.9)
+                    .run();
+            }
+        }
+    }
+    transaction.commit();
+    Statement(engine, QStringLiteral("ANALYZE")).run();
+    engine.CloseDB();
+}
+
+}  // namespace sendrel::bench

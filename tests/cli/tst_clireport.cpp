@@ -1,0 +1,159 @@
+#include "support/TestMain.h"
+
+#include "base/Settings.h"
+#include "base/SettingsStore.h"
+#include "support/CliRun.h"
+#include "support/GoldenFile.h"
+#include "support/RunDatabase.h"
+#include "support/SampleRuns.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSettings>
+
+using namespace sendrel;
+using namespace sendrel::test;
+
+// sendrel-cli report over a run of three cycles: the desktop's report file, byte for byte, where
+// the user asks for it.
+class tst_clireport : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<RunDatabase> m_db;
+
+    CliRun report(const QStringList &args)
+    {
+        return RunTool(QStringList{QStringLiteral("--db"), m_db->path(), QStringLiteral("report")} + args);
+    }
+    void setClasses(const QString &start, const QString &width, const QString &count)
+    {
+        SettingsStore store;
+        store.SaveSetting(kSectionSendrel, QStringLiteral("ClassesStart"), start);
+        store.SaveSetting(kSectionSendrel, QStringLiteral("ClassesWidth"), width);
+        store.SaveSetting(kSectionSendrel, QStringLiteral("NumClasses"), count);
+        store.SaveSetting(kSectionCommon, QStringLiteral("WorkDir"), m_db->workDir());
+        store.sync();
+    }
+
+private slots:
+    void init()
+    {
+        m_db = std::make_unique<RunDatabase>();
+        AddReportTestRun(*m_db);
+        setClasses(QStringLiteral("10"), QStringLiteral("5"), QStringLiteral("4"));
+    }
+    void cleanup() { m_db.reset(); }
+
+    // The same file whichever way it is asked for: to a file, to stdout, or to its place.
+    void standAndStock_data()
+    {
+        QTest::addColumn<QString>("what");
+        QTest::addColumn<QString>("golden");
+        QTest::newRow("stand") << "stand" << "reports/cli_stand_all_cycles.txt";
+        QTest::newRow("stock") << "stock" << "reports/cli_stock_all_cycles.txt";
+    }
+    void standAndStock()
+    {
+        QFETCH(QString, what);
+        QFETCH(QString, golden);
+        const QString file = m_db->filePath(QStringLiteral("out.txt"));
+        // Every cycle by default; the Run Id as stored, whatever its case on the line.
+        CliRun r = report({what, QStringLiteral("clirpt"), QStringLiteral("--kind"), QStringLiteral("S"), QStringLiteral("-o"), file});
+        QCOMPARE(r.code, 0);
+        QCOMPARE(r.out + r.err, QString());
+        SENDREL_COMPARE_GOLDEN(ReadWholeFile(file), golden);
+        // -o writes only there: nothing in the Work folder.
+        QCOMPARE(QDir(m_db->workDir()).entryList(QDir::Files), QStringList());
+
+        // The cycles named in another order: the list's order rules.
+        r = report({what, QStringLiteral("CLIRPT"), QStringLiteral("--kind"), QStringLiteral("s"), QStringLiteral("--cycles"),
+                    QStringLiteral("3,1,2"), QStringLiteral("-o"), QStringLiteral("-")});
+        SENDREL_COMPARE_GOLDEN(r.out.toUtf8(), golden);
+
+        // Without -o: its place in the Work folder, and the path on stdout.
+        r = report({what, QStringLiteral("CLIRPT"), QStringLiteral("--kind"), QStringLiteral("S")});
+        const QString placed = QDir(m_db->workDir()).filePath(QStringLiteral("CLIRPT_%1.txt").arg(what == QLatin1String("stand") ? "Stand" : "Stock"));
+        QCOMPARE(r.out, placed + QLatin1Char('\n'));
+        SENDREL_COMPARE_GOLDEN(ReadWholeFile(placed), golden);
+    }
+
+    void yearsTitleAndDescription()
+    {
+        const CliRun r = report({"stand", "CLIRPT", "--kind", "S", "--years", "2020,2000", "--title", "O'Brien's cut", "--description",
+                                 "line 1\nline 2", "-o", "-"});
+        QCOMPARE(r.code, 0);
+        SENDREL_COMPARE_GOLDEN(r.out.toUtf8(), QStringLiteral("reports/cli_stand_two_years_titled.txt"));
+    }
+
+    void defaultClassesWithoutSettings()
+    {
+        QSettings(SettingsStore().fileName(), QSettings::IniFormat).clear();
+        // 0, 10, 10: ten rows per block, labelled by their midpoints 5 to 95. The PW of 9 cm,
+        // lost below 10, now counts in the first class and so comes first.
+        const CliRun r = report({"stand", "CLIRPT", "--kind", "S", "--cycles", "1", "-o", "-"});
+        const QStringList lines = r.out.split(QStringLiteral("\r\n"));
+        QVERIFY2(lines.contains(QStringLiteral("DBH_Class         PW        FD        BL   Totals:")), qPrintable(r.out));
+        const qsizetype first = lines.indexOf(QStringLiteral("         5       100         0         0       100"));
+        QVERIFY2(first > 0, qPrintable(r.out));
+        // PW 17 and FD 12 and 15 share the class 10-20; FD 40 + 20.5 = 60.5 prints as 61.
+        QCOMPARE(lines.at(first + 1), QStringLiteral("        15        10        61         0        71"));
+        QCOMPARE(lines.at(first + 4), QStringLiteral("        45         0         0         5         5"));
+    }
+
+    // What the desktop would refuse or fail on fails here with its words, and leaves no file.
+    void failures_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("a start off the half step") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "12.25,2.5,10"}
+                                                   << "        Must be a multiple of:\nStarting: 0.5\n";
+        QTest::newRow("range hides step") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "2000,0.3,10"}
+                                          << "Invalid.       Valid range is:\nStarting: 0 - 1000\n";
+        QTest::newRow("a cycle the run lacks") << QStringList{"stand", "CLIRPT", "--kind", "S", "--cycles", "1,4"}
+                                               << "Run CLIRPT:Standing has no cycle 4.";
+        QTest::newRow("a year the run lacks") << QStringList{"stock", "CLIRPT", "--kind", "S", "--years", "1999"}
+                                              << "Run CLIRPT:Standing has no year 1999.";
+        QTest::newRow("a run without cycles") << QStringList{"stand", "EMPTY", "--kind", "S"} << "No Cycles Are Selected";
+        QTest::newRow("no tree in the classes") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "100,10,3"}
+                                                << "Error printing report";
+        QTest::newRow("an output that cannot be written")
+            << QStringList{"stand", "CLIRPT", "--kind", "S", "-o", "/nonexistent-folder/x.txt"} << "/nonexistent-folder/x.txt";
+    }
+    void failures()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(QString, said);
+        m_db->addRun(QStringLiteral("EMPTY"), QStringLiteral("S"));
+        const CliRun r = report(args);
+        QCOMPARE(r.code, 1);
+        QVERIFY2(r.err.contains(said), qPrintable(r.err));
+        QCOMPARE(r.out, QString());
+        QCOMPARE(QDir(m_db->workDir()).entryList(QDir::Files), QStringList());
+    }
+
+    void usageErrors_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("an unknown report") << QStringList{"volume", "CLIRPT", "--kind", "S"} << "report takes stand or stock, not 'volume'";
+        QTest::newRow("cycles and years") << QStringList{"stand", "CLIRPT", "--kind", "S", "--cycles", "1", "--years", "2000"}
+                                          << "give one of --cycle, --year, --cycles and --years";
+        QTest::newRow("cycles not numbers") << QStringList{"stand", "CLIRPT", "--kind", "S", "--cycles", "1,two"}
+                                            << "--cycles takes whole numbers separated by commas";
+        QTest::newRow("classes of two parts") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "0,10"}
+                                              << "--classes takes START,WIDTH,COUNT";
+        QTest::newRow("a title of 51") << QStringList{"stand", "CLIRPT", "--kind", "S", "--title", QString(51, QLatin1Char('t'))}
+                                       << "--title takes at most 50 characters";
+    }
+    void usageErrors()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(QString, said);
+        const CliRun r = report(args);
+        QCOMPARE(r.code, 2);
+        QVERIFY2(r.err.contains(said), qPrintable(r.err));
+    }
+};
+
+SENDREL_TEST_MAIN(tst_clireport)
+#include "tst_clireport.moc"

@@ -1,0 +1,197 @@
+#include "support/TestMain.h"
+
+#include "base/Settings.h"
+#include "base/SettingsStore.h"
+#include "support/CliRun.h"
+#include "support/RunDatabase.h"
+#include "support/TreeListLines.h"
+#include "domain/output/ChartData.h"
+
+#include <QDir>
+#include <QFile>
+
+using namespace sendrel;
+using namespace sendrel::test;
+
+// The tool as a user meets it: help, usage errors, one wording for what is missing, and the
+// commands that manage runs.
+class tst_clitool : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<RunDatabase> m_db;
+
+    CliRun tool(const QStringList &args) { return RunTool(QStringList{QStringLiteral("--db"), m_db->path()} + args); }
+
+    QString writeList(const QString &name, const QByteArray &runName, int cycles)
+    {
+        QList<QByteArray> lines;
+        for (int c = 1; c <= cycles; ++c) {
+            lines.append(HeaderLine(1, c, 1990 + 10 * c, c == 1 ? runName : QByteArray(), "03/15/2021 10:20:30"));
+            lines.append(TreeLine("1", "FD", 3, 100.0 + c, 20.0 + c, 0.5, 0.4));
+        }
+        return m_db->writeFile(name, TreeListText(lines));
+    }
+
+private slots:
+    void init()
+    {
+        m_db = std::make_unique<RunDatabase>();
+        SetChartFileWriter([](const QList<ChartData> &, const QString &) {});
+    }
+    void cleanup() { m_db.reset(); }
+
+    void help_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("the tool") << QStringList{"--help"} << "Commands:";
+        QTest::newRow("the tool, short") << QStringList{"-h"} << "usage: sendrel-cli [--db PATH]";
+        QTest::newRow("a command") << QStringList{"report", "--help"} << "usage: sendrel-cli [--db PATH] report stand|stock";
+        QTest::newRow("a command, short") << QStringList{"import", "-h"} << "--on-duplicate";
+        QTest::newRow("help ahead of a command") << QStringList{"--help", "years"} << "years RUN --kind S|H";
+    }
+    void help()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(QString, shown);
+        const CliRun r = RunTool(args);
+        QCOMPARE(r.code, 0);
+        QVERIFY2(r.out.contains(shown), qPrintable(r.out));
+        QCOMPARE(r.err, QString());
+    }
+
+    // Exit 2 with a usage line on stderr, nothing done: above all, an option never takes the
+    // next option as its value.
+    void usageErrors_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("--db --help") << QStringList{"--db", "--help", "init"} << "--db needs a value, not '--help'";
+        QTest::newRow("-o --help") << QStringList{"--db", "x.mdb", "report", "stand", "R", "--kind", "S", "-o", "--help"}
+                                   << "-o needs a value, not '--help'";
+        QTest::newRow("--run-id --help") << QStringList{"--db", "x.mdb", "import", "a.lst", "--kind", "S", "--run-id", "--help"}
+                                         << "--run-id needs a value, not '--help'";
+        QTest::newRow("a Run Id longer than the box") << QStringList{"--db", "x.mdb", "import", "a.lst", "--kind", "S", "--run-id", QString(26, 'R')}
+                                                      << "at most 25 characters";
+        QTest::newRow("no command") << QStringList{} << "no command given";
+        QTest::newRow("unknown command") << QStringList{"merge"} << "unknown command 'merge'";
+        QTest::newRow("unknown option") << QStringList{"runs", "--fast"} << "Unknown option 'fast'";
+        QTest::newRow("missing value") << QStringList{"years", "R", "--kind"} << "Missing value after '--kind'";
+        QTest::newRow("an argument too many") << QStringList{"runs", "x"} << "unexpected argument 'x'";
+        QTest::newRow("an argument too few") << QStringList{"delete", "--kind", "S"} << "delete lacks an argument";
+        QTest::newRow("a kind that is none") << QStringList{"years", "R", "--kind", "T"} << "--kind takes standing, harvested, S or H, not 'T'";
+        QTest::newRow("no kind") << QStringList{"years", "R"} << "--kind is required";
+        QTest::newRow("a choice that is none") << QStringList{"import", "a.lst", "--kind", "S", "--on-duplicate", "merge"}
+                                               << "--on-duplicate takes fail, overwrite, rename, not 'merge'";
+        QTest::newRow("an option twice") << QStringList{"years", "R", "--kind", "S", "--kind", "H"} << "--kind is given more than once";
+        QTest::newRow("describe without text") << QStringList{"describe", "R"} << "give --description, --parameters or both";
+        QTest::newRow("--wait not a number") << QStringList{"--wait", "soon", "runs"} << "--wait takes a number of seconds";
+    }
+    void usageErrors()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(QString, said);
+        const CliRun r = RunTool(args);
+        QCOMPARE(r.code, 2);
+        QVERIFY2(r.err.contains(said), qPrintable(r.err));
+        QVERIFY2(r.err.contains(QLatin1String("usage: sendrel-cli")), qPrintable(r.err));
+        QCOMPARE(r.out, QString());
+        QVERIFY(!QFile::exists(QStringLiteral("--help")));
+    }
+
+    // Every command says a missing database and a missing run the same way.
+    void oneWordingForWhatIsMissing_data()
+    {
+        QTest::addColumn<QStringList>("command");
+        QTest::newRow("runs") << QStringList{"runs"};
+        QTest::newRow("years") << QStringList{"years", "NOPE", "--kind", "S"};
+        QTest::newRow("delete") << QStringList{"delete", "NOPE", "--kind", "S"};
+        QTest::newRow("report") << QStringList{"report", "stand", "NOPE", "--kind", "S", "-o", "-"};
+        QTest::newRow("chart") << QStringList{"chart", "stand", "NOPE", "--kind", "S", "-o", "x.pdf"};
+    }
+    void oneWordingForWhatIsMissing()
+    {
+        QFETCH(QStringList, command);
+        const QString gone = m_db->filePath(QStringLiteral("gone.mdb"));
+        CliRun r = RunTool(QStringList{"--db", gone} + command);
+        QCOMPARE(r.code, 1);
+        QCOMPARE(r.err, QStringLiteral("sendrel-cli: There is no run database at %1.\n").arg(QDir::toNativeSeparators(gone)));
+        QVERIFY(!QFile::exists(gone));
+        if (command.first() == QLatin1String("runs"))
+            return;
+        r = tool(command);
+        QCOMPARE(r.code, 1);
+        QCOMPARE(r.err, QStringLiteral("sendrel-cli: There is no run NOPE:Standing in %1.\n").arg(QDir::toNativeSeparators(m_db->path())));
+    }
+
+    void initMakesANewDatabaseOnce()
+    {
+        const QString path = m_db->filePath(QStringLiteral("new.mdb"));
+        QCOMPARE(RunTool({"--db", path, "init"}).code, 0);
+        const QByteArray made = ReadWholeFile(path);
+        const CliRun again = RunTool({"--db", path, "init"});
+        QCOMPARE(again.code, 1);
+        QVERIFY(again.err.contains(QLatin1String("exists already")));
+        QCOMPARE(ReadWholeFile(path), made);
+        QCOMPARE(RunTool({"--db", path, "runs"}).out, QString());
+    }
+
+    void importListAndDelete()
+    {
+        const QString list = writeList(QStringLiteral("plot.lst"), "PLOT 7", 3);
+        CliRun r = tool({"import", list, "--kind", "standing"});
+        QCOMPARE(r.out, QStringLiteral("PLOT 7\tS\t3\t3\n"));
+        QCOMPARE(tool({"import", list, "--kind", "H"}).code, 0);
+        QCOMPARE(tool({"describe", "PLOT 7", "--description", "Thinned\tfrom below"}).code, 0);
+        QCOMPARE(tool({"years", "plot 7", "--kind", "S"}).out, QStringLiteral("1\t2000\n2\t2010\n3\t2020\n"));
+        // One run is one line: tabs and line ends of texts are written as escapes.
+        QCOMPARE(tool({"runs"}).out, QStringLiteral("PLOT 7\tH\tThinned\\tfrom below\nPLOT 7\tS\tThinned\\tfrom below\n"));
+
+        // A taken Run Id: fail touches nothing, overwrite replaces, rename takes the next free name.
+        r = tool({"import", list, "--kind", "S"});
+        QCOMPARE(r.code, 1);
+        QVERIFY(r.err.contains(QLatin1String("Duplicate Run ID: PLOT 7")));
+        QCOMPARE(tool({"import", writeList(QStringLiteral("one.lst"), "PLOT 7", 1), "--kind", "S", "--on-duplicate", "overwrite"}).out,
+                 QStringLiteral("PLOT 7\tS\t1\t1\n"));
+        QCOMPARE(tool({"import", list, "--kind", "S", "--on-duplicate", "rename"}).out, QStringLiteral("PLOT 7:1\tS\t3\t3\n"));
+        QCOMPARE(tool({"import", list, "--kind", "S", "--run-id", "Mine"}).out, QStringLiteral("Mine\tS\t3\t3\n"));
+
+        QCOMPARE(tool({"delete", "PLOT 7", "--kind", "S"}).code, 0);
+        QCOMPARE(m_db->count(QStringLiteral("Model_Entries"), QStringLiteral("Run_Id = 'PLOT 7'")), 3);   // the harvested list
+        QCOMPARE(m_db->count(QStringLiteral("Model_Run")), 3);
+    }
+
+    void aFailedImportSaysWhere()
+    {
+        const QString bad = m_db->writeFile(QStringLiteral("bad.lst"), TreeListText({HeaderLine(1, 1, 2000, "BAD"), TreeLine("1", "XX", 12, 1, 10, 0.1, 0)}));
+        const CliRun r = tool({"import", bad, "--kind", "S"});
+        QCOMPARE(r.code, 1);
+        QVERIFY2(r.err.contains(QLatin1String("Invalid species code: 12")), qPrintable(r.err));
+        QVERIFY2(r.err.contains(QLatin1String("bad.lst, line 2")), qPrintable(r.err));
+        QCOMPARE(m_db->count(QStringLiteral("Model_Entries")), 0);
+    }
+
+    void developerExtras()
+    {
+        const QString standing = m_db->filePath(QStringLiteral("s.lst"));
+        const QString harvested = m_db->filePath(QStringLiteral("h.lst"));
+        const CliRun r = RunTool({"generate-sample", standing, harvested, "--seed", "3", "--cycles", "4", "--records", "20"});
+        QCOMPARE(r.code, 0);
+        QVERIFY(r.out.startsWith(QLatin1String("4\t80\t")));
+        QCOMPARE(tool({"import", standing, "--kind", "S"}).code, 0);
+
+        // An installation's folders are taken only where the settings name none.
+        QDir(m_db->dir()).mkpath(QStringLiteral("inst/Data"));
+        QDir(m_db->dir()).mkpath(QStringLiteral("inst/Work"));
+        SettingsStore store;
+        store.SaveSetting(kSectionCommon, QStringLiteral("WorkDir"), m_db->workDir());
+        store.sync();
+        QCOMPARE(RunTool({"register-installation", m_db->filePath(QStringLiteral("inst"))}).code, 0);
+        SettingsStore after;
+        QCOMPARE(after.GetSetting(kSectionCommon, QStringLiteral("WorkDir")), m_db->workDir());
+        QVERIFY(after.GetSetting(kSectionCommon, QStringLiteral("DataDir")).contains(QLatin1String("inst")));
+    }
+};
+
+SENDREL_TEST_MAIN(tst_clitool)
+#include "tst_clitool.moc"

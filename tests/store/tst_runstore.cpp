@@ -1,0 +1,219 @@
+#include "support/TestMain.h"
+
+#include "base/SendrelError.h"
+#include "store/RunStore.h"
+#include "store/Schema.h"
+#include "support/RunDatabase.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <sqlite3.h>
+
+using namespace sendrel;
+using namespace sendrel::test;
+
+namespace {
+
+SendrelError failureOf(const std::function<void()> &f)
+{
+    try {
+        f();
+    } catch (const SendrelError &e) {
+        return e;
+    }
+    return SendrelError(0, QString(), QString());
+}
+
+// A second program on the same file, with its own connection.
+struct OtherProgram {
+    sqlite3 *db = nullptr;
+    explicit OtherProgram(const QString &path) { sqlite3_open(path.toUtf8().constData(), &db); }
+    ~OtherProgram() { sqlite3_close(db); }
+    int exec(const char *sql) { return sqlite3_exec(db, sql, nullptr, nullptr, nullptr); }
+};
+
+}  // namespace
+
+class tst_runstore : public QObject {
+    Q_OBJECT
+
+private slots:
+    void openingAndClosing()
+    {
+        QTemporaryDir dir;
+        clsDBEngine engine;
+        engine.CloseDB();   // closing a closed connection is no failure
+        engine.PathToDB = dir.filePath(QStringLiteral("none.mdb"));
+        QCOMPARE(failureOf([&] { engine.OpenDB(); }).number(), ErrNo::DatabaseFailure);
+        QVERIFY(!QFile::exists(engine.PathToDB));   // a missing file is never made
+        QCOMPARE(failureOf([&] { engine.SQLString = QStringLiteral("SELECT 1"); engine.RetreiveRecords(); }).number(), ErrNo::ClosedObject);
+    }
+
+    void recordsetsAndRows()
+    {
+        RunDatabase f;
+        clsDBEngine &engine = f.tm.DBEngine;
+        QCOMPARE(engine.AddRecord(QStringLiteral("Model_Run"), {QStringLiteral("R1"), QStringLiteral("2001-02-03"), QStringLiteral("04:05:06"),
+                                                                QStringLiteral("Not Used"), QStringLiteral("S")}, false),
+                 0);
+        engine.AddRecord(QStringLiteral("Model_Run"), {QStringLiteral("It's"), QVariant(), QVariant(), QStringLiteral("Not Used"), QStringLiteral("H")}, false);
+        QVariantList tooMany;
+        for (int i = 0; i < 7; ++i)
+            tooMany << i;
+        QCOMPARE(failureOf([&] { engine.AddRecord(QStringLiteral("Model_Run"), tooMany, false); }).number(), ErrNo::ItemNotFound);
+
+        // Text keys compare without regard to case; fields are found by any case; the variant is 2.
+        engine.SQLString = QStringLiteral("SELECT Run_Id, Variant_ID FROM Model_Run WHERE Run_Id = 'r1' AND Standing_Harvested = 's'");
+        Recordset rs = engine.RetreiveRecords();
+        QCOMPARE(rs.RecordCount(), 1);
+        QCOMPARE(rs.Fields(QStringLiteral("RUN_ID")).toString(), QStringLiteral("R1"));
+        QCOMPARE(rs.Fields(1).toInt(), 2);
+        QCOMPARE(failureOf([&] { rs.Fields(QStringLiteral("Nope")); }).number(), ErrNo::ItemNotFound);
+
+        engine.SQLString = QStringLiteral("SELECT * FROM Model_Run");
+        Recordset all = engine.RetreiveRecords();
+        QVERIFY(all.Find(QStringLiteral("Run_Id = 'it''s'")));
+        QCOMPARE(all.Fields(QStringLiteral("Standing_Harvested")).toString(), QStringLiteral("H"));
+        QVERIFY(!all.Find(QStringLiteral("Run_Id = 'R1'")));   // Find goes forward from the current row
+        QVERIFY(all.Eof());
+        engine.SQLString = QStringLiteral("SELECT * FROM Model_Header");
+        QVERIFY(engine.RetreiveRecords().Eof());   // no rows is no failure
+    }
+
+    void writeTransactionsRollBackWhenLeft()
+    {
+        RunDatabase f;
+        {
+            WriteTransaction t(f.tm.DBEngine);
+            f.addRun(QStringLiteral("A"), QStringLiteral("S"));
+        }
+        QCOMPARE(f.count(QStringLiteral("Model_Run")), 0);
+        WriteTransaction t(f.tm.DBEngine);
+        f.addRun(QStringLiteral("A"), QStringLiteral("S"));
+        t.commit();
+        QCOMPARE(f.count(QStringLiteral("Model_Run")), 1);
+    }
+
+    // The failures a user can meet, each with its number and a message that says what it is.
+    void failuresAreNamed_data()
+    {
+        QTest::addColumn<QString>("situation");
+        QTest::addColumn<long>("number");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("a statement the database refuses") << "refused" << ErrNo::CommandFailure << "no such table";
+        QTest::newRow("another program writing") << "locked" << ErrNo::DatabaseFailure << "in use by another program";
+        QTest::newRow("a full disk") << "full" << ErrNo::DatabaseFailure << "the disk is full";
+        QTest::newRow("a file that is no database") << "text" << ErrNo::DatabaseFailure << "is not a run database";
+        QTest::newRow("a damaged page") << "damaged" << ErrNo::DatabaseFailure << "is damaged";
+    }
+    void failuresAreNamed()
+    {
+        QFETCH(QString, situation);
+        QFETCH(long, number);
+        QFETCH(QString, said);
+        RunDatabase f(RunDatabase::Db::Created);
+        RunStore &db = f.db;
+        db.DBEngine.setLockWait(std::chrono::milliseconds(50));
+        std::function<void()> act;
+        std::unique_ptr<OtherProgram> other;
+        if (situation == QLatin1String("refused")) {
+            db.open(f.path());
+            act = [&] { Exec(db, QStringLiteral("SELECT * FROM No_Such_Table")); };
+        } else if (situation == QLatin1String("locked")) {
+            db.open(f.path());
+            other = std::make_unique<OtherProgram>(f.path());
+            QCOMPARE(other->exec("BEGIN IMMEDIATE"), SQLITE_OK);
+            // Readers go on while the other program writes; a writer waits, then fails.
+            QCOMPARE(Count(db, QStringLiteral("Species")), 11);
+            act = [&] { WriteTransaction t(db.DBEngine); };
+        } else if (situation == QLatin1String("full")) {
+            db.open(f.path());
+            Exec(db, QStringLiteral("PRAGMA max_page_count = 60"));
+            act = [&] {
+                WriteTransaction t(db.DBEngine);
+                for (int i = 0; i < 5000; ++i)
+                    AddTree(db, QStringLiteral("R"), QStringLiteral("S"), 1, 1, 20, 100, 0.5);
+                t.commit();
+            };
+        } else if (situation == QLatin1String("text")) {
+            QFile::remove(f.path());
+            QFile text(f.path());
+            QVERIFY(text.open(QIODevice::WriteOnly));
+            text.write("This is not a database, only text.\n");
+            text.close();
+            act = [&] { db.open(f.path()); };
+        } else {
+            db.open(f.path());
+            for (int i = 0; i < 300; ++i)
+                AddTree(db, QStringLiteral("R"), QStringLiteral("S"), 1, 1, 20, 100, 0.5);
+            db.close();
+            // Scribble over a page of the trees' table behind the first ones.
+            QFile file(f.path());
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            const qint64 pages = file.size() / 4096;
+            QVERIFY(pages > 4);
+            file.seek((pages - 2) * 4096);
+            file.write(QByteArray(4096, '\xA5'));
+            file.close();
+            act = [&] {
+                db.open(f.path());
+                Count(db, QStringLiteral("Model_Entries"), QStringLiteral("Trees_per_ha > 0"));
+            };
+        }
+        const SendrelError e = failureOf(act);
+        QCOMPARE(e.number(), number);
+        QVERIFY2(e.description().contains(said), qPrintable(e.description()));
+    }
+
+    void runsCyclesAndTrees()
+    {
+        RunDatabase f;
+        f.addRun(QStringLiteral("B:1"), QStringLiteral("S"), QStringLiteral("Thinned"));
+        f.addRun(QStringLiteral("B:1"), QStringLiteral("H"));
+        f.addRun(QStringLiteral("A"), QStringLiteral("S"));
+        f.exec(QStringLiteral("INSERT INTO Run (Run_Id, run_parameters) VALUES ('A', NULL)"));
+        f.addHeader(QStringLiteral("B:1"), QStringLiteral("S"), 3, 2020);
+        f.addHeader(QStringLiteral("B:1"), QStringLiteral("S"), 1, 2000);
+        f.addHeader(QStringLiteral("B:1"), QStringLiteral("H"), 1, 2000);
+        f.addTree(QStringLiteral("B:1"), QStringLiteral("S"), 1, 5, 30, 10, 1);
+        f.addTree(QStringLiteral("B:1"), QStringLiteral("S"), 1, 2, 40, 20, 2);
+        f.addTree(QStringLiteral("B:1"), QStringLiteral("S"), 1, 2, 10, 30, 3);
+        f.addTree(QStringLiteral("B:1"), QStringLiteral("H"), 1, 2, 10, 99, 9);
+        RunStore &db = f.db;
+        const RunKey standing{QStringLiteral("b:1"), RunKind::Standing};
+
+        QCOMPARE(db.storedRunId(standing), QStringLiteral("B:1"));
+        QVERIFY(!db.runExists({QStringLiteral("B"), RunKind::Standing}));
+        QCOMPARE(db.runs().size(), 3);
+        const QList<RunRow> only = db.runs(QStringLiteral("B:1"));
+        QCOMPARE(only.size(), 2);
+        QCOMPARE(only.first().description, QStringLiteral("Thinned"));
+        QVERIFY(!db.runParameters(QStringLiteral("B:1"))->isValid() || db.runParameters(QStringLiteral("B:1"))->isNull());
+        QVERIFY(!db.runParameters(QStringLiteral("C")).has_value());
+
+        // Cycles in the order of the table, not of their numbers.
+        const QList<CycleRow> cycles = db.cycles({QStringLiteral("  B:1 "), RunKind::Standing});
+        QCOMPARE(cycles.size(), 2);
+        QCOMPARE(cycles.at(0).year, 2020);
+        QCOMPARE(cycles.at(1).cycle, 1);
+
+        // The trees of one cycle and kind, by species and diameter.
+        QStringList trees;
+        db.forEachTree(standing, 1, [&](const TreeRow &t) { trees.append(QStringLiteral("%1/%2").arg(t.speciesCode).arg(t.diameter)); });
+        QCOMPARE(trees, (QStringList{QStringLiteral("2/10"), QStringLiteral("2/40"), QStringLiteral("5/30")}));
+
+        // One kind goes, the other stays.
+        db.deleteRun(standing);
+        QCOMPARE(f.count(QStringLiteral("Model_Entries")), 1);
+        QCOMPARE(f.count(QStringLiteral("Model_Header")), 1);
+        QVERIFY(db.runExists({QStringLiteral("B:1"), RunKind::Harvested}));
+
+        QCOMPARE(db.SpeciesStrCode(5), QStringLiteral("HW"));
+        QCOMPARE(db.SpeciesStrCode(99), QStringLiteral("xx"));
+        QCOMPARE(db.NumSpecies, 11);
+    }
+};
+
+SENDREL_TEST_MAIN(tst_runstore)
+#include "tst_runstore.moc"
