@@ -21,7 +21,7 @@ std::vector<std::unique_ptr<Command>> AllCommands()
     commands.push_back(MakeReportCommand());
     commands.push_back(MakeChartCommand());
     commands.push_back(MakeGenerateSampleCommand());
-    commands.push_back(MakeRegisterInstallationCommand());
+    commands.push_back(MakeSetupFoldersCommand());
     return commands;
 }
 
