@@ -2,6 +2,7 @@
 
 #include "windows/common/frmHelp.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QPointer>
 
@@ -39,8 +40,16 @@ bool ShowHelp(int command, const QString &helpFile, int topic)
     if (!QFileInfo::exists(folder + QStringLiteral("/index.html")))
         return false;
     QPointer<frmHelp> &window = helpWindowRef();
+    // A modal dialog blocks every window but its own: help asked for from one (Duplicate Run Id,
+    // Report Description, ...) becomes a window of that dialog, in front of it and usable.
+    QWidget *modal = QApplication::activeModalWidget();
+    if (window && window->parentWidget() != modal) {
+        window->close();
+        window = nullptr;
+    }
     if (!window) {
-        window = new frmHelp;
+        window = new frmHelp(modal);
+        window->setWindowFlag(Qt::Window);
         window->setAttribute(Qt::WA_DeleteOnClose);
     }
     window->SetHelpFolder(folder);

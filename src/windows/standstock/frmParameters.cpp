@@ -9,6 +9,7 @@
 #include "graph/Graph.h"
 #include "domain/standstock/ClassCharts.h"
 #include "windows/standstock/ClassRulerView.h"
+#include "windows/common/ChildWindow.h"
 #include "windows/common/ReportWindowHost.h"
 #include "windows/standstock/ViewStandStockReport.h"
 #include "windows/standstock/frmRange.h"
@@ -238,7 +239,7 @@ void frmParameters::buildWindow()
                              Data, [this](int p) { setPointer(p); });
         m_asking = false;
     });
-    connect(cmdOK, &QPushButton::clicked, this, &QWidget::close);
+    connect(cmdOK, &QPushButton::clicked, this, [this] { CloseChildWindow(this); });
     connect(cmdHelp, &QPushButton::clicked, this, [this] { m_host.ShowHelpTopic(HelpContextID); });
 
     for (int i = 0; i < ClassRulerView::kPanels; ++i) {
