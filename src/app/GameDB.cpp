@@ -27,6 +27,7 @@ bool OpenGameDB(TreeModel &tm, bool forceDialog, const std::function<void()> &be
         tm.settingsStore.SaveSetting(kSectionCommon, QStringLiteral("DataDir"), folder);
         tm.settingsStore.sync();
 
+        tm.DBEngine.setLockWait(std::chrono::milliseconds(static_cast<qint64>(tm.settings.LockWaitSeconds * 1000)));
         tm.db.open(tm.GameDBPath);
         tm.settings.DataDir = QDir::toNativeSeparators(PathRemoveFileSpec(path));
         ReadSpecies(tm);
