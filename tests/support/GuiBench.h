@@ -13,7 +13,6 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QSettings>
 #include <QTest>
@@ -34,7 +33,6 @@ struct GuiBench : sendrel::test::RunDatabase {
         settings.clear();
         settings.sync();
         tm.EndProcess = [this](int code) { ended.append(code); };
-        tm.ProgramDir = QStringLiteral(SENDREL_BIN_DIR);
     }
 
     // Opens the database with the settings' folders on its folder.
@@ -53,11 +51,40 @@ struct GuiBench : sendrel::test::RunDatabase {
         frame->resize(1200, 800);
         frame->show();
         sendrel::frmMarquel *browser = sendrel::frmMarquel::Load(tm, *frame);
+        frame->Marquel = browser;
         frame->SubWindowOf(browser)->show();
         QApplication::processEvents();
         return browser;
     }
+
+    // A run as an import leaves it: its Model_Run and Run rows and the header of its first year.
+    void addListedRun(const QString &runId, const QString &sorH, const QString &description)
+    {
+        addRun(runId, sorH, description);
+        addHeader(runId, sorH, 1, 2000);
+    }
+
+    // The report windows in the frame (stand and stock, composition), in the order they opened.
+    QList<QWidget *> reportWindows() const
+    {
+        QList<QWidget *> windows;
+        for (QWidget *form : frame->ChildForms()) {
+            if (form->property("This_RunId").isValid())
+                windows.append(form);
+        }
+        return windows;
+    }
 };
+
+// The row of a run list whose text begins with head ("A:Standing"), or -1.
+inline int rowOf(const QListWidget *list, const QString &head)
+{
+    for (int i = 0; i < list->count(); ++i) {
+        if (list->item(i)->text().startsWith(head + QLatin1Char('\t')))
+            return i;
+    }
+    return -1;
+}
 
 // Clicks a row of a list as the user does.
 inline void clickRow(QListWidget *list, int row)
@@ -108,12 +135,6 @@ inline void onNextModal(std::function<void(QWidget *)> action)
         action(w);
     });
     timer->start();
-}
-
-template <typename T>
-T *child(QWidget *w, const char *name)
-{
-    return w->findChild<T *>(QString::fromLatin1(name));
 }
 
 // The control of that name that belongs to the window itself, not to a window it owns (the

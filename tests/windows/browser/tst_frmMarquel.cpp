@@ -1,58 +1,40 @@
 // The run browser: the list, the selection limits, the report type boxes, OK with runs that
-// vanished behind the list, the count of report windows and the import command.
+// vanished behind the list, the count of report windows, and its menu commands.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
 
-#include "shell/frmSendrel.h"
-#include "windows/browser/frmMarquel.h"
+#include "base/SendrelError.h"
 #include "windows/common/RunListDelegate.h"
-#include "windows/browser/frmReportPlaceholder.h"
-#include "windows/standstock/frmParameters.h"
 
 #include <QAction>
 #include <QCheckBox>
-#include <QMenu>
-#include <QMenuBar>
+#include <QMdiArea>
 #include <QPushButton>
-#include <QTest>
 
 using namespace sendrel;
 
 namespace {
 
-// The report windows of the frame, stand and stock and composition alike, read by their run.
-struct ReportWindow {
-    QWidget *form;
-    QString This_RunId;
-    QString This_SorH;
-    QString This_RunDesc;
-    QString windowTitle() const { return form->windowTitle(); }
-    operator QWidget *() const { return form; }
+// A frame that notes the commands it is given instead of carrying them out.
+struct RecordingFrame : frmSendrel {
+    using frmSendrel::frmSendrel;
+    QStringList calls;
+    void Arrange(int command) override { calls << QStringLiteral("Arrange %1").arg(command); }
+    void ArrangeWindows() override { calls << QStringLiteral("ArrangeWindows"); }
+    void ShowHelpTopic(int topic) override { calls << QStringLiteral("Help %1").arg(topic); }
+    void ShowAbout() override { calls << QStringLiteral("About"); }
+    bool SaveSettingsAndEnd() override
+    {
+        calls << QStringLiteral("End");
+        return false;
+    }
 };
 
-QList<ReportWindow> reportWindows(frmSendrel &frame)
-{
-    QList<ReportWindow> windows;
-    for (QWidget *form : frame.ChildForms()) {
-        if (qobject_cast<frmReportPlaceholder *>(form) || qobject_cast<frmParameters *>(form))
-            windows.append({form, form->property("This_RunId").toString(), form->property("This_SorH").toString(),
-                            form->property("This_RunDesc").toString()});
-    }
-    return windows;
-}
-
-// A run as an import leaves it: with the header row of its first year.
-void addRun(GuiBench &b, const QString &runId, const QString &sorH, const QString &description)
-{
-    b.addRun(runId, sorH, description);
-    b.addHeader(runId, sorH, 1, 2000);
-}
-
-QStringList captions(const QList<ReportWindow> &windows)
+QStringList titles(const QList<QWidget *> &windows)
 {
     QStringList texts;
-    for (const ReportWindow &w : windows)
-        texts.append(w.windowTitle());
+    for (const QWidget *w : windows)
+        texts << w->windowTitle();
     return texts;
 }
 
@@ -61,17 +43,22 @@ QStringList captions(const QList<ReportWindow> &windows)
 class tst_frmMarquel : public QObject {
     Q_OBJECT
 
-    // Three runs: A standing and harvested, B standing.
+    // Three runs, listed as A:Harvested, A:Standing, B:Standing.
     frmMarquel *startWithRuns(GuiBench &b)
     {
         b.openDatabase();
-        addRun(b, QStringLiteral("B"), QStringLiteral("S"), QStringLiteral("Thinned to 600 sph"));
-        addRun(b, QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("No treatment"));
-        addRun(b, QStringLiteral("A"), QStringLiteral("H"), QStringLiteral("No treatment"));
+        b.addListedRun(QStringLiteral("B"), QStringLiteral("S"), QStringLiteral("Thinned to 600 sph"));
+        b.addListedRun(QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("No treatment"));
+        b.addListedRun(QStringLiteral("A"), QStringLiteral("H"), QStringLiteral("No treatment"));
         return b.start();
     }
 
-    void checkBox(QCheckBox *box) { clickBox(box); }
+    // Checks the boxes named in boxes ("SS", "SL") as the user clicks them.
+    static void clickBoxes(frmMarquel *m, const QStringList &boxes)
+    {
+        for (const QString &box : boxes)
+            clickBox(box == QLatin1String("SS") ? m->chkSS : m->chkStandLevels);
+    }
 
 private slots:
     void loadListsRunsAndSelectsTheFirst()
@@ -81,15 +68,23 @@ private slots:
         QCOMPARE(m->RunEntries(), (QStringList{QStringLiteral("A:Harvested\tNo treatment"), QStringLiteral("A:Standing\tNo treatment"),
                                                QStringLiteral("B:Standing\tThinned to 600 sph")}));
         QCOMPARE(highlightedRows(m->lstRuns), QList<int>{0});
-        QCOMPARE(m->SelectedItems, qint16(1));
         QCOMPARE(b.frame->windowTitle(), QStringLiteral("Sendrel - Variant KDM"));
-        QCOMPARE(b.frame->LeftForm.data(), m);
-        QCOMPARE(m->windowTitle(), QStringLiteral("Stand Structure Reporting System"));
-        QVERIFY(m->cmdOK->isEnabled());
-        QVERIFY(m->mnu_Runs_Delete->isEnabled());
-        QCOMPARE(m->chkSS->text(), QStringLiteral("Stand && Stock Tables"));
-        QCOMPARE(m->chkStandLevels->text(), QStringLiteral("Species Composition"));
-        QCOMPARE(m->cmdOK->text(), QStringLiteral("&Ok"));
+        QCOMPARE(b.frame->LeftForm().data(), m);
+        QVERIFY(m->cmdOK->isEnabled() && m->chkSS->isEnabled() && m->mnu_Runs_Delete->isEnabled());
+        QVERIFY(!m->chkSS->isChecked() && !m->chkStandLevels->isChecked());
+    }
+
+    void emptyDatabaseDisablesReportsAndDelete()
+    {
+        GuiBench b;
+        frmMarquel *m = b.start();
+        QCOMPARE(m->lstRuns->count(), 0);
+        QVERIFY(!m->cmdOK->isEnabled());
+        QVERIFY(!m->chkSS->isEnabled());
+        QVERIFY(!m->chkStandLevels->isEnabled());
+        QVERIFY(!m->mnu_Runs_Delete->isEnabled());
+        QVERIFY(m->mnu_Runs_Import->isEnabled());
+        QCOMPARE(m->SelectedItems, qint16(0));
     }
 
     // The descriptions stand in one column behind the longest head, at 105 dialog units at least.
@@ -101,146 +96,76 @@ private slots:
         b.addRun(QStringLiteral("THIN40_CT2025_LONGNAME_XY"), QStringLiteral("H"), QStringLiteral("long"));
         frmMarquel *m = b.start();
         auto *delegate = qobject_cast<RunListDelegate *>(m->lstRuns->itemDelegate());
-        QVERIFY(delegate);
         const QFontMetrics fm(m->lstRuns->font());
-        QVERIFY(delegate->TabStop() >= delegate->BaseTabStop());
         QVERIFY(delegate->TabStop() > fm.horizontalAdvance(QStringLiteral("THIN40_CT2025_LONGNAME_XY:Harvested")));
         QCOMPARE(delegate->BaseTabStop(),
                  qRound(105 * fm.horizontalAdvance(QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz")) / 52.0 / 4.0));
     }
 
-    void menusHaveTheirNamesAndCaptions()
+    // The limit of selected runs by open windows and report type boxes; the first row comes selected.
+    void selectionLimits_data()
     {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        const QList<QPair<QString, QString>> expected = {
-            {QStringLiteral("mnu_File"), QStringLiteral("&File")},
-            {QStringLiteral("MenuFileDB"), QStringLiteral("&Database")},
-            {QStringLiteral("MenuSepEx"), QString()},
-            {QStringLiteral("mnu_File_Exit"), QStringLiteral("E&xit")},
-            {QStringLiteral("mnu_Runs"), QStringLiteral("&Runs")},
-            {QStringLiteral("mnu_Runs_Import"), QStringLiteral("&Import New")},
-            {QStringLiteral("mnu_Runs_Delete"), QStringLiteral("&Delete Runs")},
-            {QStringLiteral("mnu_Window"), QStringLiteral("&Window")},
-            {QStringLiteral("mnu_Window_Cascade"), QStringLiteral("&Cascade")},
-            {QStringLiteral("mnuArrangeWindows"), QStringLiteral("&Arrange Windows")},
-            {QStringLiteral("mnu_Window_TileHorizontally"), QStringLiteral("Tile &Horizontally")},
-            {QStringLiteral("mnu_Window_TileVertically"), QStringLiteral("Tile &Vertically")},
-            {QStringLiteral("mnu_Window_ArrangeIcons"), QStringLiteral("&Arrange Icons")},
-            {QStringLiteral("mnu_Help"), QStringLiteral("&Help")},
-            {QStringLiteral("mnu_Help_Contents"), QStringLiteral("&Contents")},
-            {QStringLiteral("mnuHelpSearch"), QStringLiteral("&Search for help on...")},
-            {QStringLiteral("mnuHelpTechnicalSupport"), QStringLiteral("&Obtaining Technical Support")},
-            {QStringLiteral("mnuHelpAcknowledgements"), QStringLiteral("Acknowledgements")},
-            {QStringLiteral("mnu_Help_S1"), QString()},
-            {QStringLiteral("mnu_Help_About"), QStringLiteral("&About Tolvane")},
-        };
-        QList<QPair<QString, QString>> actual;
-        for (QMenu *menu : m->ChildMenuList()) {
-            actual.append({menu->objectName(), menu->title()});
-            for (QAction *a : menu->actions())
-                actual.append({a->objectName(), a->isSeparator() ? QString() : a->text()});
-        }
-        QCOMPARE(actual, expected);
-
-        // While the browser is active its menus stand in the frame's menu bar.
-        QStringList bar;
-        for (QAction *a : b.frame->menuBar()->actions())
-            bar.append(a->objectName());
-        QCOMPARE(bar, (QStringList{QStringLiteral("mnu_File"), QStringLiteral("mnu_Runs"), QStringLiteral("mnu_Window"),
-                                   QStringLiteral("mnu_Help")}));
+        QTest::addColumn<QStringList>("boxes");
+        QTest::addColumn<int>("openWindows");
+        QTest::addColumn<QList<int>>("clicks");
+        QTest::addColumn<QList<int>>("highlighted");
+        QTest::newRow("two runs") << QStringList() << 0 << QList<int>{1} << QList<int>{0, 1};
+        QTest::newRow("a third pick pushes out the oldest") << QStringList() << 0 << QList<int>{1, 2} << QList<int>{1, 2};
+        QTest::newRow("a click takes a row away") << QStringList() << 0 << QList<int>{1, 0} << QList<int>{1};
+        QTest::newRow("the older row moves up") << QStringList() << 0 << QList<int>{1, 1, 2} << QList<int>{0, 2};
+        QTest::newRow("both boxes: one run") << QStringList{"SS", "SL"} << 0 << QList<int>{2} << QList<int>{2};
+        QTest::newRow("one box: two runs") << QStringList{"SL"} << 0 << QList<int>{2} << QList<int>{0, 2};
+        QTest::newRow("one window open: one run") << QStringList() << 1 << QList<int>{2} << QList<int>{2};
+        QTest::newRow("two windows open: none") << QStringList() << 2 << QList<int>{1, 2} << QList<int>{};
     }
 
-    void emptyDatabaseDisablesReportsAndDelete()
-    {
-        GuiBench b;
-        frmMarquel *m = b.start();
-        QCOMPARE(m->lstRuns->count(), 0);
-        QVERIFY(!m->cmdOK->isEnabled());
-        QVERIFY(!m->chkSS->isEnabled());
-        QVERIFY(!m->chkStandLevels->isEnabled());
-        QVERIFY(!m->chkSS->isChecked());
-        QVERIFY(!m->mnu_Runs_Delete->isEnabled());
-        QVERIFY(m->mnu_Runs_Import->isEnabled());
-        QCOMPARE(m->SelectedItems, qint16(0));
-    }
-
-    // The limit of selected runs, row by row of its table.
     void selectionLimits()
     {
+        QFETCH(QStringList, boxes);
+        QFETCH(int, openWindows);
+        QFETCH(QList<int>, clicks);
+        QFETCH(QList<int>, highlighted);
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
-
-        // No window, at most one box: two runs; a third pick pushes out the oldest.
-        clickRow(m->lstRuns, 1);
-        QCOMPARE(highlightedRows(m->lstRuns), (QList<int>{0, 1}));
-        clickRow(m->lstRuns, 2);
-        QCOMPARE(highlightedRows(m->lstRuns), (QList<int>{1, 2}));
-        QCOMPARE(m->SelectedRuns[0], qint16(2));
-        QCOMPARE(m->SelectedRuns[1], qint16(1));
-        // A click on a selected row takes it away; the other one moves up.
-        clickRow(m->lstRuns, 2);
-        QCOMPARE(highlightedRows(m->lstRuns), QList<int>{1});
-        QCOMPARE(m->SelectedItems, qint16(1));
-        QCOMPARE(m->SelectedRuns[0], qint16(1));
-
-        // Both boxes checked: one run.
-        checkBox(m->chkSS);
-        checkBox(m->chkStandLevels);
-        QVERIFY(m->chkSS->isChecked() && m->chkStandLevels->isChecked());
-        clickRow(m->lstRuns, 0);
-        QCOMPARE(highlightedRows(m->lstRuns), QList<int>{0});
-        checkBox(m->chkStandLevels);
-
-        // One window open: one run, whatever the boxes.
-        m->NumOpenWindows = 1;
-        clickRow(m->lstRuns, 2);
-        QCOMPARE(highlightedRows(m->lstRuns), QList<int>{2});
-        QCOMPARE(m->SelectedItems, qint16(1));
-
-        // Two windows open: nothing can be selected.
-        m->NumOpenWindows = 2;
-        clickRow(m->lstRuns, 1);
-        QCOMPARE(highlightedRows(m->lstRuns), QList<int>{});
-        QCOMPARE(m->SelectedItems, qint16(0));
+        clickBoxes(m, boxes);
+        m->NumOpenWindows = static_cast<qint16>(openWindows);
+        for (int row : clicks)
+            clickRow(m->lstRuns, row);
+        QCOMPARE(highlightedRows(m->lstRuns), highlighted);
+        QCOMPARE(m->SelectedItems, qint16(highlighted.size()));
         m->NumOpenWindows = 0;
     }
 
-    void reportTypeBoxRules()
+    // Two boxes would make more than two windows: with two runs, or with a window open.
+    void reportTypeBoxes_data()
     {
+        QTest::addColumn<int>("runs");
+        QTest::addColumn<int>("openWindows");
+        QTest::addColumn<QStringList>("boxes");
+        QTest::addColumn<bool>("ss");
+        QTest::addColumn<bool>("sl");
+        QTest::newRow("one run: both") << 1 << 0 << QStringList{"SS", "SL"} << true << true;
+        QTest::newRow("two runs: the other goes") << 2 << 0 << QStringList{"SS", "SL"} << false << true;
+        QTest::newRow("two runs, other order") << 2 << 0 << QStringList{"SL", "SS"} << true << false;
+        QTest::newRow("one window open: the other goes") << 1 << 1 << QStringList{"SL", "SS"} << true << false;
+        QTest::newRow("two windows open: none") << 1 << 2 << QStringList{"SS"} << false << false;
+    }
+
+    void reportTypeBoxes()
+    {
+        QFETCH(int, runs);
+        QFETCH(int, openWindows);
+        QFETCH(QStringList, boxes);
+        QFETCH(bool, ss);
+        QFETCH(bool, sl);
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
-
-        // Two runs selected: the second box unchecks the first.
-        clickRow(m->lstRuns, 1);
-        checkBox(m->chkSS);
-        checkBox(m->chkStandLevels);
-        QVERIFY(m->chkStandLevels->isChecked());
-        QVERIFY(!m->chkSS->isChecked());
-        checkBox(m->chkSS);
-        QVERIFY(m->chkSS->isChecked());
-        QVERIFY(!m->chkStandLevels->isChecked());
-
-        // One run: both boxes may be checked; a click on a second row then takes the first away.
-        clickRow(m->lstRuns, 1);
-        QCOMPARE(m->SelectedItems, qint16(1));
-        checkBox(m->chkStandLevels);
-        QVERIFY(m->chkSS->isChecked() && m->chkStandLevels->isChecked());
-        clickRow(m->lstRuns, 2);
-        QCOMPARE(highlightedRows(m->lstRuns), QList<int>{2});
-
-        // One window open: never both boxes.
-        checkBox(m->chkStandLevels);
-        m->NumOpenWindows = 1;
-        checkBox(m->chkStandLevels);
-        QVERIFY(m->chkStandLevels->isChecked());
-        QVERIFY(!m->chkSS->isChecked());
-
-        // Two windows open: no box stays checked.
-        m->NumOpenWindows = 2;
-        checkBox(m->chkSS);
-        QVERIFY(!m->chkSS->isChecked());
-        QVERIFY(!m->chkStandLevels->isChecked());
+        if (runs == 2)
+            clickRow(m->lstRuns, 1);
+        m->NumOpenWindows = static_cast<qint16>(openWindows);
+        clickBoxes(m, boxes);
+        QCOMPARE(m->chkSS->isChecked(), ss);
+        QCOMPARE(m->chkStandLevels->isChecked(), sl);
         m->NumOpenWindows = 0;
     }
 
@@ -249,13 +174,12 @@ private slots:
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Please choose a report type.")});
         clickRow(m->lstRuns, 0);
-        checkBox(m->chkSS);
+        clickBox(m->chkSS);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(b.questions.messageTexts().last(), QStringLiteral("No run selected"));
+        QCOMPARE(b.questions.messageTexts(), (QStringList{QStringLiteral("Please choose a report type."), QStringLiteral("No run selected")}));
         QCOMPARE(b.questions.asked().last().title, QStringLiteral("Sendrel"));
-        QVERIFY(reportWindows(*b.frame).isEmpty());
+        QVERIFY(b.reportWindows().isEmpty());
     }
 
     // Two runs and one type: two windows, the browser steps aside and the boxes are cleared.
@@ -264,32 +188,30 @@ private slots:
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
         clickRow(m->lstRuns, 2);
-        checkBox(m->chkSS);
+        clickBox(m->chkSS);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
 
-        const auto windows = reportWindows(*b.frame);
-        QCOMPARE(captions(windows), (QStringList{QStringLiteral("Stand & Stock Tables: B"), QStringLiteral("Stand & Stock Tables: A")}));
-        QCOMPARE(windows[0].This_RunId, QStringLiteral("B"));
-        QCOMPARE(windows[0].This_SorH, QStringLiteral("S"));
-        QCOMPARE(windows[0].This_RunDesc, QStringLiteral("Thinned to 600 sph"));
-        QCOMPARE(windows[1].This_SorH, QStringLiteral("H"));
+        const QList<QWidget *> windows = b.reportWindows();
+        QCOMPARE(titles(windows), (QStringList{QStringLiteral("Stand & Stock Tables: B"), QStringLiteral("Stand & Stock Tables: A")}));
+        QCOMPARE(windows[0]->property("This_RunDesc").toString(), QStringLiteral("Thinned to 600 sph"));
+        QCOMPARE(windows[1]->property("This_SorH").toString(), QStringLiteral("H"));
         QCOMPARE(m->NumOpenWindows, qint16(2));
         QVERIFY(b.frame->SubWindowOf(m)->isMinimized());
         QVERIFY(!m->chkSS->isChecked());
-        QCOMPARE(m->SelectedItems, qint16(0));
         QCOMPARE(highlightedRows(m->lstRuns), QList<int>{});
         // The first window went beside the browser; the second took the place that the browser left.
-        QCOMPARE(b.frame->RightForm.data(), windows[0].form);
-        QCOMPARE(b.frame->LeftForm.data(), windows[1].form);
+        QCOMPARE(b.frame->RightForm().data(), windows[0]);
+        QCOMPARE(b.frame->LeftForm().data(), windows[1]);
         QCOMPARE(b.frame->SubWindowOf(windows[1])->pos(), QPoint(0, 0));
         QCOMPARE(b.frame->SubWindowOf(windows[0])->pos(), QPoint(b.frame->mdiArea()->viewport()->width() / 2, 0));
+        QCOMPARE(b.frame->MousePointer(), 0);
 
         // Closing one: the browser comes back in the place that it frees.
         b.frame->SubWindowOf(windows[1])->close();
         QApplication::processEvents();
         QCOMPARE(m->NumOpenWindows, qint16(1));
         QVERIFY(!b.frame->SubWindowOf(m)->isMinimized());
-        QCOMPARE(b.frame->LeftForm.data(), m);
+        QCOMPARE(b.frame->LeftForm().data(), m);
         QCOMPARE(b.frame->SubWindowOf(m)->pos(), QPoint(0, 0));
         QVERIFY(b.ended.isEmpty());
     }
@@ -300,12 +222,11 @@ private slots:
         frmMarquel *m = startWithRuns(b);
         clickRow(m->lstRuns, 0);
         clickRow(m->lstRuns, 2);   // B only
-        checkBox(m->chkSS);
-        checkBox(m->chkStandLevels);
+        clickBox(m->chkSS);
+        clickBox(m->chkStandLevels);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(captions(reportWindows(*b.frame)),
+        QCOMPARE(titles(b.reportWindows()),
                  (QStringList{QStringLiteral("Stand & Stock Tables: B"), QStringLiteral("Species Composition through time: B")}));
-        QCOMPARE(m->NumOpenWindows, qint16(2));
         QVERIFY(!m->chkSS->isChecked() && !m->chkStandLevels->isChecked());
     }
 
@@ -314,69 +235,47 @@ private slots:
     {
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
-        checkBox(m->chkStandLevels);
+        clickBox(m->chkStandLevels);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(captions(reportWindows(*b.frame)), QStringList{QStringLiteral("Species Composition through time: A")});
+        QCOMPARE(titles(b.reportWindows()), QStringList{QStringLiteral("Species Composition through time: A")});
         QVERIFY(m->chkStandLevels->isChecked());
-        QCOMPARE(m->SelectedItems, qint16(1));
-        QCOMPARE(m->NumOpenWindows, qint16(1));
-        QCOMPARE(b.frame->LeftForm.data(), m);
-        QCOMPARE(b.frame->RightForm.data(), reportWindows(*b.frame).first().form);
+        QCOMPARE(b.frame->LeftForm().data(), m);
+        QCOMPARE(b.frame->RightForm().data(), b.reportWindows().first());
         clickRow(m->lstRuns, 2);
         QCOMPARE(highlightedRows(m->lstRuns), QList<int>{2});
     }
 
-    // Another program deletes a run between the click and OK.
-    void okRechecksTheDatabase()
+    // Another program changes the database between the click and OK; the whole row text is compared.
+    void okRechecksTheDatabase_data()
     {
-        {
-            GuiBench b;
-            frmMarquel *m = startWithRuns(b);
-            clickRow(m->lstRuns, 2);
-            checkBox(m->chkSS);
-            b.exec(QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'A' AND Standing_Harvested = 'H'"));
-            QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-            QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Some of the runs you selected were deleted by another application.")});
-            QCOMPARE(captions(reportWindows(*b.frame)), QStringList{QStringLiteral("Stand & Stock Tables: B")});
-            QCOMPARE(m->lstRuns->count(), 2);
-        }
-        {
-            GuiBench b;
-            frmMarquel *m = startWithRuns(b);
-            checkBox(m->chkSS);
-            b.exec(QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'A' AND Standing_Harvested = 'H'"));
-            QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-            QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The run you selected was deleted by another application.")});
-            QVERIFY(reportWindows(*b.frame).isEmpty());
-            QCOMPARE(m->SelectedItems, qint16(0));
-        }
-        {
-            // A changed description counts as deleted: the whole row text is compared.
-            GuiBench b;
-            frmMarquel *m = startWithRuns(b);
-            clickRow(m->lstRuns, 1);
-            checkBox(m->chkSS);
-            b.exec(QStringLiteral("UPDATE Run SET Run_Desc = 'Renamed' WHERE Run_Id = 'A'"));
-            QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-            QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The runs you selected were deleted by another application.")});
-            QVERIFY(reportWindows(*b.frame).isEmpty());
-        }
+        QTest::addColumn<int>("secondRow");   // -1: only the first row
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QStringList>("opened");
+        const QString goneAH = QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'A' AND Standing_Harvested = 'H'");
+        QTest::newRow("one of two gone") << 2 << goneAH << "Some of the runs you selected were deleted by another application."
+                                         << QStringList{"Stand & Stock Tables: B"};
+        QTest::newRow("the one gone") << -1 << goneAH << "The run you selected was deleted by another application." << QStringList();
+        QTest::newRow("both renamed") << 1 << QStringLiteral("UPDATE Run SET Run_Desc = 'Renamed' WHERE Run_Id = 'A'")
+                                      << "The runs you selected were deleted by another application." << QStringList();
     }
 
-    void renamedRunIdKeepsItsColon()
+    void okRechecksTheDatabase()
     {
+        QFETCH(int, secondRow);
+        QFETCH(QString, change);
+        QFETCH(QString, message);
+        QFETCH(QStringList, opened);
         GuiBench b;
-        b.openDatabase();
-        addRun(b, QStringLiteral("A:1"), QStringLiteral("S"), QStringLiteral("Second import"));
-        frmMarquel *m = b.start();
-        QCOMPARE(m->RunEntries(), QStringList{QStringLiteral("A:1:Standing\tSecond import")});
-        checkBox(m->chkSS);
+        frmMarquel *m = startWithRuns(b);
+        if (secondRow >= 0)
+            clickRow(m->lstRuns, secondRow);
+        clickBox(m->chkSS);
+        b.exec(change);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        const auto windows = reportWindows(*b.frame);
-        QCOMPARE(windows.size(), 1);
-        QCOMPARE(windows[0].This_RunId, QStringLiteral("A:1"));
-        QCOMPARE(windows[0].This_SorH, QStringLiteral("S"));
-        QCOMPARE(windows[0].windowTitle(), QStringLiteral("Stand & Stock Tables: A:1"));
+        QCOMPARE(b.questions.messageTexts(), QStringList{message});
+        QCOMPARE(titles(b.reportWindows()), opened);
+        QCOMPARE(m->SelectedItems, qint16(opened.size()));
     }
 
     // The import command: file, kind, import, then the new run is listed and selected.
@@ -407,16 +306,11 @@ private slots:
         const auto &asked = b.questions.asked();
         QCOMPARE(asked[asked.size() - 2].title, QStringLiteral("Select Tree List to Import"));
         QCOMPARE(asked[asked.size() - 2].text, b.tm.settings.WorkDir + QStringLiteral("|"));
-        QCOMPARE(m->lstRuns->count(), 4);
         QCOMPARE(m->lstRuns->item(3)->text(), QStringLiteral("NEW:Harvested\tImported"));
         QCOMPARE(highlightedRows(m->lstRuns), QList<int>{3});
         QCOMPARE(b.frame->MousePointer(), 0);
-    }
 
-    void importFailureIsShown()
-    {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
+        // A failure is shown at the top, the list stays and the pointer comes back.
         m->Importer = [](TreeModel &, const QString &, const QString &) -> frmMarquel::ImportOutcome {
             throw SendrelError(53, QStringLiteral("Sendrel"), QStringLiteral("File not found"));
         };
@@ -424,12 +318,12 @@ private slots:
         b.questions.answerStandingOrHarvested(QStringLiteral("S"));
         m->mnu_Runs_Import->trigger();
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The following error occured:\nFile not found")});
-        QCOMPARE(m->lstRuns->count(), 3);
+        QCOMPARE(m->lstRuns->count(), 4);
         QCOMPARE(b.frame->MousePointer(), 0);
     }
 
-    // File, Database: giving up keeps the old database in silence.
-    void databaseMenuCancelIsSilent()
+    // File, Database: giving up keeps the old database in silence; another one is listed.
+    void databaseMenu()
     {
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
@@ -440,12 +334,41 @@ private slots:
         QCOMPARE(b.questions.asked()[0].title, QStringLiteral("Sendrel - Locate Tolv Game Database"));
         QCOMPARE(m->lstRuns->count(), 3);
 
-        // Another database: the list follows it.
         sendrel::test::RunDatabase other{sendrel::test::RunDatabase::Db::Created};
         b.questions.answerOpenFile(other.path());
         m->MenuFileDB->trigger();
         QCOMPARE(m->lstRuns->count(), 0);
         QVERIFY(!m->cmdOK->isEnabled());
+    }
+
+    // Each menu command reaches the frame as what it says.
+    void menuCommands_data()
+    {
+        QTest::addColumn<QString>("item");
+        QTest::addColumn<QString>("call");
+        QTest::newRow("exit") << "mnu_File_Exit" << "End";
+        QTest::newRow("cascade") << "mnu_Window_Cascade" << "Arrange 0";
+        QTest::newRow("tile horizontally") << "mnu_Window_TileHorizontally" << "Arrange 1";
+        QTest::newRow("tile vertically") << "mnu_Window_TileVertically" << "Arrange 2";
+        QTest::newRow("arrange icons") << "mnu_Window_ArrangeIcons" << "Arrange 3";
+        QTest::newRow("arrange windows") << "mnuArrangeWindows" << "ArrangeWindows";
+        QTest::newRow("contents") << "mnu_Help_Contents" << "Help 0";
+        QTest::newRow("search") << "mnuHelpSearch" << "Help 0";
+        QTest::newRow("support") << "mnuHelpTechnicalSupport" << "Help 14";
+        QTest::newRow("acknowledgements") << "mnuHelpAcknowledgements" << "Help 15";
+        QTest::newRow("about") << "mnu_Help_About" << "About";
+    }
+
+    void menuCommands()
+    {
+        QFETCH(QString, item);
+        QFETCH(QString, call);
+        GuiBench b;
+        b.openDatabase();
+        RecordingFrame frame(b.tm);
+        frmMarquel browser(b.tm, frame);
+        browser.findChild<QAction *>(item)->trigger();
+        QCOMPARE(frame.calls, QStringList{call});
     }
 
     // Closing the browser is the orderly end: settings saved, the process ended.
