@@ -1,13 +1,13 @@
-// The delete window: its checks before each run goes, and what stays in the tables.
+// The delete window as the browser's menu shows it: modal over the frame, the browser's runs,
+// the runs open in report windows of the frame, and both lists read again after a delete.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
 
-#include "windows/browser/frmReportPlaceholder.h"
+#include "base/SendrelError.h"
 #include "windows/import/frmDeleteRuns.h"
 
 #include <QAction>
 #include <QCheckBox>
-#include <QGroupBox>
 #include <QPushButton>
 
 using namespace sendrel;
@@ -15,183 +15,92 @@ using namespace sendrel;
 class tst_frmDeleteRuns : public QObject {
     Q_OBJECT
 
-    // Runs with rows in all three tables: A standing and harvested, B standing, C and C:1 standing.
-    frmMarquel *startWithRuns(GuiBench &b)
-    {
-        b.openDatabase();
-        const QList<QPair<QString, QString>> runs = {{QStringLiteral("A"), QStringLiteral("S")},
-                                                    {QStringLiteral("A"), QStringLiteral("H")},
-                                                    {QStringLiteral("B"), QStringLiteral("S")},
-                                                    {QStringLiteral("C"), QStringLiteral("S")},
-                                                    {QStringLiteral("C:1"), QStringLiteral("S")}};
-        for (const auto &r : runs) {
-            b.addRun(r.first, r.second, QStringLiteral("Run ") + r.first);
-            b.addHeader(r.first, r.second, 1, 2000);
-            b.exec(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Tree_Id, Species_Code, Trees_per_ha, Current_Diameter, "
-                                     "Cycle_Number, Standing_Harvested) VALUES ('%1', '1', 1, 50, 20.5, 1, '%2')")
-                          .arg(r.first, r.second));
-        }
-        return b.start();
-    }
-
-    // Rows of a run in the three tables, as "entries/headers/runs".
-    QString rowsOf(GuiBench &b, const QString &runId, const QString &sorH)
-    {
-        QStringList counts;
-        for (const char *table : {"Model_Entries", "Model_Header", "Model_Run"}) {
-            counts << QString::number(b.count(QString::fromLatin1(table), QStringLiteral("Run_Id = '%1' AND Standing_Harvested = '%2'").arg(runId, sorH)));
-        }
-        return counts.join(QLatin1Char('/'));
-    }
-
-    int rowOf(QListWidget *list, const QString &head)
-    {
-        for (int i = 0; i < list->count(); ++i) {
-            if (list->item(i)->text().startsWith(head + QLatin1Char('\t')))
-                return i;
-        }
-        return -1;
-    }
-
 private slots:
-    void windowShowsTheBrowsersRuns()
+    void deleteFromTheMenu_data()
     {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        frmDeleteRuns d(b.tm, *m, *b.frame);
-        d.RefreshRunList();
-        QCOMPARE(d.windowTitle(), QStringLiteral("Delete Runs"));
-        QCOMPARE(d.Frame3->title(), QStringLiteral("Select Runs For Deletion"));
-        QCOMPARE(d.cmdDelete->text(), QStringLiteral("&Delete"));
-        QCOMPARE(d.cmdCancel->text(), QStringLiteral("&Cancel"));
-        QStringList texts;
-        for (int i = 0; i < d.lstRuns->count(); ++i)
-            texts << d.lstRuns->item(i)->text();
-        QCOMPARE(texts, m->RunEntries());
-        QCOMPARE(texts.size(), 5);
+        QTest::addColumn<QString>("openBox");   // "": no report window; else the box for A:Standing
+        QTest::addColumn<QString>("selected");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QStringList>("left");
+        const QStringList all{"A:Harvested", "A:Standing", "B:Standing"};
+        QTest::newRow("deleted") << "" << "B:Standing" << "Delete run: B:Standing" << QStringList{"A:Harvested", "A:Standing"};
+        QTest::newRow("open in a stand and stock window") << "chkSS" << "A:Standing"
+                                                          << "Can't delete this Run: A:Standing while open." << all;
+        QTest::newRow("open in a composition window") << "chkStandLevels" << "A:Standing"
+                                                       << "Can't delete this Run: A:Standing while open." << all;
+        QTest::newRow("the other kind of an open run") << "chkSS" << "A:Harvested" << "Delete run: A:Harvested"
+                                                       << QStringList{"A:Standing", "B:Standing"};
     }
 
-    void nothingSelectedTouchesNothing()
+    void deleteFromTheMenu()
     {
+        QFETCH(QString, openBox);
+        QFETCH(QString, selected);
+        QFETCH(QString, message);
+        QFETCH(QStringList, left);
         GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        frmDeleteRuns d(b.tm, *m, *b.frame);
-        d.RefreshRunList();
-        d.show();
-        QTest::mouseClick(d.cmdDelete, Qt::LeftButton);
-        QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("No run selected")});
-        QCOMPARE(b.questions.asked().first().title, QStringLiteral("Sendrel"));
-        QCOMPARE(b.count(QStringLiteral("Model_Run")), 5);
-        QVERIFY(d.isVisible());
-    }
+        b.openDatabase();
+        for (const auto &[run, kind] : {std::pair{"A", "S"}, {"A", "H"}, {"B", "S"}})
+            b.addListedRun(QString::fromLatin1(run), QString::fromLatin1(kind), QStringLiteral("Run"));
+        frmMarquel *m = b.start();
+        if (!openBox.isEmpty()) {
+            clickRow(m->lstRuns, 0);
+            clickRow(m->lstRuns, rowOf(m->lstRuns, QStringLiteral("A:Standing")));
+            clickBox(m->findChild<QCheckBox *>(openBox));
+            QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+            QCOMPARE(b.reportWindows().size(), 1);
+        }
 
-    // One of two selected runs vanished: the user hears of it and is asked about the other; only
-    // that kind of that run goes.
-    void vanishedRunIsReportedAndTheOtherAsked()
-    {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        frmDeleteRuns d(b.tm, *m, *b.frame);
-        d.RefreshRunList();
-        d.show();
-        clickRow(d.lstRuns, rowOf(d.lstRuns, QStringLiteral("A:Harvested")));
-        clickRow(d.lstRuns, rowOf(d.lstRuns, QStringLiteral("B:Standing")));
-        b.exec(QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'B'"));
         b.questions.answerMessage(Answer::OK);
-        QTest::mouseClick(d.cmdDelete, Qt::LeftButton);
-
-        QCOMPARE(b.questions.messageTexts(), (QStringList{QStringLiteral("Some of the runs you selected were deleted by another application."),
-                                                          QStringLiteral("Delete run: A:Harvested")}));
-        QCOMPARE(b.questions.asked()[1].title, QStringLiteral("Delete?"));
-        QCOMPARE(rowsOf(b, QStringLiteral("A"), QStringLiteral("H")), QStringLiteral("0/0/0"));
-        QCOMPARE(rowsOf(b, QStringLiteral("A"), QStringLiteral("S")), QStringLiteral("1/1/1"));
-        // Both lists were read again.
-        QCOMPARE(m->lstRuns->count(), 3);
-        QCOMPARE(d.lstRuns->count(), 3);
-        QVERIFY(d.isVisible());
-    }
-
-    void runOpenInAReportWindowIsRefused()
-    {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        // A composition window on A standing.
-        clickRow(m->lstRuns, 0);
-        clickRow(m->lstRuns, rowOf(m->lstRuns, QStringLiteral("A:Standing")));
-        clickBox(m->chkStandLevels);
-        QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(m->NumOpenWindows, qint16(1));
-
-        frmDeleteRuns d(b.tm, *m, *b.frame);
-        d.RefreshRunList();
-        d.show();
-        clickRow(d.lstRuns, rowOf(d.lstRuns, QStringLiteral("A:Standing")));
-        clickRow(d.lstRuns, rowOf(d.lstRuns, QStringLiteral("B:Standing")));
-        QTest::mouseClick(d.cmdDelete, Qt::LeftButton);
-        QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Can't delete this Run: A:Standing while open.")});
-        QCOMPARE(rowsOf(b, QStringLiteral("A"), QStringLiteral("S")), QStringLiteral("1/1/1"));
-        QCOMPARE(rowsOf(b, QStringLiteral("B"), QStringLiteral("S")), QStringLiteral("1/1/1"));
-
-        // The other kind of the same run is no obstacle.
-        b.questions.clear();
-        clickRow(d.lstRuns, rowOf(d.lstRuns, QStringLiteral("A:Harvested")));
-        b.questions.answerMessage(Answer::OK);
-        QTest::mouseClick(d.cmdDelete, Qt::LeftButton);
-        QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Delete run: A:Harvested")});
-        QCOMPARE(rowsOf(b, QStringLiteral("A"), QStringLiteral("H")), QStringLiteral("0/0/0"));
-    }
-
-    void cancellingEveryRunDeletesNothing()
-    {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        frmDeleteRuns d(b.tm, *m, *b.frame);
-        d.RefreshRunList();
-        d.show();
-        clickRow(d.lstRuns, 0);
-        clickRow(d.lstRuns, 1);
-        b.questions.answerMessage(Answer::Cancel);
-        b.questions.answerMessage(Answer::Cancel);
-        QTest::mouseClick(d.cmdDelete, Qt::LeftButton);
-        QCOMPARE(b.questions.pendingAnswers(), 0);
-        QCOMPARE(b.count(QStringLiteral("Model_Entries")), 5);
-        // Refreshed all the same: the selection is gone.
-        QCOMPARE(highlightedRows(d.lstRuns), QList<int>{});
-    }
-
-    // A renamed run's entry holds two ":"; its own rows go, not those of the name it came from.
-    void renamedRunGoesAlone()
-    {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        frmDeleteRuns d(b.tm, *m, *b.frame);
-        d.RefreshRunList();
-        d.show();
-        clickRow(d.lstRuns, rowOf(d.lstRuns, QStringLiteral("C:1:Standing")));
-        b.questions.answerMessage(Answer::OK);
-        QTest::mouseClick(d.cmdDelete, Qt::LeftButton);
-        QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Delete run: C:1:Standing")});
-        QCOMPARE(rowsOf(b, QStringLiteral("C:1"), QStringLiteral("S")), QStringLiteral("0/0/0"));
-        QCOMPARE(rowsOf(b, QStringLiteral("C"), QStringLiteral("S")), QStringLiteral("1/1/1"));
-    }
-
-    // Through the browser's menu: the window is modal, and the browser's list is rebuilt after it.
-    void menuCommandRebuildsTheBrowserList()
-    {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        b.questions.answerMessage(Answer::OK);
-        onNextModal([this](QWidget *w) {
+        QStringList shown, afterDelete;
+        bool stayed = false;
+        onNextModal([&](QWidget *w) {
             auto *d = qobject_cast<frmDeleteRuns *>(w);
-            QVERIFY(d);
-            clickRow(d->lstRuns, rowOf(d->lstRuns, QStringLiteral("B:Standing")));
+            QVERIFY(d && d->parentWidget() == b.frame.get());
+            for (int i = 0; i < d->lstRuns->count(); ++i)
+                shown << d->lstRuns->item(i)->text();
+            clickRow(d->lstRuns, rowOf(d->lstRuns, selected));
             QTest::mouseClick(d->cmdDelete, Qt::LeftButton);
+            for (int i = 0; i < d->lstRuns->count(); ++i)
+                afterDelete << d->lstRuns->item(i)->text().section(QLatin1Char('\t'), 0, 0);
+            stayed = d->isVisible();
             QTest::mouseClick(d->cmdCancel, Qt::LeftButton);
         });
+        const QStringList before = m->RunEntries();
         m->mnu_Runs_Delete->trigger();
-        QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Delete run: B:Standing")});
-        QCOMPARE(m->lstRuns->count(), 4);
-        QCOMPARE(rowOf(m->lstRuns, QStringLiteral("B:Standing")), -1);
+
+        QCOMPARE(shown, before);
+        QCOMPARE(b.questions.messageTexts(), QStringList{message});
+        QVERIFY(stayed);
+        QCOMPARE(afterDelete, left);
+        QStringList browser;
+        for (const QString &entry : m->RunEntries())
+            browser << entry.section(QLatin1Char('\t'), 0, 0);
+        QCOMPARE(browser, left);
+        QCOMPARE(b.count(QStringLiteral("Model_Run")), qint64(left.size()));
+    }
+
+    // A failure of the delete is shown at the top; the pointer comes back and the window stays.
+    void failureIsShown()
+    {
+        GuiBench b;
+        b.openDatabase();
+        b.addListedRun(QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("Run"));
+        frmMarquel *m = b.start();
+        bool stayed = false;
+        onNextModal([&](QWidget *w) {
+            auto *d = qobject_cast<frmDeleteRuns *>(w);
+            d->Delete = [](const QStringList &) { throw SendrelError(-2147467259, QStringLiteral("db"), QStringLiteral("locked")); };
+            b.frame->SetMousePointer(11);
+            clickRow(d->lstRuns, 0);
+            QTest::mouseClick(d->cmdDelete, Qt::LeftButton);
+            stayed = d->isVisible();
+            d->reject();
+        });
+        m->mnu_Runs_Delete->trigger();
+        QVERIFY(stayed);
+        QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The following error occured:\nlocked")});
+        QCOMPARE(b.frame->MousePointer(), 0);
     }
 };
 
