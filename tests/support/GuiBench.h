@@ -76,6 +76,21 @@ struct GuiBench : sendrel::test::RunDatabase {
     }
 };
 
+// A frame that notes the commands it is given instead of carrying them out.
+struct RecordingFrame : sendrel::frmSendrel {
+    using frmSendrel::frmSendrel;
+    QStringList calls;
+    void Arrange(int command) override { calls << QStringLiteral("Arrange %1").arg(command); }
+    void ArrangeWindows() override { calls << QStringLiteral("ArrangeWindows"); }
+    void ShowHelpTopic(int topic) override { calls << QStringLiteral("Help %1").arg(topic); }
+    void ShowAbout() override { calls << QStringLiteral("About"); }
+    bool SaveSettingsAndEnd() override
+    {
+        calls << QStringLiteral("End");
+        return false;
+    }
+};
+
 // The row of a run list whose text begins with head ("A:Standing"), or -1.
 inline int rowOf(const QListWidget *list, const QString &head)
 {

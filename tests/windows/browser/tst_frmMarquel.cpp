@@ -15,21 +15,6 @@ using namespace sendrel;
 
 namespace {
 
-// A frame that notes the commands it is given instead of carrying them out.
-struct RecordingFrame : frmSendrel {
-    using frmSendrel::frmSendrel;
-    QStringList calls;
-    void Arrange(int command) override { calls << QStringLiteral("Arrange %1").arg(command); }
-    void ArrangeWindows() override { calls << QStringLiteral("ArrangeWindows"); }
-    void ShowHelpTopic(int topic) override { calls << QStringLiteral("Help %1").arg(topic); }
-    void ShowAbout() override { calls << QStringLiteral("About"); }
-    bool SaveSettingsAndEnd() override
-    {
-        calls << QStringLiteral("End");
-        return false;
-    }
-};
-
 QStringList titles(const QList<QWidget *> &windows)
 {
     QStringList texts;
