@@ -63,17 +63,6 @@ struct GuiBench : sendrel::test::RunDatabase {
         addRun(runId, sorH, description);
         addHeader(runId, sorH, 1, 2000);
     }
-
-    // The report windows in the frame (stand and stock, composition), in the order they opened.
-    QList<QWidget *> reportWindows() const
-    {
-        QList<QWidget *> windows;
-        for (QWidget *form : frame->ChildForms()) {
-            if (form->property("This_RunId").isValid())
-                windows.append(form);
-        }
-        return windows;
-    }
 };
 
 // A frame that notes the commands it is given instead of carrying them out.
@@ -90,6 +79,17 @@ struct RecordingFrame : sendrel::frmSendrel {
         return false;
     }
 };
+
+// The report windows in the frame (stand and stock, composition), in the order they opened.
+inline QList<QWidget *> reportWindows(const sendrel::frmSendrel &frame)
+{
+    QList<QWidget *> windows;
+    for (QWidget *form : frame.ChildForms()) {
+        if (form->property("This_RunId").isValid())
+            windows.append(form);
+    }
+    return windows;
+}
 
 // The row of a run list whose text begins with head ("A:Standing"), or -1.
 inline int rowOf(const QListWidget *list, const QString &head)

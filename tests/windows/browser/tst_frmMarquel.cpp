@@ -164,7 +164,7 @@ private slots:
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
         QCOMPARE(b.questions.messageTexts(), (QStringList{QStringLiteral("Please choose a report type."), QStringLiteral("No run selected")}));
         QCOMPARE(b.questions.asked().last().title, QStringLiteral("Sendrel"));
-        QVERIFY(b.reportWindows().isEmpty());
+        QVERIFY(reportWindows(*b.frame).isEmpty());
     }
 
     // Two runs and one type: two windows, the browser steps aside and the boxes are cleared.
@@ -176,7 +176,7 @@ private slots:
         clickBox(m->chkSS);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
 
-        const QList<QWidget *> windows = b.reportWindows();
+        const QList<QWidget *> windows = reportWindows(*b.frame);
         QCOMPARE(titles(windows), (QStringList{QStringLiteral("Stand & Stock Tables: B"), QStringLiteral("Stand & Stock Tables: A")}));
         QCOMPARE(windows[0]->property("This_RunDesc").toString(), QStringLiteral("Thinned to 600 sph"));
         QCOMPARE(windows[1]->property("This_SorH").toString(), QStringLiteral("H"));
@@ -210,7 +210,7 @@ private slots:
         clickBox(m->chkSS);
         clickBox(m->chkStandLevels);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(titles(b.reportWindows()),
+        QCOMPARE(titles(reportWindows(*b.frame)),
                  (QStringList{QStringLiteral("Stand & Stock Tables: B"), QStringLiteral("Species Composition through time: B")}));
         QVERIFY(!m->chkSS->isChecked() && !m->chkStandLevels->isChecked());
     }
@@ -222,10 +222,10 @@ private slots:
         frmMarquel *m = startWithRuns(b);
         clickBox(m->chkStandLevels);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(titles(b.reportWindows()), QStringList{QStringLiteral("Species Composition through time: A")});
+        QCOMPARE(titles(reportWindows(*b.frame)), QStringList{QStringLiteral("Species Composition through time: A")});
         QVERIFY(m->chkStandLevels->isChecked());
         QCOMPARE(b.frame->LeftForm().data(), m);
-        QCOMPARE(b.frame->RightForm().data(), b.reportWindows().first());
+        QCOMPARE(b.frame->RightForm().data(), reportWindows(*b.frame).first());
         clickRow(m->lstRuns, 2);
         QCOMPARE(highlightedRows(m->lstRuns), QList<int>{2});
     }
@@ -259,7 +259,7 @@ private slots:
         b.exec(change);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
         QCOMPARE(b.questions.messageTexts(), QStringList{message});
-        QCOMPARE(titles(b.reportWindows()), opened);
+        QCOMPARE(titles(reportWindows(*b.frame)), opened);
         QCOMPARE(m->SelectedItems, qint16(opened.size()));
     }
 

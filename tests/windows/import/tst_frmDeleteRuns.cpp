@@ -48,7 +48,7 @@ private slots:
             clickRow(m->lstRuns, rowOf(m->lstRuns, QStringLiteral("A:Standing")));
             clickBox(m->findChild<QCheckBox *>(openBox));
             QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-            QCOMPARE(b.reportWindows().size(), 1);
+            QCOMPARE(reportWindows(*b.frame).size(), 1);
         }
 
         b.questions.answerMessage(Answer::OK);

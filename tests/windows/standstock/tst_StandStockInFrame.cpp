@@ -30,7 +30,7 @@ frmParameters *openStandStock(GuiBench &b)
     frmMarquel *m = b.start();
     clickBox(m->chkSS);
     QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-    return b.reportWindows().isEmpty() ? nullptr : qobject_cast<frmParameters *>(b.reportWindows().first());
+    return reportWindows(*b.frame).isEmpty() ? nullptr : qobject_cast<frmParameters *>(reportWindows(*b.frame).first());
 }
 
 Graph *density(frmParameters *w)
