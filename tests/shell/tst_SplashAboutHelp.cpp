@@ -1,20 +1,19 @@
-// The splash, the about window, the picture's size, and help opened at the right topic from
-// every help button and menu.
+// The splash, the about window, the picture's size, and the help: its commands, F1 in the
+// frame, and help asked for from the modal dialogs, which must be usable while they wait.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
 
+#include "shell/GuiQuestions.h"
 #include "shell/RevealPicture.h"
-#include "windows/common/ShowHelp.h"
-#include "windows/common/frmHelp.h"
 #include "shell/frmKD_About.h"
 #include "shell/frmKD_Splash.h"
-#include "windows/browser/frmMarquel.h"
-#include "windows/import/frmDuplicateId.h"
-#include "windows/import/frmSorH.h"
+#include "windows/common/ShowHelp.h"
+#include "windows/common/frmHelp.h"
+#include "windows/output/frmReportText.h"
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
+#include <QMdiArea>
 #include <QPushButton>
 #include <QTextBrowser>
 #include <QTimer>
@@ -25,7 +24,7 @@ namespace {
 
 QString helpFolder()
 {
-    return QDir::cleanPath(QStringLiteral(SENDREL_TEST_DATA) + QStringLiteral("/../../install/Help"));
+    return QStringLiteral(SENDREL_SOURCE_DIR) + QStringLiteral("/install/Help");
 }
 
 QString helpFile()
@@ -40,6 +39,26 @@ QString shownPage()
     return help ? QFileInfo(help->txtTopic->source().toLocalFile()).fileName() : QString();
 }
 
+// Whether the help window is blocked by a modal window now, as the window system told it.
+class HelpBlocked : public QObject {
+public:
+    HelpBlocked() { qApp->installEventFilter(this); }
+    ~HelpBlocked() override { qApp->removeEventFilter(this); }
+    bool blocked = false;
+
+protected:
+    bool eventFilter(QObject *o, QEvent *e) override
+    {
+        if (o->objectName() == QLatin1String("frmHelp") && o->isWidgetType()) {
+            if (e->type() == QEvent::WindowBlocked)
+                blocked = true;
+            else if (e->type() == QEvent::WindowUnblocked)
+                blocked = false;
+        }
+        return false;
+    }
+};
+
 }  // namespace
 
 class tst_SplashAboutHelp : public QObject {
@@ -49,42 +68,43 @@ private slots:
     void cleanup()
     {
         if (frmHelp *help = HelpWindow())
-            help->txtTopic->clear();
+            help->close();
+        QApplication::processEvents();
     }
 
-    void splashTextsAndTimer()
+    void splash()
     {
         frmKD_Splash splash;
         splash.show();
         QCOMPARE(splash.Label2->text(), QStringLiteral("Sendrel"));
-        QCOMPARE(splash.Label3->text(), QStringLiteral("Growth Model Output Processing System"));
         QCOMPARE(splash.lblVersion->text(), QStringLiteral("Version 3.03.0004"));
         QCOMPARE(splash.Timer1->interval(), 2000);
-        QVERIFY(splash.Timer1->isSingleShot());
-        QVERIFY(splash.Timer1->isActive());
+        QVERIFY(splash.Timer1->isSingleShot() && splash.Timer1->isActive());
         QVERIFY(splash.isModal());
     }
 
     // A click on the picture or a label, or a key, closes it at once.
+    void splashClosesOnClickOrKey_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::newRow("version") << "lblVersion";
+        QTest::newRow("picture") << "Image1";
+        QTest::newRow("key") << "";
+    }
+
     void splashClosesOnClickOrKey()
     {
-        {
-            frmKD_Splash splash;
-            onNextModal([&](QWidget *) { QTest::mouseClick(splash.lblVersion, Qt::LeftButton); });
-            QCOMPARE(splash.exec(), int(QDialog::Accepted));
-            QVERIFY(splash.Timer1->isActive());   // closed before its time ran out
-        }
-        {
-            frmKD_Splash splash;
-            onNextModal([&](QWidget *) { QTest::mouseClick(splash.Image1, Qt::LeftButton); });
-            QCOMPARE(splash.exec(), int(QDialog::Accepted));
-        }
-        {
-            frmKD_Splash splash;
-            onNextModal([&](QWidget *w) { QTest::keyClick(w, Qt::Key_Space); });
-            QCOMPARE(splash.exec(), int(QDialog::Accepted));
-            QVERIFY(!splash.isVisible());
-        }
+        QFETCH(QString, target);
+        frmKD_Splash splash;
+        QWidget *on = target == QLatin1String("Image1") ? static_cast<QWidget *>(splash.Image1) : splash.lblVersion;
+        onNextModal([&](QWidget *w) {
+            if (target.isEmpty())
+                QTest::keyClick(w, Qt::Key_Space);
+            else
+                QTest::mouseClick(on, Qt::LeftButton);
+        });
+        QCOMPARE(splash.exec(), int(QDialog::Accepted));
+        QVERIFY(splash.Timer1->isActive());   // closed before its time ran out
     }
 
     // Grown by tenths while both sides are below, then shrunk by fiftieths while one is above.
@@ -94,47 +114,34 @@ private slots:
         // 100 * 1.1^8 = 214.358881, then * 0.98^4 = 197.717807
         QCOMPARE(qRound(s.width() * 1000), 197718);
         QCOMPARE(qRound(s.height() * 1000), 98859);
-        const QSizeF big = RevealPictureSize(QSizeF(400, 300), QSizeF(280, 320));
-        QVERIFY(big.width() <= 280 && big.height() <= 320);
-        QCOMPARE(qRound(big.width() / big.height() * 1000), 1333);
         QCOMPARE(RevealPictureSize(QSizeF(400, 300), QSizeF(0, 100)), QSizeF(0, 0));
-
-        // On the windows: the splash at 70 % of its width, the about window at 50 % and 70 %.
-        frmKD_Splash splash;
-        splash.show();
-        QVERIFY(splash.Image1->width() <= splash.width() * 70 / 100);
-        QVERIFY(splash.Image1->width() >= splash.width() * 70 / 100 * 0.98 - 1 || splash.Image1->height() >= splash.height() * 0.98 - 1);
         frmKD_About about;
         about.show();
         QVERIFY(about.Image1->width() <= about.width() / 2);
         QVERIFY(about.Image1->height() <= about.height() * 70 / 100);
     }
 
+    // One shared about window, modeless; OK hides it.
     void aboutWindow()
     {
         GuiBench b;
         frmSendrel frame(b.tm);
         frame.show();
-        frmKD_About *about = frame.ShowAbout();
+        frame.ShowAbout();
+        frmKD_About *about = frame.About();
         QCOMPARE(about->windowTitle(), QStringLiteral("Tolvane Interface"));
-        QCOMPARE(about->Label2->text(), QStringLiteral("/ Sendrel"));
         QCOMPARE(about->lblVersion->text(), QStringLiteral("Version 3.03.0004"));
-        QVERIFY(about->Label1->text().contains(QStringLiteral("graphical reporting component")));
-        QVERIFY(about->Label1->text().contains(QStringLiteral("treatments over time")));
         QVERIFY(!about->isModal());
         QVERIFY(about->isVisible());
-        QCOMPARE(about->HelpContextID, 14);
         QTest::mouseClick(about->cmdOK, Qt::LeftButton);
         QVERIFY(!about->isVisible());
-        // One shared window, from either menu.
-        frame.findChild<QAction *>(QStringLiteral("mnuHelpAbout"))->trigger();
-        QCOMPARE(frame.ShowAbout(), about);
+        frame.ShowAbout();
+        QCOMPARE(frame.About(), about);
         QVERIFY(about->isVisible());
     }
 
     void showHelpCommands()
     {
-        QCOMPARE(QDir(HelpFolderOf(helpFile())).absolutePath(), QDir(helpFolder()).absolutePath());
         QVERIFY(ShowHelp(HelpContentsAndTopic, helpFile(), 29));
         QCOMPARE(shownPage(), QStringLiteral("29.html"));
         QVERIFY(HelpWindow()->isVisible());
@@ -149,8 +156,7 @@ private slots:
 
         // Searching lists the pages that hold every word.
         HelpWindow()->ShowSearch(QStringLiteral("Overwrite harvested"));
-        const QString found = HelpWindow()->txtTopic->toPlainText();
-        QVERIFY2(found.contains(QStringLiteral("Duplicate Run Id")), qPrintable(found));
+        QVERIFY(HelpWindow()->txtTopic->toPlainText().contains(QStringLiteral("Duplicate Run Id")));
     }
 
     // Every window's help id has its page, and every page leads back to the contents.
@@ -164,41 +170,71 @@ private slots:
         }
     }
 
-    // The help menus and buttons reach their topics.
-    void helpFromMenusAndButtons()
+    // F1 in the frame opens the topic of the active child window, or the frame's own.
+    void f1InTheFrame()
     {
         GuiBench b;
         frmMarquel *m = b.start();
         b.tm.settings.HelpFile = helpFile();
-
-        b.frame->findChild<QAction *>(QStringLiteral("mnuHelpTechnicalSupport"))->trigger();
-        QCOMPARE(shownPage(), QStringLiteral("14.html"));
-        m->findChild<QAction *>(QStringLiteral("mnuHelpAcknowledgements"))->trigger();
-        QCOMPARE(shownPage(), QStringLiteral("15.html"));
-        m->findChild<QAction *>(QStringLiteral("mnu_Help_Contents"))->trigger();
-        QCOMPARE(shownPage(), QStringLiteral("index.html"));
-        m->findChild<QAction *>(QStringLiteral("mnuHelpSearch"))->trigger();
-        QCOMPARE(shownPage(), QStringLiteral("index.html"));
-
-        // F1 in the frame opens the active window's topic.
         b.frame->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(b.frame.get()));
         b.frame->mdiArea()->setActiveSubWindow(b.frame->SubWindowOf(m));
+        m->HelpContextID = 76;   // a child's own topic, to tell it from the frame's 29
         QTest::keyClick(b.frame.get(), Qt::Key_F1);
-        QCOMPARE(shownPage(), QStringLiteral("29.html"));
+        QCOMPARE(shownPage(), QStringLiteral("76.html"));
+    }
 
-        ScriptedQuestions q;
-        frmSorH sorH(q);
-        sorH.HelpFile = helpFile();
-        sorH.show();
-        QApplication::setActiveWindow(&sorH);
-        QTest::keyClick(&sorH, Qt::Key_F1);
-        QCOMPARE(shownPage(), QStringLiteral("2010.html"));
+    // Help asked for in a dialog that waits modally comes up at its topic, usable at once,
+    // also when the help window was open before the dialog.
+    void helpFromModalDialogs_data()
+    {
+        QTest::addColumn<QString>("dialog");
+        QTest::addColumn<bool>("openBefore");
+        QTest::addColumn<QString>("page");
+        QTest::newRow("Standing or Harvested, F1") << "frmSorH" << false << "2010.html";
+        QTest::newRow("Enter Run ID, F1") << "frmRunId" << false << "2070.html";
+        QTest::newRow("Duplicate Run Id, Help") << "frmDuplicateId" << false << "index.html";
+        QTest::newRow("Report Description, Help") << "frmReportText" << false << "73.html";
+        QTest::newRow("help open before") << "frmSorH" << true << "2010.html";
+    }
 
-        frmDuplicateId duplicate;
-        duplicate.HelpFile = helpFile();
-        duplicate.show();
-        QTest::mouseClick(duplicate.cmdHelp, Qt::LeftButton);
-        QCOMPARE(shownPage(), QStringLiteral("index.html"));
+    void helpFromModalDialogs()
+    {
+        QFETCH(QString, dialog);
+        QFETCH(bool, openBefore);
+        QFETCH(QString, page);
+        GuiQuestions q;
+        q.setHelpFile(helpFile());
+        HelpBlocked help;
+        if (openBefore)
+            QVERIFY(ShowHelp(HelpContentsAndTopic, helpFile(), 29));
+        QString shown;
+        bool blocked = true;
+        onNextModal([&](QWidget *w) {
+            w->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(w));
+            if (auto *button = w->findChild<QPushButton *>(QStringLiteral("cmdHelp")))
+                QTest::mouseClick(button, Qt::LeftButton);
+            else
+                QTest::keyClick(w, Qt::Key_F1);
+            shown = shownPage();
+            blocked = help.blocked || !HelpWindow()->isVisible();
+            // The user reads, closes the help and leaves the dialog.
+            HelpWindow()->close();
+            QTimer::singleShot(0, w, [w] { QTest::keyClick(w, Qt::Key_Escape); });
+        });
+        QString name = QStringLiteral("X");
+        ReportTextRequest text;
+        if (dialog == QLatin1String("frmSorH"))
+            q.askStandingOrHarvested();
+        else if (dialog == QLatin1String("frmRunId"))
+            q.askRunId(name);
+        else if (dialog == QLatin1String("frmDuplicateId"))
+            q.askDuplicateId(name);
+        else
+            q.askReportText(text);
+        QCOMPARE(shown, page);
+        QVERIFY(!blocked);
     }
 };
 
