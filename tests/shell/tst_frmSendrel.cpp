@@ -1,4 +1,4 @@
-// The workspace frame: its menu commands, the two places and the arrangement, the child
+// The workspace frame: its menu commands and the browser's, the two places and the arrangement, the child
 // windows' menus, the load step with its folder check, the busy window and the orderly end.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
@@ -50,32 +50,36 @@ class tst_frmSendrel : public QObject {
     Q_OBJECT
 
 private slots:
-    // Each command of the frame's own menu reaches what it says.
+    // Each command of the frame's own menu, and of the browser's, reaches what it says.
     void menuCommands_data()
     {
-        QTest::addColumn<QString>("item");
+        QTest::addColumn<QString>("frameItem");
+        QTest::addColumn<QString>("browserItem");
         QTest::addColumn<QString>("call");
-        QTest::newRow("exit") << "mnu_Exit" << "End";
-        QTest::newRow("cascade") << "mnu_Window_Cascade" << "Arrange 0";
-        QTest::newRow("tile horizontally") << "mnu_Window_TileHorizontally" << "Arrange 1";
-        QTest::newRow("tile vertically") << "mnu_Window_TileVertically" << "Arrange 2";
-        QTest::newRow("arrange icons") << "mnu_Window_ArrangeIcons" << "Arrange 3";
-        QTest::newRow("arrange windows") << "mnuArrangeWindows" << "ArrangeWindows";
-        QTest::newRow("contents") << "mnuHelpContents" << "Help 0";
-        QTest::newRow("search") << "mnuHelpSearch" << "Help 0";
-        QTest::newRow("support") << "mnuHelpTechnicalSupport" << "Help 14";
-        QTest::newRow("acknowledgements") << "mnuHelpAcknowledgements" << "Help 15";
-        QTest::newRow("about") << "mnuHelpAbout" << "About";
+        QTest::newRow("exit") << "mnu_Exit" << "mnu_File_Exit" << "End";
+        QTest::newRow("cascade") << "mnu_Window_Cascade" << "mnu_Window_Cascade" << "Arrange 0";
+        QTest::newRow("tile horizontally") << "mnu_Window_TileHorizontally" << "mnu_Window_TileHorizontally" << "Arrange 1";
+        QTest::newRow("tile vertically") << "mnu_Window_TileVertically" << "mnu_Window_TileVertically" << "Arrange 2";
+        QTest::newRow("arrange icons") << "mnu_Window_ArrangeIcons" << "mnu_Window_ArrangeIcons" << "Arrange 3";
+        QTest::newRow("arrange windows") << "mnuArrangeWindows" << "mnuArrangeWindows" << "ArrangeWindows";
+        QTest::newRow("contents") << "mnuHelpContents" << "mnu_Help_Contents" << "Help 0";
+        QTest::newRow("search") << "mnuHelpSearch" << "mnuHelpSearch" << "Help 0";
+        QTest::newRow("support") << "mnuHelpTechnicalSupport" << "mnuHelpTechnicalSupport" << "Help 14";
+        QTest::newRow("acknowledgements") << "mnuHelpAcknowledgements" << "mnuHelpAcknowledgements" << "Help 15";
+        QTest::newRow("about") << "mnuHelpAbout" << "mnu_Help_About" << "About";
     }
 
     void menuCommands()
     {
-        QFETCH(QString, item);
+        QFETCH(QString, frameItem);
+        QFETCH(QString, browserItem);
         QFETCH(QString, call);
         GuiBench b;
         RecordingFrame frame(b.tm);
-        frame.findChild<QAction *>(item)->trigger();
-        QCOMPARE(frame.calls, QStringList{call});
+        frmMarquel browser(b.tm, frame);
+        frame.findChild<QAction *>(frameItem)->trigger();
+        browser.findChild<QAction *>(browserItem)->trigger();
+        QCOMPARE(frame.calls, (QStringList{call, call}));
     }
 
     // The active child's menus replace the frame's, and the frame's come back when it is gone.

@@ -154,44 +154,92 @@ private slots:
         m->NumOpenWindows = 0;
     }
 
-    void okTellsWhatIsMissing()
+    // OK opens the windows of the selection, after reading the list again: another program may
+    // have deleted a run, and the whole row text is compared. What stays selected and checked
+    // follows the number of windows now open.
+    void okOpensTheReportWindows_data()
     {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        clickRow(m->lstRuns, 0);
-        clickBox(m->chkSS);
-        QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(b.questions.messageTexts(), (QStringList{QStringLiteral("Please choose a report type."), QStringLiteral("No run selected")}));
-        QCOMPARE(b.questions.asked().last().title, QStringLiteral("Sendrel"));
-        QVERIFY(reportWindows(*b.frame).isEmpty());
+        QTest::addColumn<QList<int>>("clicks");   // the first row comes selected
+        QTest::addColumn<QStringList>("boxes");
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QStringList>("opened");
+        QTest::addColumn<QStringList>("boxesAfter");
+        QTest::addColumn<QList<int>>("highlightedAfter");
+        const QString goneAH = QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'A' AND Standing_Harvested = 'H'");
+        const QString renamed = QStringLiteral("UPDATE Run SET Run_Desc = 'Renamed' WHERE Run_Id = 'A'");
+        const QStringList ss{"chkSS"};
+        QTest::newRow("no report type") << QList<int>{} << QStringList() << "" << "Please choose a report type." << QStringList()
+                                        << QStringList() << QList<int>{0};
+        QTest::newRow("no run") << QList<int>{0} << ss << "" << "No run selected" << QStringList() << ss << QList<int>{};
+        QTest::newRow("two runs, one type") << QList<int>{2} << ss << "" << ""
+                                            << QStringList{"Stand & Stock Tables: B", "Stand & Stock Tables: A"} << QStringList()
+                                            << QList<int>{};
+        QTest::newRow("one run, both types, stand and stock first")
+            << QList<int>{0, 2} << QStringList{"chkSS", "chkStandLevels"} << "" << ""
+            << QStringList{"Stand & Stock Tables: B", "Species Composition through time: B"} << QStringList() << QList<int>{};
+        QTest::newRow("one run, one type") << QList<int>{} << QStringList{"chkStandLevels"} << "" << ""
+                                           << QStringList{"Species Composition through time: A"} << QStringList{"chkStandLevels"}
+                                           << QList<int>{0};
+        QTest::newRow("one of two gone") << QList<int>{2} << ss << goneAH
+                                         << "Some of the runs you selected were deleted by another application."
+                                         << QStringList{"Stand & Stock Tables: B"} << ss << QList<int>{1};
+        QTest::newRow("the one gone") << QList<int>{} << ss << goneAH << "The run you selected was deleted by another application."
+                                      << QStringList() << ss << QList<int>{};
+        QTest::newRow("both changed") << QList<int>{1} << ss << renamed << "The runs you selected were deleted by another application."
+                                      << QStringList() << ss << QList<int>{};
     }
 
-    // Two runs and one type: two windows, the browser steps aside and the boxes are cleared.
-    void twoRunsOpenTwoWindows()
+    void okOpensTheReportWindows()
+    {
+        QFETCH(QList<int>, clicks);
+        QFETCH(QStringList, boxes);
+        QFETCH(QString, change);
+        QFETCH(QString, message);
+        QFETCH(QStringList, opened);
+        QFETCH(QStringList, boxesAfter);
+        QFETCH(QList<int>, highlightedAfter);
+        GuiBench b;
+        frmMarquel *m = startWithRuns(b);
+        for (int row : clicks)
+            clickRow(m->lstRuns, row);
+        for (const QString &box : boxes)
+            clickBox(m->findChild<QCheckBox *>(box));
+        if (!change.isEmpty())
+            b.exec(change);
+        QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+        QCOMPARE(b.questions.messageTexts(), message.isEmpty() ? QStringList() : QStringList{message});
+        QCOMPARE(titles(reportWindows(*b.frame)), opened);
+        QStringList checked;
+        for (QCheckBox *box : {m->chkSS, m->chkStandLevels}) {
+            if (box->isChecked())
+                checked << box->objectName();
+        }
+        QCOMPARE(checked, boxesAfter);
+        QCOMPARE(highlightedRows(m->lstRuns), highlightedAfter);
+        QCOMPARE(m->SelectedItems, qint16(highlightedAfter.size()));
+        QCOMPARE(b.frame->MousePointer(), 0);
+    }
+
+    // Two windows: the browser steps aside, and comes back in the place that one of them frees.
+    void twoWindowsTakeThePlaces()
     {
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
         clickRow(m->lstRuns, 2);
         clickBox(m->chkSS);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-
         const QList<QWidget *> windows = reportWindows(*b.frame);
-        QCOMPARE(titles(windows), (QStringList{QStringLiteral("Stand & Stock Tables: B"), QStringLiteral("Stand & Stock Tables: A")}));
         QCOMPARE(windows[0]->property("This_RunDesc").toString(), QStringLiteral("Thinned to 600 sph"));
         QCOMPARE(windows[1]->property("This_SorH").toString(), QStringLiteral("H"));
         QCOMPARE(m->NumOpenWindows, qint16(2));
         QVERIFY(b.frame->SubWindowOf(m)->isMinimized());
-        QVERIFY(!m->chkSS->isChecked());
-        QCOMPARE(highlightedRows(m->lstRuns), QList<int>{});
         // The first window went beside the browser; the second took the place that the browser left.
         QCOMPARE(b.frame->RightForm().data(), windows[0]);
         QCOMPARE(b.frame->LeftForm().data(), windows[1]);
         QCOMPARE(b.frame->SubWindowOf(windows[1])->pos(), QPoint(0, 0));
         QCOMPARE(b.frame->SubWindowOf(windows[0])->pos(), QPoint(b.frame->mdiArea()->viewport()->width() / 2, 0));
-        QCOMPARE(b.frame->MousePointer(), 0);
 
-        // Closing one: the browser comes back in the place that it frees.
         b.frame->SubWindowOf(windows[1])->close();
         QApplication::processEvents();
         QCOMPARE(m->NumOpenWindows, qint16(1));
@@ -199,68 +247,6 @@ private slots:
         QCOMPARE(b.frame->LeftForm().data(), m);
         QCOMPARE(b.frame->SubWindowOf(m)->pos(), QPoint(0, 0));
         QVERIFY(b.ended.isEmpty());
-    }
-
-    void oneRunBothTypesOpensStandAndStockFirst()
-    {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        clickRow(m->lstRuns, 0);
-        clickRow(m->lstRuns, 2);   // B only
-        clickBox(m->chkSS);
-        clickBox(m->chkStandLevels);
-        QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(titles(reportWindows(*b.frame)),
-                 (QStringList{QStringLiteral("Stand & Stock Tables: B"), QStringLiteral("Species Composition through time: B")}));
-        QVERIFY(!m->chkSS->isChecked() && !m->chkStandLevels->isChecked());
-    }
-
-    // One window: the boxes stay, and one more run may be picked for the second window.
-    void oneRunOneTypeKeepsTheBoxes()
-    {
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        clickBox(m->chkStandLevels);
-        QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(titles(reportWindows(*b.frame)), QStringList{QStringLiteral("Species Composition through time: A")});
-        QVERIFY(m->chkStandLevels->isChecked());
-        QCOMPARE(b.frame->LeftForm().data(), m);
-        QCOMPARE(b.frame->RightForm().data(), reportWindows(*b.frame).first());
-        clickRow(m->lstRuns, 2);
-        QCOMPARE(highlightedRows(m->lstRuns), QList<int>{2});
-    }
-
-    // Another program changes the database between the click and OK; the whole row text is compared.
-    void okRechecksTheDatabase_data()
-    {
-        QTest::addColumn<int>("secondRow");   // -1: only the first row
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<QStringList>("opened");
-        const QString goneAH = QStringLiteral("DELETE FROM Model_Run WHERE Run_Id = 'A' AND Standing_Harvested = 'H'");
-        QTest::newRow("one of two gone") << 2 << goneAH << "Some of the runs you selected were deleted by another application."
-                                         << QStringList{"Stand & Stock Tables: B"};
-        QTest::newRow("the one gone") << -1 << goneAH << "The run you selected was deleted by another application." << QStringList();
-        QTest::newRow("both renamed") << 1 << QStringLiteral("UPDATE Run SET Run_Desc = 'Renamed' WHERE Run_Id = 'A'")
-                                      << "The runs you selected were deleted by another application." << QStringList();
-    }
-
-    void okRechecksTheDatabase()
-    {
-        QFETCH(int, secondRow);
-        QFETCH(QString, change);
-        QFETCH(QString, message);
-        QFETCH(QStringList, opened);
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        if (secondRow >= 0)
-            clickRow(m->lstRuns, secondRow);
-        clickBox(m->chkSS);
-        b.exec(change);
-        QTest::mouseClick(m->cmdOK, Qt::LeftButton);
-        QCOMPARE(b.questions.messageTexts(), QStringList{message});
-        QCOMPARE(titles(reportWindows(*b.frame)), opened);
-        QCOMPARE(m->SelectedItems, qint16(opened.size()));
     }
 
     // The import command: file, kind, import, then the new run is listed and selected.
@@ -324,36 +310,6 @@ private slots:
         m->MenuFileDB->trigger();
         QCOMPARE(m->lstRuns->count(), 0);
         QVERIFY(!m->cmdOK->isEnabled());
-    }
-
-    // Each menu command reaches the frame as what it says.
-    void menuCommands_data()
-    {
-        QTest::addColumn<QString>("item");
-        QTest::addColumn<QString>("call");
-        QTest::newRow("exit") << "mnu_File_Exit" << "End";
-        QTest::newRow("cascade") << "mnu_Window_Cascade" << "Arrange 0";
-        QTest::newRow("tile horizontally") << "mnu_Window_TileHorizontally" << "Arrange 1";
-        QTest::newRow("tile vertically") << "mnu_Window_TileVertically" << "Arrange 2";
-        QTest::newRow("arrange icons") << "mnu_Window_ArrangeIcons" << "Arrange 3";
-        QTest::newRow("arrange windows") << "mnuArrangeWindows" << "ArrangeWindows";
-        QTest::newRow("contents") << "mnu_Help_Contents" << "Help 0";
-        QTest::newRow("search") << "mnuHelpSearch" << "Help 0";
-        QTest::newRow("support") << "mnuHelpTechnicalSupport" << "Help 14";
-        QTest::newRow("acknowledgements") << "mnuHelpAcknowledgements" << "Help 15";
-        QTest::newRow("about") << "mnu_Help_About" << "About";
-    }
-
-    void menuCommands()
-    {
-        QFETCH(QString, item);
-        QFETCH(QString, call);
-        GuiBench b;
-        b.openDatabase();
-        RecordingFrame frame(b.tm);
-        frmMarquel browser(b.tm, frame);
-        browser.findChild<QAction *>(item)->trigger();
-        QCOMPARE(frame.calls, QStringList{call});
     }
 
     // Closing the browser is the orderly end: settings saved, the process ended.
