@@ -20,6 +20,8 @@
 #include <QTemporaryDir>
 #include <QValueAxis>
 
+#include <algorithm>
+
 using namespace sendrel;
 
 namespace {
@@ -54,27 +56,20 @@ void fillClassChart(ChartData &g)
     g.ChartYAxisTicks(5);
 }
 
-bool hasColour(const QImage &image, const QColor &colour)
+// The colours of an image, without alpha.
+QSet<QRgb> coloursOf(const QImage &image)
 {
-    for (int y = 0; y < image.height(); y += 2) {
-        for (int x = 0; x < image.width(); ++x) {
-            if ((image.pixel(x, y) & 0xffffff) == (colour.rgb() & 0xffffff))
-                return true;
-        }
+    QSet<QRgb> colours;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            colours.insert(image.pixel(x, y) & 0xffffff);
     }
-    return false;
+    return colours;
 }
 
-bool onlyGreys(const QImage &image)
+bool allGrey(const QSet<QRgb> &colours)
 {
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb c = image.pixel(x, y);
-            if (qRed(c) != qGreen(c) || qGreen(c) != qBlue(c))
-                return false;
-        }
-    }
-    return true;
+    return std::all_of(colours.begin(), colours.end(), [](QRgb c) { return qRed(c) == qGreen(c) && qGreen(c) == qBlue(c); });
 }
 
 QByteArray fileHead(const QString &path)
@@ -89,19 +84,18 @@ class TestGraph : public QObject {
     Q_OBJECT
 
 private slots:
-    // Species colours must tell species apart and stand out on white.
+    // Species colours must tell species apart and stand out on white, for every species code.
     void paletteHasADistinctColourForEveryIndex()
     {
         QSet<QRgb> seen;
+        for (int code = 0; code <= 400; ++code) {
+            const int index = SpeciesColourIndex(static_cast<qint16>(code));
+            QVERIFY(index >= 0 && index < Graph::kPaletteSize);
+        }
         for (int i = 0; i < Graph::kPaletteSize; ++i) {
             const QColor c = Graph::PaletteColour(i);
-            QVERIFY2(!seen.contains(c.rgb()), qPrintable(QString::number(i)));
-            QVERIFY2(c.lightness() < 235, qPrintable(QString::number(i)));
+            QVERIFY2(!seen.contains(c.rgb()) && c.lightness() < 235, qPrintable(QString::number(i)));
             seen.insert(c.rgb());
-        }
-        for (int code = 0; code <= 400; ++code) {
-            const qint16 index = SpeciesColourIndex(static_cast<qint16>(code));
-            QVERIFY(index >= 0 && index < Graph::kPaletteSize);
         }
     }
 
@@ -114,18 +108,15 @@ private slots:
         QChart *chart = g.shownChart();
         QCOMPARE(chart->title(), QStringLiteral("R1 (2000): Density"));
         auto *bars = qobject_cast<QBarSeries *>(chart->series().first());
-        QCOMPARE(bars->count(), 3);
         QCOMPARE(bars->barSets().at(0)->label(), QStringLiteral("FD"));
         QCOMPARE(bars->barSets().at(2)->at(11), 42.0);
         QCOMPARE(bars->barSets().at(0)->brush().color(), Graph::PaletteColour(3));
         auto *classes = qobject_cast<QBarCategoryAxis *>(chart->axes(Qt::Horizontal).first());
         QCOMPARE(classes->categories().first(), QStringLiteral("2.5"));
-        QCOMPARE(classes->count(), 12);
         QCOMPARE(classes->titleText(), QStringLiteral("DBH Class (cm)"));
         QVERIFY(!classes->isGridLineVisible());
         auto *values = qobject_cast<QValueAxis *>(chart->axes(Qt::Vertical).first());
         QCOMPARE(values->max(), 50.0);
-        QCOMPARE(values->tickCount(), 6);
         QCOMPARE(values->titleText(), QStringLiteral("Density (SPH)"));
         QVERIFY(values->isGridLineVisible());
         QVERIFY(chart->legend()->isVisible());
@@ -158,6 +149,7 @@ private slots:
         QVERIFY(values->max() > values->min());
     }
 
+    // A time chart: a line per series over the x positions of its points.
     void timeChart()
     {
         Graph g;
@@ -175,28 +167,27 @@ private slots:
         }
         g.ChartXAxisMin(2000);
         g.ChartXAxisMax(2030);
-        g.ChartXAxisTicks(3);
         g.ChartDraw(2);
         auto *line = qobject_cast<QLineSeries *>(g.shownChart()->series().at(1));
-        QVERIFY(line);
         QCOMPARE(line->name(), QStringLiteral("PW"));
         QCOMPARE(line->at(2), QPointF(2020, 197));
-        auto *years = qobject_cast<QValueAxis *>(g.shownChart()->axes(Qt::Horizontal).first());
-        QCOMPARE(years->min(), 2000.0);
-        QCOMPARE(years->max(), 2030.0);
+        QCOMPARE(qobject_cast<QValueAxis *>(g.shownChart()->axes(Qt::Horizontal).first())->max(), 2030.0);
     }
 
+    // The same chart on files; a type it cannot write, or a folder that is not there, is refused.
     void files_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QSize>("size");
         QTest::addColumn<bool>("colour");
-        QTest::addColumn<QByteArray>("head");   // empty: a picture to look at
+        QTest::addColumn<QByteArray>("head");   // empty: a picture to look at; "refused": number 75
         QTest::newRow("png in colour") << "c.png" << QSize(800, 500) << true << QByteArray();
         QTest::newRow("png black and white") << "bw.png" << QSize(800, 500) << false << QByteArray();
         QTest::newRow("png of the default size") << "d.PNG" << Graph::kFileSize << true << QByteArray();
         QTest::newRow("svg") << "c.svg" << Graph::kFileSize << true << QByteArray("<?xml");
         QTest::newRow("pdf") << "c.pdf" << Graph::kFileSize << true << QByteArray("%PDF-");
+        QTest::newRow("jpg") << "c.jpg" << Graph::kFileSize << true << QByteArray("refused");
+        QTest::newRow("no folder") << "no/such/c.png" << Graph::kFileSize << true << QByteArray("refused");
     }
 
     void files()
@@ -210,10 +201,15 @@ private slots:
         Graph g;
         fillClassChart(g);
         g.ChartScreenStyle(colour ? 1 : 0);
-        if (size == Graph::kFileSize)
-            g.saveAs(path);
-        else
+        try {
             g.saveAs(path, size);
+            QVERIFY(head != "refused");
+        } catch (const SendrelError &e) {
+            QCOMPARE(head, QByteArray("refused"));
+            QCOMPARE(e.number(), 75L);
+            QVERIFY(e.description().endsWith(path));
+            return;
+        }
         if (!head.isEmpty()) {
             QCOMPARE(fileHead(path), head);
             QVERIFY(QFileInfo(path).size() > 5000);
@@ -221,24 +217,9 @@ private slots:
         }
         const QImage image(path);
         QCOMPARE(image.size(), size);
-        QCOMPARE(onlyGreys(image), !colour);
-        QVERIFY(hasColour(image, colour ? Graph::PaletteColour(9) : QColor(Qt::black)));
-    }
-
-    void unwritableFile()
-    {
-        QTemporaryDir dir;
-        Graph g;
-        fillClassChart(g);
-        for (const QString &path : {dir.filePath(QStringLiteral("chart.jpg")), dir.filePath(QStringLiteral("no/such/chart.png"))}) {
-            try {
-                g.saveAs(path);
-                QFAIL("the file must be refused");
-            } catch (const SendrelError &e) {
-                QCOMPARE(e.number(), 75L);
-                QVERIFY(e.description().endsWith(path));
-            }
-        }
+        const QSet<QRgb> colours = coloursOf(image);
+        QCOMPARE(allGrey(colours), !colour);
+        QVERIFY(colours.contains((colour ? Graph::PaletteColour(9) : QColor(Qt::black)).rgb() & 0xffffff));
     }
 
     // The chart window's copy: black and white on request, then colour again on screen.
@@ -254,7 +235,7 @@ private slots:
         g.ChartDraw(2);
         const QImage copied = QGuiApplication::clipboard()->image();
         QCOMPARE(copied.size(), QSize(700, 450));
-        QVERIFY(onlyGreys(copied.convertToFormat(QImage::Format_RGB32)));
+        QVERIFY(allGrey(coloursOf(copied.convertToFormat(QImage::Format_RGB32))));
         QCOMPARE(qobject_cast<QBarSeries *>(g.shownChart()->series().first())->barSets().at(0)->brush().color(),
                  Graph::PaletteColour(3));
     }
