@@ -1,15 +1,18 @@
-// The report viewer: what it shows of the file, how it prints, and when the file goes.
+// The two windows around a report: "Report Description", asked modally before the compile, and
+// the report viewer, which shows the file, prints it and deletes it when the user leaves.
 #include "support/TestMain.h"
-#include "base/ScriptedQuestions.h"
+#include "support/GuiBench.h"
+
+#include "shell/GuiQuestions.h"
 #include "windows/output/ReportPrinting.h"
 #include "windows/output/frmReport.h"
+#include "windows/output/frmReportText.h"
 
 #include <QFile>
 #include <QFontInfo>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTextCursor>
 
 using namespace sendrel;
@@ -32,9 +35,7 @@ QByteArray longReport(int blocks)
 int pdfPages(const QString &path)
 {
     QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return 0;
-    const QByteArray pdf = f.readAll();
+    const QByteArray pdf = f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     return static_cast<int>(pdf.count("/Type /Page\n") + pdf.count("/Type /Page\r") + pdf.count("/Type /Page "));
 }
 
@@ -43,9 +44,9 @@ QPlainTextEdit *box(frmReport &w)
     return w.findChild<QPlainTextEdit *>(QStringLiteral("rtbReport"));
 }
 
-QPushButton *button(frmReport &w, const char *name)
+void click(QWidget &w, const char *button)
 {
-    return w.findChild<QPushButton *>(QLatin1String(name));
+    QTest::mouseClick(w.findChild<QPushButton *>(QLatin1String(button)), Qt::LeftButton);
 }
 
 }  // namespace
@@ -54,6 +55,7 @@ class TestFrmReport : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
+    ScriptedQuestions m_questions;
 
     QString writeReport(const QString &name, const QByteArray &text)
     {
@@ -65,72 +67,64 @@ class TestFrmReport : public QObject {
     }
 
 private slots:
-    void titleByReportType_data()
+    void init() { m_questions.clear(); }
+
+    // The title follows the kind of report; a landscape report gets a box 1.7 times as wide.
+    void titleAndWidth_data()
     {
         QTest::addColumn<int>("type");
+        QTest::addColumn<int>("orientation");
         QTest::addColumn<QString>("title");
-        QTest::newRow("stand") << 0 << "Stand Table Report";
-        QTest::newRow("stock") << 1 << "Stock Table Report";
-        QTest::newRow("composition") << 2 << "Species Composition Report";
-        QTest::newRow("other value keeps the design title") << 7 << "Stand Table Report";
+        QTest::newRow("stand") << 0 << 1 << "Stand Table Report";
+        QTest::newRow("stock, landscape") << 1 << 2 << "Stock Table Report";
+        QTest::newRow("composition") << 2 << 1 << "Species Composition Report";
+        QTest::newRow("other value keeps the design title") << 7 << 1 << "Stand Table Report";
     }
 
-    void titleByReportType()
+    void titleAndWidth()
     {
         QFETCH(int, type);
+        QFETCH(int, orientation);
         QFETCH(QString, title);
-        ScriptedQuestions questions;
-        frmReport w(questions);
+        frmReport w(m_questions);
+        const QSize designSize = w.size();
         w.ReportType = type;
+        w.ReportOrientation = static_cast<qint16>(orientation);
         w.ReportFile = writeReport(QStringLiteral("title.txt"), "x\r\n");
         w.show();
         QCOMPARE(w.windowTitle(), title);
+        if (orientation == 1) {
+            QCOMPARE(w.size(), designSize);
+            return;
+        }
+        QVERIFY(qAbs(double(box(w)->minimumWidth()) / w.designBoxWidth() - 1.7) < 0.01);
+        QVERIFY(w.width() > box(w)->minimumWidth());
     }
 
     // The file's lines unchanged, in a fixed-pitch box the user cannot edit.
     void showsTheFile()
     {
-        ScriptedQuestions questions;
-        frmReport w(questions);
+        frmReport w(m_questions);
         w.ReportFile = writeReport(QStringLiteral("R7_Stand.txt"), "   R7: Stand Table\r\nDBH_Class         PW\r\n      12.5       121\r\n");
         w.show();
         QCOMPARE(box(w)->toPlainText(), QStringLiteral("   R7: Stand Table\nDBH_Class         PW\n      12.5       121\n"));
         QVERIFY(box(w)->isReadOnly());
         QVERIFY(QFontInfo(box(w)->font()).fixedPitch());
-        QVERIFY(questions.messageTexts().isEmpty());
+        QVERIFY(m_questions.messageTexts().isEmpty());
     }
 
     // The generator failed (no path) or the file is gone: the user is told and the window opens.
     void missingFileTellsAndShowsTheDesignText()
     {
-        ScriptedQuestions questions;
-        frmReport w(questions);
+        frmReport w(m_questions);
         w.show();
         QVERIFY(w.isVisible());
         QCOMPARE(box(w)->toPlainText(), QStringLiteral("Report Failed"));
         w.hide();
         w.ReportFile = m_dir.filePath(QStringLiteral("gone.txt"));
         w.show();
-        QCOMPARE(questions.messageTexts(), (QStringList{QStringLiteral("Error loading the report from file "),
-                                                         QStringLiteral("Error loading the report from file ") + w.ReportFile}));
-    }
-
-    void landscapeWidensTheBox()
-    {
-        ScriptedQuestions questions;
-        frmReport portrait(questions);
-        const QSize designSize = portrait.size();
-        portrait.ReportFile = writeReport(QStringLiteral("p.txt"), "x\r\n");
-        portrait.show();
-        QCOMPARE(portrait.size(), designSize);
-
-        frmReport landscape(questions);
-        landscape.ReportFile = portrait.ReportFile;
-        landscape.ReportOrientation = 2;
-        landscape.show();
-        const double ratio = double(box(landscape)->minimumWidth()) / landscape.designBoxWidth();
-        QVERIFY2(qAbs(ratio - 1.7) < 0.01, qPrintable(QString::number(ratio)));
-        QVERIFY(landscape.width() > box(landscape)->minimumWidth());
+        QCOMPARE(m_questions.messageTexts(), (QStringList{QStringLiteral("Error loading the report from file "),
+                                                           QStringLiteral("Error loading the report from file ") + w.ReportFile}));
     }
 
     // Cancel deletes the file; closing by the frame keeps it.
@@ -144,12 +138,11 @@ private slots:
     void leaving()
     {
         QFETCH(bool, byCancel);
-        ScriptedQuestions questions;
-        frmReport w(questions);
+        frmReport w(m_questions);
         w.ReportFile = writeReport(QStringLiteral("R7_Stock.txt"), "report\r\n");
         w.show();
         if (byCancel)
-            QTest::mouseClick(button(w, "cmdCancel"), Qt::LeftButton);
+            click(w, "cmdCancel");
         else
             w.close();
         QVERIFY(!w.isVisible());
@@ -157,13 +150,13 @@ private slots:
     }
 
     // The print dialog is preset with the orientation and offers the selection when there is
-    // one; what prints is the selection or the whole text.
+    // one; what prints is the selection or the whole text, and the window stays.
     void printing_data()
     {
         QTest::addColumn<int>("orientation");
         QTest::addColumn<bool>("select");
         QTest::addColumn<bool>("accept");
-        QTest::addColumn<int>("pages");
+        QTest::addColumn<int>("pages");   // at least
         QTest::newRow("whole, landscape") << 2 << false << true << 3;
         QTest::newRow("selection") << 1 << true << true << 1;
         QTest::newRow("dialog cancelled") << 1 << false << false << 0;
@@ -175,8 +168,7 @@ private slots:
         QFETCH(bool, select);
         QFETCH(bool, accept);
         QFETCH(int, pages);
-        ScriptedQuestions questions;
-        frmReport w(questions);
+        frmReport w(m_questions);
         w.ReportFile = writeReport(QStringLiteral("long.txt"), longReport(4));
         w.ReportOrientation = static_cast<qint16>(orientation);
         w.show();
@@ -187,7 +179,7 @@ private slots:
             box(w)->setTextCursor(cursor);
             QCOMPARE(w.textToPrint(), QStringLiteral("   R7: Stand Table\n") + QString(80, QLatin1Char('_')) + QStringLiteral("\nRun Name: R7"));
         }
-        const QString pdf = m_dir.filePath(QStringLiteral("printed%1.pdf").arg(QTest::currentDataTag()));
+        const QString pdf = m_dir.filePath(QStringLiteral("printed%1.pdf").arg(orientation * 2 + select));
         QAbstractPrintDialog::PrintDialogOptions offered;
         QPageLayout::Orientation preset = QPageLayout::Portrait;
         w.setPrintDialog([&](QPrinter &printer, QAbstractPrintDialog::PrintDialogOptions options, QWidget *) {
@@ -197,19 +189,17 @@ private slots:
             printer.setOutputFileName(pdf);
             return accept;
         });
-        QTest::mouseClick(button(w, "cmdPrint"), Qt::LeftButton);
-        QVERIFY2(questions.messageTexts().isEmpty(), qPrintable(questions.messageTexts().join(QLatin1Char('|'))));
+        click(w, "cmdPrint");
+        QVERIFY(m_questions.messageTexts().isEmpty());
         QCOMPARE(preset, orientation == 2 ? QPageLayout::Landscape : QPageLayout::Portrait);
         QCOMPARE(offered.testFlag(QAbstractPrintDialog::PrintSelection), select);
         QVERIFY(!offered.testFlag(QAbstractPrintDialog::PrintPageRange));
-        QVERIFY2(pages ? pdfPages(pdf) >= pages : !QFile::exists(pdf), qPrintable(QString::number(pdfPages(pdf))));
-        if (select)
-            QCOMPARE(pdfPages(pdf), 1);
-        QVERIFY(w.isVisible());
-        QVERIFY(QFile::exists(w.ReportFile));
+        QVERIFY(select ? pdfPages(pdf) == 1 : pdfPages(pdf) >= pages);
+        QCOMPARE(QFile::exists(pdf), accept);
+        QVERIFY(w.isVisible() && QFile::exists(w.ReportFile));
     }
 
-    // A twelve-species rule line of 140 characters on a portrait page: the font gives way.
+    // The widest line decides the print size: a 140-character line on a portrait page makes the font give way.
     void widestLineFitsThePage()
     {
         QPrinter printer(QPrinter::HighResolution);
@@ -221,10 +211,70 @@ private slots:
         const QString narrow = QString(80, QLatin1Char('0'));
         const QString wide = QString(140, QLatin1Char('_'));
         QCOMPARE(ReportPrintPointSize(printer, narrow, font), 8.5);
-        QFont fitted = font;
-        fitted.setPointSizeF(ReportPrintPointSize(printer, narrow + QLatin1Char('\n') + wide, font));
-        QVERIFY(fitted.pointSizeF() < 8.5);
-        QVERIFY(QFontMetricsF(fitted, &printer).horizontalAdvance(wide) <= printer.pageRect(QPrinter::DevicePixel).width());
+        font.setPointSizeF(ReportPrintPointSize(printer, narrow + QLatin1Char('\n') + wide, font));
+        QVERIFY(font.pointSizeF() < 8.5);
+        QVERIFY(QFontMetricsF(font, &printer).horizontalAdvance(wide) <= printer.pageRect(QPrinter::DevicePixel).width());
+    }
+
+    // "Report Description": 50 characters by typing; a longer title given by the caller is kept
+    // but cannot grow.
+    void reportTitleTypingLimit()
+    {
+        frmReportText form;
+        form.show();
+        QLineEdit *title = form.txtReportTitle;
+        title->setFocus();
+        QTest::keyClicks(title, QString(48, QLatin1Char('a')) + QStringLiteral("bcdef"));
+        QCOMPARE(title->text(), QString(48, QLatin1Char('a')) + QStringLiteral("bc"));
+        QTest::keyClick(title, Qt::Key_Backspace);
+        QTest::keyClicks(title, QStringLiteral("xy"));
+        QCOMPARE(title->text(), QString(48, QLatin1Char('a')) + QStringLiteral("bx"));
+        const QString preset = QString(48, QLatin1Char('R')) + QStringLiteral(": Stand Table");
+        title->setText(preset);
+        title->end(false);
+        QTest::keyClicks(title, QStringLiteral("z"));
+        QCOMPARE(title->text(), preset);
+        QTest::keyClick(title, Qt::Key_Backspace);
+        QTest::keyClicks(title, QStringLiteral("z"));
+        QCOMPARE(title->text(), preset.chopped(1));
+    }
+
+    // Through the desktop's questions, modally: OK gives the edited boxes (the window stays loaded
+    // until they are read); every other way out cancels and gives nothing back.
+    void askReportText_data()
+    {
+        QTest::addColumn<QString>("leave");
+        QTest::newRow("OK") << "cmdOK";
+        QTest::newRow("Cancel") << "cmdCancel";
+        QTest::newRow("Escape") << "Escape";
+        QTest::newRow("close box") << "close";
+    }
+
+    void askReportText()
+    {
+        QFETCH(QString, leave);
+        const bool ok = leave == QLatin1String("cmdOK");
+        GuiQuestions questions;
+        ReportTextRequest request{QStringLiteral("R7: Stock Table"), QStringLiteral("Printed by: \r\n\r\nThin to 400")};
+        QString shownDescription;
+        onNextModal([&](QWidget *w) {
+            auto *form = qobject_cast<frmReportText *>(w);
+            shownDescription = form->txtReportDesc->toPlainText();
+            form->txtReportTitle->selectAll();
+            QTest::keyClicks(form->txtReportTitle, QStringLiteral("Spacing trial"));
+            form->txtReportDesc->moveCursor(QTextCursor::End);
+            QTest::keyClicks(form->txtReportDesc, QStringLiteral(" at 2010"));
+            if (leave == QLatin1String("Escape"))
+                QTest::keyClick(form, Qt::Key_Escape);
+            else if (leave == QLatin1String("close"))
+                form->close();
+            else
+                click(*form, qPrintable(leave));
+        });
+        QCOMPARE(questions.askReportText(request), ok);
+        QCOMPARE(shownDescription, QStringLiteral("Printed by: \n\nThin to 400"));
+        QCOMPARE(request.title, ok ? QStringLiteral("Spacing trial") : QStringLiteral("R7: Stock Table"));
+        QCOMPARE(request.description, ok ? QStringLiteral("Printed by: \n\nThin to 400 at 2010") : QStringLiteral("Printed by: \r\n\r\nThin to 400"));
     }
 };
 
