@@ -1,13 +1,17 @@
 // The order of a start: by hand with the splash, with "/R RUNID" straight to the run's report
-// window, and the failures that end it.
+// window, and the failures that end it; and the splash itself.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
 
 #include "app/FolderLocation.h"
 #include "shell/Main.h"
+#include "shell/RevealPicture.h"
+#include "shell/frmKD_Splash.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QStandardPaths>
+#include <QTimer>
 
 using namespace sendrel;
 
@@ -169,6 +173,44 @@ private slots:
         QCOMPARE(b.questions.messageTexts().last(),
                  QStringLiteral("Cannot locate all the required files necessary to successfully run Sendrel.  Exiting the program."));
         QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("NumClasses")), QStringLiteral("10"));
+    }
+
+    // The splash closes itself after two seconds, or at once on a click on the picture or a
+    // label, or on a key.
+    void splashClosesOnClickOrKey_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::newRow("version") << "lblVersion";
+        QTest::newRow("picture") << "Image1";
+        QTest::newRow("key") << "";
+    }
+
+    void splashClosesOnClickOrKey()
+    {
+        QFETCH(QString, target);
+        frmKD_Splash splash;
+        QWidget *on = target == QLatin1String("Image1") ? static_cast<QWidget *>(splash.Image1) : splash.lblVersion;
+        onNextModal([&](QWidget *w) {
+            QCOMPARE(splash.lblVersion->text(), QStringLiteral("Version 3.03.0004"));
+            QVERIFY(splash.Timer1->isActive() && splash.Timer1->interval() == 2000);
+            if (target.isEmpty())
+                QTest::keyClick(w, Qt::Key_Space);
+            else
+                QTest::mouseClick(on, Qt::LeftButton);
+        });
+        QCOMPARE(splash.exec(), int(QDialog::Accepted));
+        QVERIFY(splash.Timer1->isActive());   // closed before its time ran out
+    }
+
+    // The picture grows by tenths while both sides are below the target, then shrinks by
+    // fiftieths while one is above.
+    void pictureSize()
+    {
+        const QSizeF s = RevealPictureSize(QSizeF(100, 50), QSizeF(200, 200));
+        // 100 * 1.1^8 = 214.358881, then * 0.98^4 = 197.717807
+        QCOMPARE(qRound(s.width() * 1000), 197718);
+        QCOMPARE(qRound(s.height() * 1000), 98859);
+        QCOMPARE(RevealPictureSize(QSizeF(400, 300), QSizeF(0, 100)), QSizeF(0, 0));
     }
 };
 

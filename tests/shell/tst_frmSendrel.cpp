@@ -1,16 +1,23 @@
-// The workspace frame: its menu commands and the browser's, the two places and the arrangement, the child
-// windows' menus, the load step with its folder check, the busy window and the orderly end.
+// The workspace frame: its menu commands and the browser's, the two places and the arrangement,
+// the child windows' menus, the load step, the busy window, the orderly end, the about window,
+// and the help, also when a modal dialog asks for it.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
 
 #include "shell/GuiQuestions.h"
+#include "shell/RevealPicture.h"
+#include "shell/frmKD_About.h"
 #include "windows/common/ChildMenus.h"
+#include "windows/common/ShowHelp.h"
 #include "windows/common/frmBusyMessage.h"
+#include "windows/common/frmHelp.h"
 
 #include <QLabel>
 #include <QMdiArea>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
+#include <QTextBrowser>
 
 using namespace sendrel;
 
@@ -44,12 +51,46 @@ QMdiSubWindow *addPlain(frmSendrel &frame, const QPoint &at)
     return sub;
 }
 
+const QString kHelpFolder = QStringLiteral(SENDREL_SOURCE_DIR "/install/Help");
+const QString kHelpFile = QDir::toNativeSeparators(kHelpFolder + QStringLiteral("/Tolvane.chm"));
+
+// The page the help window shows, as its file name.
+QString shownPage()
+{
+    frmHelp *help = HelpWindow();
+    return help ? QFileInfo(help->txtTopic->source().toLocalFile()).fileName() : QString();
+}
+
+// Whether the help window is blocked by a modal window now, as the window system told it.
+class HelpBlocked : public QObject {
+public:
+    HelpBlocked() { qApp->installEventFilter(this); }
+    ~HelpBlocked() override { qApp->removeEventFilter(this); }
+    bool blocked = false;
+
+protected:
+    bool eventFilter(QObject *o, QEvent *e) override
+    {
+        if (o->isWidgetType() && o->objectName() == QLatin1String("frmHelp")
+            && (e->type() == QEvent::WindowBlocked || e->type() == QEvent::WindowUnblocked))
+            blocked = e->type() == QEvent::WindowBlocked;
+        return false;
+    }
+};
+
 }  // namespace
 
 class tst_frmSendrel : public QObject {
     Q_OBJECT
 
 private slots:
+    void cleanup()
+    {
+        if (frmHelp *help = HelpWindow())
+            help->close();
+        QApplication::processEvents();
+    }
+
     // Each command of the frame's own menu, and of the browser's, reaches what it says.
     void menuCommands_data()
     {
@@ -104,7 +145,8 @@ private slots:
         QCOMPARE(barNames(frame), own);
     }
 
-    void arrangeWindowsPutsThePlaces()
+    // The two places (nothing moves while both are empty, and no size changes), the tiles and the icons.
+    void arrangement()
     {
         GuiBench b;
         frmSendrel frame(b.tm);
@@ -112,38 +154,26 @@ private slots:
         frame.show();
         QMdiSubWindow *left = addPlain(frame, QPoint(50, 60));
         QMdiSubWindow *right = addPlain(frame, QPoint(70, 80));
-        // Both places empty: nothing moves.
+        const QRect area = frame.mdiArea()->viewport()->rect();
         frame.ArrangeWindows();
         QCOMPARE(left->pos(), QPoint(50, 60));
-        QCOMPARE(right->pos(), QPoint(70, 80));
-
         frame.LeftForm() = left->widget();
         frame.RightForm() = right->widget();
         const QSize size = right->size();
         frame.ArrangeWindows();
         QCOMPARE(left->pos(), QPoint(0, 0));
-        QCOMPARE(right->pos(), QPoint(frame.mdiArea()->viewport()->width() / 2, 0));
+        QCOMPARE(right->pos(), QPoint(area.width() / 2, 0));
         QCOMPARE(right->size(), size);
-    }
 
-    void tilingCommands()
-    {
-        GuiBench b;
-        frmSendrel frame(b.tm);
-        frame.resize(1000, 700);
-        frame.show();
-        QMdiSubWindow *one = addPlain(frame, QPoint(50, 60));
-        QMdiSubWindow *two = addPlain(frame, QPoint(70, 80));
-        const QRect area = frame.mdiArea()->viewport()->rect();
         frame.Arrange(kArrangeTileVertical);
-        QCOMPARE(QSet<int>({one->x(), two->x()}), QSet<int>({0, area.width() / 2}));
-        QCOMPARE(one->height(), area.height());
+        QCOMPARE(QSet<int>({left->x(), right->x()}), QSet<int>({0, area.width() / 2}));
+        QCOMPARE(left->height(), area.height());
         frame.Arrange(kArrangeTileHorizontal);
-        QCOMPARE(QSet<int>({one->y(), two->y()}), QSet<int>({0, area.height() / 2}));
-        QCOMPARE(one->width(), area.width());
-        two->showMinimized();
+        QCOMPARE(QSet<int>({left->y(), right->y()}), QSet<int>({0, area.height() / 2}));
+        QCOMPARE(left->width(), area.width());
+        right->showMinimized();
         frame.Arrange(kArrangeIcons);
-        QCOMPARE(two->pos(), QPoint(0, area.bottom() - two->height() + 1));
+        QCOMPARE(right->pos(), QPoint(0, area.bottom() - right->height() + 1));
     }
 
     void loadWithFoldersInPlaceAsksNothing()
@@ -168,8 +198,7 @@ private slots:
         b.questions.answerMessage(Answer::Yes);
         frmSendrel frame(b.tm);
         frame.Form_Load();
-        const QString text = b.questions.messageTexts().last();
-        QVERIFY2(text.startsWith(QStringLiteral("frmSendrel|MDIForm_Load\n")), qPrintable(text));
+        QVERIFY(b.questions.messageTexts().last().startsWith(QStringLiteral("frmSendrel|MDIForm_Load\n")));
         QCOMPARE(b.ended, QList<int>{0});
     }
 
@@ -182,16 +211,13 @@ private slots:
         frame.show();
         gui.showBusyMessage(QStringLiteral("Please wait..."), QStringLiteral("Importing cycle number: 3"));
         frmBusyMessage *busy = gui.busyWindow();
-        QVERIFY(busy->isVisible());
-        QVERIFY(!busy->isModal());
+        QVERIFY(busy->isVisible() && !busy->isModal());
         QCOMPARE(busy->windowTitle(), QStringLiteral("Please wait..."));
-        QCOMPARE(busy->lblBusyMessage->text(), QStringLiteral("Importing cycle number: 3"));
         gui.showBusyMessage(QStringLiteral("Please wait..."), QStringLiteral("Importing cycle number: 4"));
         QCOMPARE(gui.busyWindow(), busy);
         QCOMPARE(busy->lblBusyMessage->text(), QStringLiteral("Importing cycle number: 4"));
         gui.hideBusyMessage();
         QVERIFY(!busy->isVisible());
-
         // The frame's own calls go through the program's questions.
         frame.ShowBusyMessage(QStringLiteral("t"), QStringLiteral("m"));
         QVERIFY(b.questions.busyVisible());
@@ -220,6 +246,118 @@ private slots:
         QCOMPARE(QApplication::overrideCursor()->shape(), Qt::SizeHorCursor);
         frame.SetMousePointer(0);
         QVERIFY(!QApplication::overrideCursor());
+    }
+
+    // One shared about window, modeless; OK hides it.
+    void aboutWindow()
+    {
+        GuiBench b;
+        frmSendrel frame(b.tm);
+        frame.show();
+        frame.ShowAbout();
+        frmKD_About *about = frame.About();
+        QCOMPARE(about->lblVersion->text(), QStringLiteral("Version 3.03.0004"));
+        QVERIFY(about->isVisible() && !about->isModal());
+        QTest::mouseClick(about->cmdOK, Qt::LeftButton);
+        QVERIFY(!about->isVisible());
+        frame.ShowAbout();
+        QCOMPARE(frame.About(), about);
+        QVERIFY(about->isVisible());
+        QVERIFY(about->Image1->width() <= about->width() / 2 && about->Image1->height() <= about->height() * 70 / 100);
+    }
+
+    void showHelpCommands()
+    {
+        QVERIFY(ShowHelp(HelpContentsAndTopic, kHelpFile, 29));
+        QCOMPARE(shownPage(), QStringLiteral("29.html"));
+        QVERIFY(HelpWindow()->isVisible());
+        QVERIFY(ShowHelp(HelpContentsAndTopic, kHelpFile, 0));
+        QCOMPARE(shownPage(), QStringLiteral("index.html"));
+        QVERIFY(ShowHelp(HelpContents, kHelpFile, 29));
+        QCOMPARE(shownPage(), QStringLiteral("index.html"));
+        QVERIFY(ShowHelp(HelpSearch, kHelpFile, 0));
+        QCOMPARE(HelpWindow()->txtSearch->text(), QString());
+        QVERIFY(!ShowHelp(5, kHelpFile, 29));
+        QVERIFY(!ShowHelp(HelpContentsAndTopic, QStringLiteral("/nowhere/Help/Tolvane.chm"), 29));
+        // Searching lists the pages that hold every word.
+        HelpWindow()->ShowSearch(QStringLiteral("Overwrite harvested"));
+        QVERIFY(HelpWindow()->txtTopic->toPlainText().contains(QStringLiteral("Duplicate Run Id")));
+    }
+
+    // Every window's help id has its page, and every page leads back to the contents.
+    void everyTopicHasAPage()
+    {
+        for (int id : {29, 76, 75, 73, 14, 2070, 2010, 2100, 15}) {
+            const QString html = QString::fromUtf8(sendrel::test::ReadWholeFile(kHelpFolder + QStringLiteral("/%1.html").arg(id)));
+            QVERIFY2(html.contains(QStringLiteral("<title>")) && html.contains(QStringLiteral("href=\"index.html\"")), qPrintable(QString::number(id)));
+        }
+    }
+
+    // F1 in the frame opens the topic of the active child window.
+    void f1InTheFrame()
+    {
+        GuiBench b;
+        frmMarquel *m = b.start();
+        b.tm.settings.HelpFile = kHelpFile;
+        b.frame->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(b.frame.get()));
+        b.frame->mdiArea()->setActiveSubWindow(b.frame->SubWindowOf(m));
+        m->HelpContextID = 76;   // a child's own topic, to tell it from the frame's 29
+        QTest::keyClick(b.frame.get(), Qt::Key_F1);
+        QCOMPARE(shownPage(), QStringLiteral("76.html"));
+    }
+
+    // Help asked for in a dialog that waits modally comes up at its topic, usable at once,
+    // also when the help window was open before the dialog.
+    void helpFromModalDialogs_data()
+    {
+        QTest::addColumn<QString>("dialog");
+        QTest::addColumn<bool>("openBefore");
+        QTest::addColumn<QString>("page");
+        QTest::newRow("Standing or Harvested, F1") << "frmSorH" << false << "2010.html";
+        QTest::newRow("Enter Run ID, F1") << "frmRunId" << false << "2070.html";
+        QTest::newRow("Duplicate Run Id, Help") << "frmDuplicateId" << false << "index.html";
+        QTest::newRow("Report Description, Help") << "frmReportText" << false << "73.html";
+        QTest::newRow("help open before") << "frmSorH" << true << "2010.html";
+    }
+
+    void helpFromModalDialogs()
+    {
+        QFETCH(QString, dialog);
+        QFETCH(bool, openBefore);
+        QFETCH(QString, page);
+        GuiQuestions q;
+        q.setHelpFile(kHelpFile);
+        HelpBlocked help;
+        if (openBefore)
+            QVERIFY(ShowHelp(HelpContentsAndTopic, kHelpFile, 29));
+        QString shown;
+        bool blocked = true;
+        onNextModal([&](QWidget *w) {
+            w->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(w));
+            if (auto *button = w->findChild<QPushButton *>(QStringLiteral("cmdHelp")))
+                QTest::mouseClick(button, Qt::LeftButton);
+            else
+                QTest::keyClick(w, Qt::Key_F1);
+            shown = shownPage();
+            blocked = help.blocked || !HelpWindow()->isVisible();
+            // The user reads, closes the help and leaves the dialog.
+            HelpWindow()->close();
+            QTimer::singleShot(0, w, [w] { QTest::keyClick(w, Qt::Key_Escape); });
+        });
+        QString name = QStringLiteral("X");
+        ReportTextRequest text;
+        if (dialog == QLatin1String("frmSorH"))
+            q.askStandingOrHarvested();
+        else if (dialog == QLatin1String("frmRunId"))
+            q.askRunId(name);
+        else if (dialog == QLatin1String("frmDuplicateId"))
+            q.askDuplicateId(name);
+        else
+            q.askReportText(text);
+        QCOMPARE(shown, page);
+        QVERIFY(!blocked);
     }
 };
 
