@@ -1,7 +1,8 @@
 // The run browser: the list, the selection limits, the report type boxes, OK with runs that
-// vanished behind the list, the count of report windows, and its menu commands.
+// vanished behind the list, the count and places of report windows, import and database.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
+#include "support/TreeListLines.h"
 
 #include "base/SendrelError.h"
 #include "windows/common/RunListDelegate.h"
@@ -12,6 +13,7 @@
 #include <QPushButton>
 
 using namespace sendrel;
+using namespace sendrel::test;
 
 namespace {
 
@@ -38,11 +40,14 @@ class tst_frmMarquel : public QObject {
         return b.start();
     }
 
-    // Checks the boxes named in boxes ("SS", "SL") as the user clicks them.
-    static void clickBoxes(frmMarquel *m, const QStringList &boxes)
+    static QStringList checkedBoxes(frmMarquel *m)
     {
-        for (const QString &box : boxes)
-            clickBox(box == QLatin1String("SS") ? m->chkSS : m->chkStandLevels);
+        QStringList checked;
+        for (QCheckBox *box : {m->chkSS, m->chkStandLevels}) {
+            if (box->isChecked())
+                checked << box->objectName();
+        }
+        return checked;
     }
 
 private slots:
@@ -64,11 +69,8 @@ private slots:
         GuiBench b;
         frmMarquel *m = b.start();
         QCOMPARE(m->lstRuns->count(), 0);
-        QVERIFY(!m->cmdOK->isEnabled());
-        QVERIFY(!m->chkSS->isEnabled());
-        QVERIFY(!m->chkStandLevels->isEnabled());
-        QVERIFY(!m->mnu_Runs_Delete->isEnabled());
-        QVERIFY(m->mnu_Runs_Import->isEnabled());
+        QVERIFY(!m->cmdOK->isEnabled() && !m->chkSS->isEnabled() && !m->chkStandLevels->isEnabled());
+        QVERIFY(!m->mnu_Runs_Delete->isEnabled() && m->mnu_Runs_Import->isEnabled());
         QCOMPARE(m->SelectedItems, qint16(0));
     }
 
@@ -87,70 +89,49 @@ private slots:
                  qRound(105 * fm.horizontalAdvance(QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz")) / 52.0 / 4.0));
     }
 
-    // The limit of selected runs by open windows and report type boxes; the first row comes selected.
-    void selectionLimits_data()
+    // The user's clicks on rows (by number) and boxes (by name), with 0, 1 or 2 report windows
+    // open: how many runs may be selected, and which boxes may be checked together (two boxes
+    // would make more than two windows with two runs, or with a window open). The first row
+    // comes selected.
+    void selectionAndBoxes_data()
     {
-        QTest::addColumn<QStringList>("boxes");
         QTest::addColumn<int>("openWindows");
-        QTest::addColumn<QList<int>>("clicks");
+        QTest::addColumn<QStringList>("clicks");
         QTest::addColumn<QList<int>>("highlighted");
-        QTest::newRow("two runs") << QStringList() << 0 << QList<int>{1} << QList<int>{0, 1};
-        QTest::newRow("a third pick pushes out the oldest") << QStringList() << 0 << QList<int>{1, 2} << QList<int>{1, 2};
-        QTest::newRow("a click takes a row away") << QStringList() << 0 << QList<int>{1, 0} << QList<int>{1};
-        QTest::newRow("the older row moves up") << QStringList() << 0 << QList<int>{1, 1, 2} << QList<int>{0, 2};
-        QTest::newRow("both boxes: one run") << QStringList{"SS", "SL"} << 0 << QList<int>{2} << QList<int>{2};
-        QTest::newRow("one box: two runs") << QStringList{"SL"} << 0 << QList<int>{2} << QList<int>{0, 2};
-        QTest::newRow("one window open: one run") << QStringList() << 1 << QList<int>{2} << QList<int>{2};
-        QTest::newRow("two windows open: none") << QStringList() << 2 << QList<int>{1, 2} << QList<int>{};
+        QTest::addColumn<QStringList>("checked");
+        const QStringList both{"chkSS", "chkStandLevels"};
+        QTest::newRow("two runs") << 0 << QStringList{"1"} << QList<int>{0, 1} << QStringList();
+        QTest::newRow("a third pick pushes out the oldest") << 0 << QStringList{"1", "2"} << QList<int>{1, 2} << QStringList();
+        QTest::newRow("a click takes a row away") << 0 << QStringList{"1", "0"} << QList<int>{1} << QStringList();
+        QTest::newRow("the older row moves up") << 0 << QStringList{"1", "1", "2"} << QList<int>{0, 2} << QStringList();
+        QTest::newRow("both boxes: one run") << 0 << QStringList{"chkSS", "chkStandLevels", "2"} << QList<int>{2} << both;
+        QTest::newRow("one box: two runs") << 0 << QStringList{"chkStandLevels", "2"} << QList<int>{0, 2} << QStringList{"chkStandLevels"};
+        QTest::newRow("two runs: the other box goes") << 0 << QStringList{"1", "chkSS", "chkStandLevels"} << QList<int>{0, 1}
+                                                      << QStringList{"chkStandLevels"};
+        QTest::newRow("two runs, other order") << 0 << QStringList{"1", "chkStandLevels", "chkSS"} << QList<int>{0, 1} << QStringList{"chkSS"};
+        QTest::newRow("one window: one run") << 1 << QStringList{"2"} << QList<int>{2} << QStringList();
+        QTest::newRow("one window: one box") << 1 << QStringList{"chkStandLevels", "chkSS"} << QList<int>{0} << QStringList{"chkSS"};
+        QTest::newRow("two windows: nothing") << 2 << QStringList{"chkSS", "1", "2"} << QList<int>{} << QStringList();
     }
 
-    void selectionLimits()
+    void selectionAndBoxes()
     {
-        QFETCH(QStringList, boxes);
         QFETCH(int, openWindows);
-        QFETCH(QList<int>, clicks);
+        QFETCH(QStringList, clicks);
         QFETCH(QList<int>, highlighted);
+        QFETCH(QStringList, checked);
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
-        clickBoxes(m, boxes);
         m->NumOpenWindows = static_cast<qint16>(openWindows);
-        for (int row : clicks)
-            clickRow(m->lstRuns, row);
+        for (const QString &c : clicks) {
+            if (auto *box = m->findChild<QCheckBox *>(c))
+                clickBox(box);
+            else
+                clickRow(m->lstRuns, c.toInt());
+        }
         QCOMPARE(highlightedRows(m->lstRuns), highlighted);
         QCOMPARE(m->SelectedItems, qint16(highlighted.size()));
-        m->NumOpenWindows = 0;
-    }
-
-    // Two boxes would make more than two windows: with two runs, or with a window open.
-    void reportTypeBoxes_data()
-    {
-        QTest::addColumn<int>("runs");
-        QTest::addColumn<int>("openWindows");
-        QTest::addColumn<QStringList>("boxes");
-        QTest::addColumn<bool>("ss");
-        QTest::addColumn<bool>("sl");
-        QTest::newRow("one run: both") << 1 << 0 << QStringList{"SS", "SL"} << true << true;
-        QTest::newRow("two runs: the other goes") << 2 << 0 << QStringList{"SS", "SL"} << false << true;
-        QTest::newRow("two runs, other order") << 2 << 0 << QStringList{"SL", "SS"} << true << false;
-        QTest::newRow("one window open: the other goes") << 1 << 1 << QStringList{"SL", "SS"} << true << false;
-        QTest::newRow("two windows open: none") << 1 << 2 << QStringList{"SS"} << false << false;
-    }
-
-    void reportTypeBoxes()
-    {
-        QFETCH(int, runs);
-        QFETCH(int, openWindows);
-        QFETCH(QStringList, boxes);
-        QFETCH(bool, ss);
-        QFETCH(bool, sl);
-        GuiBench b;
-        frmMarquel *m = startWithRuns(b);
-        if (runs == 2)
-            clickRow(m->lstRuns, 1);
-        m->NumOpenWindows = static_cast<qint16>(openWindows);
-        clickBoxes(m, boxes);
-        QCOMPARE(m->chkSS->isChecked(), ss);
-        QCOMPARE(m->chkStandLevels->isChecked(), sl);
+        QCOMPARE(checkedBoxes(m), checked);
         m->NumOpenWindows = 0;
     }
 
@@ -210,12 +191,7 @@ private slots:
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
         QCOMPARE(b.questions.messageTexts(), message.isEmpty() ? QStringList() : QStringList{message});
         QCOMPARE(titles(reportWindows(*b.frame)), opened);
-        QStringList checked;
-        for (QCheckBox *box : {m->chkSS, m->chkStandLevels}) {
-            if (box->isChecked())
-                checked << box->objectName();
-        }
-        QCOMPARE(checked, boxesAfter);
+        QCOMPARE(checkedBoxes(m), boxesAfter);
         QCOMPARE(highlightedRows(m->lstRuns), highlightedAfter);
         QCOMPARE(m->SelectedItems, qint16(highlightedAfter.size()));
         QCOMPARE(b.frame->MousePointer(), 0);
@@ -249,43 +225,38 @@ private slots:
         QVERIFY(b.ended.isEmpty());
     }
 
-    // The import command: file, kind, import, then the new run is listed and selected.
+    // The import command: file, kind, the import itself, then the new run is listed and selected.
     void importListsAndSelectsTheNewRun()
     {
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
-        QStringList calls;
-        m->Importer = [&](TreeModel &, const QString &fileName, const QString &kind) {
-            calls << fileName + QLatin1Char('|') + kind;
-            b.addRun(QStringLiteral("NEW"), kind, QStringLiteral("Imported"));
-            return frmMarquel::ImportOutcome{true, QStringLiteral("NEW")};
-        };
-
+        const QString list = b.writeFile(QStringLiteral("new.lst"), TreeListText({HeaderLine(1, 1, 2000, "NEW"),
+                                                                                   TreeLine("1", "FD", 3, 250, 30, 0.9, 0.7)}));
         // Cancelled at the file dialog, then at the kind: nothing is imported.
         b.questions.answerOpenFile(QString());
         m->mnu_Runs_Import->trigger();
-        b.questions.answerOpenFile(QStringLiteral("/lists/new.lst"));
+        b.questions.answerOpenFile(list);
         b.questions.answerStandingOrHarvested(QString());
         m->mnu_Runs_Import->trigger();
-        QVERIFY(calls.isEmpty());
+        QCOMPARE(b.count(QStringLiteral("Model_Run")), 3);
 
         clickRow(m->lstRuns, 0);   // nothing selected now
-        b.questions.answerOpenFile(QStringLiteral("/lists/new.lst"));
+        b.questions.answerOpenFile(list);
         b.questions.answerStandingOrHarvested(QStringLiteral("H"));
+        b.questions.answerRunId(kDialogCheck);
         m->mnu_Runs_Import->trigger();
-        QCOMPARE(calls, QStringList{QStringLiteral("/lists/new.lst|H")});
-        const auto &asked = b.questions.asked();
-        QCOMPARE(asked[asked.size() - 2].title, QStringLiteral("Select Tree List to Import"));
-        QCOMPARE(asked[asked.size() - 2].text, b.tm.settings.WorkDir + QStringLiteral("|"));
-        QCOMPARE(m->lstRuns->item(3)->text(), QStringLiteral("NEW:Harvested\tImported"));
+        QCOMPARE(b.questions.asked().first().text, b.tm.settings.WorkDir + QStringLiteral("|"));
+        QCOMPARE(b.count(QStringLiteral("Model_Entries"), QStringLiteral("Standing_Harvested = 'H'")), 1);
+        QCOMPARE(m->lstRuns->item(3)->text(), QStringLiteral("NEW:Harvested\t"));
         QCOMPARE(highlightedRows(m->lstRuns), QList<int>{3});
+        QCOMPARE(b.tm.DialogResult, kDialogOK);
         QCOMPARE(b.frame->MousePointer(), 0);
 
         // A failure is shown at the top, the list stays and the pointer comes back.
         m->Importer = [](TreeModel &, const QString &, const QString &) -> frmMarquel::ImportOutcome {
             throw SendrelError(53, QStringLiteral("Sendrel"), QStringLiteral("File not found"));
         };
-        b.questions.answerOpenFile(QStringLiteral("/lists/none.lst"));
+        b.questions.answerOpenFile(list);
         b.questions.answerStandingOrHarvested(QStringLiteral("S"));
         m->mnu_Runs_Import->trigger();
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The following error occured:\nFile not found")});
