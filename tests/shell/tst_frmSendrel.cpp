@@ -1,5 +1,5 @@
 // The workspace frame: its menu commands and the browser's, the two places and the arrangement,
-// the child windows' menus, the load step, the busy window, the orderly end, the about window,
+// the child windows' menus, a failing load, the busy window, the orderly end, the about window,
 // and the help, also when a modal dialog asks for it.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
@@ -174,18 +174,6 @@ private slots:
         right->showMinimized();
         frame.Arrange(kArrangeIcons);
         QCOMPARE(right->pos(), QPoint(0, area.bottom() - right->height() + 1));
-    }
-
-    void loadWithFoldersInPlaceAsksNothing()
-    {
-        GuiBench b;
-        b.tm.settings.DataDir = b.folder();
-        b.tm.settings.WorkDir = b.folder();
-        frmSendrel frame(b.tm);
-        frame.Form_Load();
-        QVERIFY(b.questions.asked().isEmpty());
-        QVERIFY(b.ended.isEmpty());
-        QVERIFY(frame.windowState() & Qt::WindowMaximized);
     }
 
     // A failure inside the folder check is shown with the frame's tag and ends the program.
