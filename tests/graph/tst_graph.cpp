@@ -1,5 +1,5 @@
-// The chart component: what a drawn chart shows, and the same chart on files, the clipboard
-// and paper.
+// The chart component: what a drawn class chart shows, and the same chart on files, the
+// clipboard and paper.
 #include "support/TestMain.h"
 #include "base/SendrelError.h"
 #include "base/ToolBox.h"
@@ -14,7 +14,6 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QLegend>
-#include <QLineSeries>
 #include <QPrinter>
 #include <QSet>
 #include <QTemporaryDir>
@@ -147,31 +146,6 @@ private slots:
         QVERIFY(!g.shownChart()->legend()->isVisible());
         auto *values = qobject_cast<QValueAxis *>(g.shownChart()->axes(Qt::Vertical).first());
         QVERIFY(values->max() > values->min());
-    }
-
-    // A time chart: a line per series over the x positions of its points.
-    void timeChart()
-    {
-        Graph g;
-        g.setKind(ChartData::Kind::TimeLines);
-        g.ChartSeriesCount(2);
-        g.ChartPointCount(3);
-        for (qint16 s = 1; s <= 2; ++s) {
-            g.ChartSeries(s);
-            g.ChartSeriesLegend(s == 1 ? QStringLiteral("FD") : QStringLiteral("PW"));
-            for (qint16 p = 1; p <= 3; ++p) {
-                g.ChartPoint(p);
-                g.ChartPointX(1990 + 10 * p);
-                g.ChartValue(100.0 * s - p);
-            }
-        }
-        g.ChartXAxisMin(2000);
-        g.ChartXAxisMax(2030);
-        g.ChartDraw(2);
-        auto *line = qobject_cast<QLineSeries *>(g.shownChart()->series().at(1));
-        QCOMPARE(line->name(), QStringLiteral("PW"));
-        QCOMPARE(line->at(2), QPointF(2020, 197));
-        QCOMPARE(qobject_cast<QValueAxis *>(g.shownChart()->axes(Qt::Horizontal).first())->max(), 2030.0);
     }
 
     // The same chart on files; a type it cannot write, or a folder that is not there, is refused.

@@ -76,7 +76,6 @@ private slots:
         frmMarquel *m = f.frame->Marquel;
         QVERIFY(m && m->isVisible());
         QCOMPARE(m->lstRuns->count(), 2);
-        QCOMPARE(f.frame->LeftForm().data(), m);
         QVERIFY(reportWindows(*f.frame).isEmpty());
     }
 

@@ -38,13 +38,11 @@ struct Opened {
     RunDatabase env{RunDatabase::Db::None};
     WindowHostStub host;
     QPointer<frmParameters> w;
-    QList<int> ends;
 
     explicit Opened(double start = 0, double width = 10, qint16 count = 10)
     {
         env.tm.settings.WorkDir = env.workDir();
         env.openAsProgram();
-        env.tm.EndProcess = [this](int code) { ends.append(code); };
         env.tm.settings.ClassesStart = start;
         env.tm.settings.ClassesWidth = width;
         env.tm.settings.NumClasses = count;
@@ -136,7 +134,7 @@ private slots:
         QTRY_VERIFY(o.w.isNull() && range.isNull());
         QCOMPARE(o.host.NumOpenWindows, 0);
         QVERIFY(o.host.LeftForm().isNull());
-        QVERIFY(o.ends.isEmpty());
+        QVERIFY(o.env.ended.isEmpty());
     }
 
     void yearsAndTheSample()
