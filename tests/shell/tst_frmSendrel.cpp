@@ -206,11 +206,6 @@ private slots:
         QCOMPARE(busy->lblBusyMessage->text(), QStringLiteral("Importing cycle number: 4"));
         gui.hideBusyMessage();
         QVERIFY(!busy->isVisible());
-        // The frame's own calls go through the program's questions.
-        frame.ShowBusyMessage(QStringLiteral("t"), QStringLiteral("m"));
-        QVERIFY(b.questions.busyVisible());
-        frame.HideBusyMessage();
-        QVERIFY(!b.questions.busyVisible());
     }
 
     // Closing the frame is the orderly end, with the settings saved.

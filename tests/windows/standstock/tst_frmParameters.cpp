@@ -148,9 +148,12 @@ private slots:
         QCOMPARE(o.density()->ChartSeriesCount(), qint16(3));
         QVERIFY(o.density()->shownChart() != nullptr);
 
-        // Two years selected: the sample is the upper one, whichever was clicked last.
+        // Two years selected: the sample is the upper one, whichever was clicked last. The query
+        // shows the hourglass while it runs.
         clickRow(o.years(), 1);
+        o.host.Pointers.clear();
         o.click(QStringLiteral("cmdPlot"));
+        QCOMPARE(o.host.Pointers, (QList<int>{11, 0}));
         QCOMPARE(sample->title(), QStringLiteral("Sample for year: 2000"));
         clickRow(o.years(), 0);
         o.click(QStringLiteral("cmdPlot"));
@@ -198,22 +201,37 @@ private slots:
         QVERIFY(o.panel(10)->isHidden());
         Retype(o.box(QStringLiteral("txtClassStart")), QStringLiteral("0"));
         Retype(o.box(QStringLiteral("txtClassWidth")), QStringLiteral("2.5"));
-        Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("20"));
+        Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
         QCOMPARE(o.label(QStringLiteral("lblNumClassesError")), QString());
-        QCOMPARE(o.panel(19)->text(), QStringLiteral("47.5+"));
-        for (int i = 1; i < 20; ++i)
+        QCOMPARE(o.panel(29)->text(), QStringLiteral("72.5+"));
+        for (int i = 1; i < 30; ++i)
             QCOMPARE(o.panel(i)->x(), o.panel(i - 1)->x() + o.panel(i - 1)->width());
         QVERIFY(o.env.questions.asked().isEmpty());
         QCOMPARE(o.density()->ChartPointCount(), qint16(10));
         o.click(QStringLiteral("cmdPlot"));
-        QCOMPARE(o.density()->ChartPointCount(), qint16(20));
+        QCOMPARE(o.density()->ChartPointCount(), qint16(30));
+
+        // The long ruler scrolls; back to ten classes it fits, and stands at its start again.
+        auto *scroll = o.ctl<QScrollBar>(QStringLiteral("hsScrollDBH"));
+        QVERIFY(scroll->isEnabled());
+        scroll->setValue(1500);
+        QCOMPARE(o.w->RulerView()->DrawArea()->x(), -100);
+        Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("10"));
+        QVERIFY(!scroll->isEnabled());
+        QCOMPARE(o.w->RulerView()->DrawArea()->x(), 0);
     }
 
-    // A drag moves the edge under the arrows; the editor open on the class follows, and its
-    // change events (raised by the program) take nothing back.
+    // The arrows show over an edge that can be dragged, and go off the panels. A drag moves the
+    // edge; the editor open on the class follows, and its change events (raised by the program)
+    // take nothing back.
     void dragMovesEdgeAndEditorFollows()
     {
         Opened o;
+        QMouseEvent hover(QEvent::MouseMove, QPointF(2, 5), QPointF(), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(o.panel(3), &hover);
+        QCOMPARE(o.host.MousePointer(), 9);
+        QApplication::sendEvent(o.ctl<QGroupBox>(QStringLiteral("SSPanel3")), &hover);
+        QCOMPARE(o.host.MousePointer(), 0);
         o.open(2);
         QCOMPARE(o.rangeBox(QStringLiteral("txtMin"))->text(), QStringLiteral("20"));
         const int x0 = o.panel(2)->width() - 2;
@@ -268,38 +286,6 @@ private slots:
         QVERIFY(!o.w->bInChange);
         QCOMPARE(o.panel(o.w->Layout.ClassCount() - 1)->text(), last);
         QCOMPARE(o.w->Layout.aClass[2].MaxDia, answer == int(Answer::OK) ? 30.0 : edge);
-    }
-
-    void longRulerScrolls()
-    {
-        Opened o;
-        auto *scroll = o.ctl<QScrollBar>(QStringLiteral("hsScrollDBH"));
-        QVERIFY(!scroll->isEnabled());
-        Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
-        QVERIFY(scroll->isEnabled());
-        scroll->setValue(1500);
-        QCOMPARE(o.w->RulerView()->DrawArea()->x(), -100);
-        Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("10"));
-        QVERIFY(!scroll->isEnabled());
-        QCOMPARE(o.w->RulerView()->DrawArea()->x(), 0);
-    }
-
-    // The pointer shows what a press would do, off the panels it goes back; the query shows the hourglass.
-    void pointer()
-    {
-        Opened o;
-        auto hover = [](QWidget *target, int x) {
-            QMouseEvent move(QEvent::MouseMove, QPointF(x, 5), target->mapToGlobal(QPointF(x, 5)), Qt::NoButton, Qt::NoButton,
-                             Qt::NoModifier);
-            QApplication::sendEvent(target, &move);
-        };
-        hover(o.panel(3), 2);
-        QCOMPARE(o.host.MousePointer(), 9);
-        hover(o.ctl<QGroupBox>(QStringLiteral("SSPanel3")), 5);
-        QCOMPARE(o.host.MousePointer(), 0);
-        o.host.Pointers.clear();
-        o.click(QStringLiteral("cmdPlot"));
-        QCOMPARE(o.host.Pointers, (QList<int>{11, 0}));
     }
 
     // "View Charts" is for a later version; help of the window and of its range editor goes to the host.
@@ -381,6 +367,15 @@ private slots:
         QCOMPARE(o.panel(1)->TextColour(), QColor(30, 50, 150));
         QCOMPARE(o.panel(2)->TextColour(), QColor(Qt::black));
         QVERIFY(!o.w->Reset.bClassesEdited);
+
+        // Close hides the editor and clears the highlight; the same editor comes back.
+        QPointer<frmRange> first = o.range();
+        QTest::mouseClick(Control<QPushButton>(o.range(), QStringLiteral("cmdOK")), Qt::LeftButton);
+        QVERIFY(o.range()->isHidden());
+        QCOMPARE(o.range()->ClassNumber(), QStringLiteral("-1"));
+        QCOMPARE(o.panel(1)->TextColour(), QColor(Qt::black));
+        o.open(0);
+        QCOMPARE(o.range(), first.data());
     }
 
     // An accepted edge moves the class and its neighbour, on the ruler too, and sets the centre.
@@ -407,21 +402,6 @@ private slots:
         QCOMPARE(o.rangeBox(QStringLiteral("txtMin"))->text(), QStringLiteral("14"));
         QCOMPARE(o.rangeBox(QStringLiteral("txtMax"))->text(), QStringLiteral("18"));
         QCOMPARE(o.rangeError(), QString());
-    }
-
-    // Close hides the editor and clears the highlight; the same editor comes back.
-    void rangeClose()
-    {
-        Opened o(10, 5, 3);
-        o.open(2);
-        QPointer<frmRange> first = o.range();
-        QTest::mouseClick(Control<QPushButton>(o.range(), QStringLiteral("cmdOK")), Qt::LeftButton);
-        QVERIFY(o.range()->isHidden());
-        QCOMPARE(o.range()->ClassNumber(), QStringLiteral("-1"));
-        QCOMPARE(o.panel(2)->TextColour(), QColor(Qt::black));
-        o.open(0);
-        QCOMPARE(o.range(), first.data());
-        QVERIFY(o.range()->isVisible());
     }
 
     // In the frame: the browser's window beside it, drawn for the first year; the frame's
