@@ -69,8 +69,9 @@ class TestFrmReport : public QObject {
 private slots:
     void init() { m_questions.clear(); }
 
-    // The title follows the kind of report; a landscape report gets a box 1.7 times as wide.
-    void titleAndWidth_data()
+    // The file's lines unchanged, in a fixed-pitch box the user cannot edit; the title follows the
+    // kind of report, and a landscape report gets a box 1.7 times as wide.
+    void showsTheFile_data()
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<int>("orientation");
@@ -81,7 +82,7 @@ private slots:
         QTest::newRow("other value keeps the design title") << 7 << 1 << "Stand Table Report";
     }
 
-    void titleAndWidth()
+    void showsTheFile()
     {
         QFETCH(int, type);
         QFETCH(int, orientation);
@@ -90,8 +91,11 @@ private slots:
         const QSize designSize = w.size();
         w.ReportType = type;
         w.ReportOrientation = static_cast<qint16>(orientation);
-        w.ReportFile = writeReport(QStringLiteral("title.txt"), "x\r\n");
+        w.ReportFile = writeReport(QStringLiteral("R7.txt"), "   R7: Stand Table\r\nDBH_Class         PW\r\n      12.5       121\r\n");
         w.show();
+        QCOMPARE(box(w)->toPlainText(), QStringLiteral("   R7: Stand Table\nDBH_Class         PW\n      12.5       121\n"));
+        QVERIFY(box(w)->isReadOnly() && QFontInfo(box(w)->font()).fixedPitch());
+        QVERIFY(m_questions.messageTexts().isEmpty());
         QCOMPARE(w.windowTitle(), title);
         if (orientation == 1) {
             QCOMPARE(w.size(), designSize);
@@ -99,18 +103,6 @@ private slots:
         }
         QVERIFY(qAbs(double(box(w)->minimumWidth()) / w.designBoxWidth() - 1.7) < 0.01);
         QVERIFY(w.width() > box(w)->minimumWidth());
-    }
-
-    // The file's lines unchanged, in a fixed-pitch box the user cannot edit.
-    void showsTheFile()
-    {
-        frmReport w(m_questions);
-        w.ReportFile = writeReport(QStringLiteral("R7_Stand.txt"), "   R7: Stand Table\r\nDBH_Class         PW\r\n      12.5       121\r\n");
-        w.show();
-        QCOMPARE(box(w)->toPlainText(), QStringLiteral("   R7: Stand Table\nDBH_Class         PW\n      12.5       121\n"));
-        QVERIFY(box(w)->isReadOnly());
-        QVERIFY(QFontInfo(box(w)->font()).fixedPitch());
-        QVERIFY(m_questions.messageTexts().isEmpty());
     }
 
     // The generator failed (no path) or the file is gone: the user is told and the window opens.
