@@ -51,6 +51,21 @@ QMdiSubWindow *addPlain(frmSendrel &frame, const QPoint &at)
     return sub;
 }
 
+// A frame that notes the commands it is given instead of carrying them out.
+struct RecordingFrame : frmSendrel {
+    using frmSendrel::frmSendrel;
+    QStringList calls;
+    void Arrange(int command) override { calls << QStringLiteral("Arrange %1").arg(command); }
+    void ArrangeWindows() override { calls << QStringLiteral("ArrangeWindows"); }
+    void ShowHelpTopic(int topic) override { calls << QStringLiteral("Help %1").arg(topic); }
+    void ShowAbout() override { calls << QStringLiteral("About"); }
+    bool SaveSettingsAndEnd() override
+    {
+        calls << QStringLiteral("End");
+        return false;
+    }
+};
+
 const QString kHelpFolder = QStringLiteral(SENDREL_SOURCE_DIR "/install/Help");
 const QString kHelpFile = QDir::toNativeSeparators(kHelpFolder + QStringLiteral("/Tolvane.chm"));
 
@@ -190,13 +205,22 @@ private slots:
         QCOMPARE(b.ended, QList<int>{0});
     }
 
-    // The busy window: its texts, not modal, one window shown again and again.
-    void busyMessageWindow()
+    // What the frame shows besides its children: the pointer, the busy window (not modal, one
+    // window shown again and again), one shared about window (modeless, OK hides it); and
+    // closing it is the orderly end, with the settings saved.
+    void frameServices()
     {
         GuiBench b;
         frmSendrel frame(b.tm);
-        GuiQuestions gui(&frame);
         frame.show();
+        frame.SetMousePointer(11);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        frame.SetMousePointer(9);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::SizeHorCursor);
+        frame.SetMousePointer(0);
+        QVERIFY(!QApplication::overrideCursor());
+
+        GuiQuestions gui(&frame);
         gui.showBusyMessage(QStringLiteral("Please wait..."), QStringLiteral("Importing cycle number: 3"));
         frmBusyMessage *busy = gui.busyWindow();
         QVERIFY(busy->isVisible() && !busy->isModal());
@@ -206,49 +230,24 @@ private slots:
         QCOMPARE(busy->lblBusyMessage->text(), QStringLiteral("Importing cycle number: 4"));
         gui.hideBusyMessage();
         QVERIFY(!busy->isVisible());
-    }
 
-    // Closing the frame is the orderly end, with the settings saved.
-    void closingEndsTheProgram()
-    {
-        GuiBench b;
-        frmSendrel frame(b.tm);
-        frame.show();
-        frame.close();
-        QCOMPARE(b.ended, QList<int>{0});
-        QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("NumClasses")), QStringLiteral("10"));
-    }
-
-    void mousePointer()
-    {
-        GuiBench b;
-        frmSendrel frame(b.tm);
-        frame.SetMousePointer(11);
-        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
-        frame.SetMousePointer(9);
-        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::SizeHorCursor);
-        frame.SetMousePointer(0);
-        QVERIFY(!QApplication::overrideCursor());
-    }
-
-    // One shared about window, modeless; OK hides it.
-    void aboutWindow()
-    {
-        GuiBench b;
-        frmSendrel frame(b.tm);
-        frame.show();
         frame.ShowAbout();
         frmKD_About *about = frame.About();
         QCOMPARE(about->lblVersion->text(), QStringLiteral("Version 3.03.0004"));
         QVERIFY(about->isVisible() && !about->isModal());
+        QVERIFY(about->Image1->width() <= about->width() / 2 && about->Image1->height() <= about->height() * 70 / 100);
         QTest::mouseClick(about->cmdOK, Qt::LeftButton);
         QVERIFY(!about->isVisible());
         frame.ShowAbout();
         QCOMPARE(frame.About(), about);
         QVERIFY(about->isVisible());
-        QVERIFY(about->Image1->width() <= about->width() / 2 && about->Image1->height() <= about->height() * 70 / 100);
+
+        frame.close();
+        QCOMPARE(b.ended, QList<int>{0});
+        QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("NumClasses")), QStringLiteral("10"));
     }
 
+    // The help commands, and a page for every window's help id that leads back to the contents.
     void showHelpCommands()
     {
         QVERIFY(ShowHelp(HelpContentsAndTopic, kHelpFile, 29));
@@ -265,11 +264,6 @@ private slots:
         // Searching lists the pages that hold every word.
         HelpWindow()->ShowSearch(QStringLiteral("Overwrite harvested"));
         QVERIFY(HelpWindow()->txtTopic->toPlainText().contains(QStringLiteral("Duplicate Run Id")));
-    }
-
-    // Every window's help id has its page, and every page leads back to the contents.
-    void everyTopicHasAPage()
-    {
         for (int id : {29, 76, 75, 73, 14, 2070, 2010, 2100, 15}) {
             const QString html = QString::fromUtf8(sendrel::test::ReadWholeFile(kHelpFolder + QStringLiteral("/%1.html").arg(id)));
             QVERIFY2(html.contains(QStringLiteral("<title>")) && html.contains(QStringLiteral("href=\"index.html\"")), qPrintable(QString::number(id)));

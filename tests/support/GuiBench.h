@@ -65,21 +65,6 @@ struct GuiBench : sendrel::test::RunDatabase {
     }
 };
 
-// A frame that notes the commands it is given instead of carrying them out.
-struct RecordingFrame : sendrel::frmSendrel {
-    using frmSendrel::frmSendrel;
-    QStringList calls;
-    void Arrange(int command) override { calls << QStringLiteral("Arrange %1").arg(command); }
-    void ArrangeWindows() override { calls << QStringLiteral("ArrangeWindows"); }
-    void ShowHelpTopic(int topic) override { calls << QStringLiteral("Help %1").arg(topic); }
-    void ShowAbout() override { calls << QStringLiteral("About"); }
-    bool SaveSettingsAndEnd() override
-    {
-        calls << QStringLiteral("End");
-        return false;
-    }
-};
-
 // The report windows in the frame (stand and stock, composition), in the order they opened.
 inline QList<QWidget *> reportWindows(const sendrel::frmSendrel &frame)
 {
@@ -91,14 +76,20 @@ inline QList<QWidget *> reportWindows(const sendrel::frmSendrel &frame)
     return windows;
 }
 
+// The texts of a list's rows, in order.
+inline QStringList rowTexts(const QListWidget *list)
+{
+    QStringList texts;
+    for (int i = 0; i < list->count(); ++i)
+        texts << list->item(i)->text();
+    return texts;
+}
+
 // The row of a run list whose text begins with head ("A:Standing"), or -1.
 inline int rowOf(const QListWidget *list, const QString &head)
 {
-    for (int i = 0; i < list->count(); ++i) {
-        if (list->item(i)->text().startsWith(head + QLatin1Char('\t')))
-            return i;
-    }
-    return -1;
+    const QList<QListWidgetItem *> found = list->findItems(head + QLatin1Char('\t'), Qt::MatchStartsWith);
+    return found.isEmpty() ? -1 : list->row(found.first());
 }
 
 // Clicks a row of a list as the user does.
