@@ -139,10 +139,11 @@ private slots:
     }
 
     // The active child's menus replace the frame's, and the frame's come back when it is gone.
-    void childMenusReplaceTheFramesMenu()
+    void childWindows()
     {
         GuiBench b;
         frmSendrel frame(b.tm);
+        frame.resize(1000, 700);
         frame.show();
         const QStringList own = barNames(frame);
         QCOMPARE(own.size(), 3);
@@ -158,15 +159,8 @@ private slots:
         plain->close();
         QApplication::processEvents();
         QCOMPARE(barNames(frame), own);
-    }
 
-    // The two places (nothing moves while both are empty, and no size changes), the tiles and the icons.
-    void arrangement()
-    {
-        GuiBench b;
-        frmSendrel frame(b.tm);
-        frame.resize(1000, 700);
-        frame.show();
+        // The two places (nothing moves while both are empty, and no size changes), the tiles and the icons.
         QMdiSubWindow *left = addPlain(frame, QPoint(50, 60));
         QMdiSubWindow *right = addPlain(frame, QPoint(70, 80));
         const QRect area = frame.mdiArea()->viewport()->rect();
