@@ -103,7 +103,10 @@ class tst_frmParameters : public QObject {
     Q_OBJECT
 
 private slots:
-    void loadTakesPlaceCountAndSettings()
+    // Its life: a place and a count at load, the classes of the settings on the ruler, the range
+    // editor hidden; "View Charts" is for a later version; help of the window and of its editor
+    // goes to the host; closing gives back place and count, and the editor goes with it.
+    void lifeOfTheWindow()
     {
         Opened o;
         QCOMPARE(o.host.NumOpenWindows, 1);
@@ -113,6 +116,20 @@ private slots:
         QVERIFY(o.panel(10)->isHidden());
         QCOMPARE(o.panel(3)->x(), o.w->RulerView()->lneScaleTick(3)->x());
         QVERIFY(o.range()->isHidden());
+
+        o.click(QStringLiteral("cmdPrintCharts"));
+        QCOMPARE(o.env.questions.messageTexts().size(), 1);
+        QVERIFY(o.env.questions.messageTexts().first().contains(QStringLiteral("later version")));
+        o.click(QStringLiteral("cmdHelp"));
+        QTest::mouseClick(Control<QPushButton>(o.range(), QStringLiteral("cmdHelp")), Qt::LeftButton);
+        QCOMPARE(o.host.HelpTopics, (QList<int>{76, 2100}));
+
+        QPointer<frmRange> range = o.range();
+        o.click(QStringLiteral("cmdOK"));
+        QTRY_VERIFY(o.w.isNull() && range.isNull());
+        QCOMPARE(o.host.NumOpenWindows, 0);
+        QVERIFY(o.host.LeftForm().isNull());
+        QVERIFY(o.env.ended.isEmpty());
     }
 
     // The settings go into the boxes quietly: the classes are built once, so that the ruler's
@@ -123,18 +140,6 @@ private slots:
         QCOMPARE(o.box(QStringLiteral("txtNumofClasses"))->text(), QStringLiteral("24"));
         QCOMPARE(o.w->Ruler.iDrawWidth, qint16(24 * 600));
         QVERIFY(o.ctl<QScrollBar>(QStringLiteral("hsScrollDBH"))->isEnabled());
-    }
-
-    // Closing gives back the place and the count, and the range editor goes with the window.
-    void unload()
-    {
-        Opened o;
-        QPointer<frmRange> range = o.range();
-        o.click(QStringLiteral("cmdOK"));
-        QTRY_VERIFY(o.w.isNull() && range.isNull());
-        QCOMPARE(o.host.NumOpenWindows, 0);
-        QVERIFY(o.host.LeftForm().isNull());
-        QVERIFY(o.env.ended.isEmpty());
     }
 
     void yearsAndTheSample()
@@ -169,7 +174,7 @@ private slots:
     }
 
     // The other table shows at once from the same query; Refresh queries again.
-    void switchingTablesNeedsNoQuery()
+    void switchingTables()
     {
         Opened o;
         auto *volume = o.ctl<Graph>(QStringLiteral("gphMerchVol"));
@@ -286,18 +291,6 @@ private slots:
         QVERIFY(!o.w->bInChange);
         QCOMPARE(o.panel(o.w->Layout.ClassCount() - 1)->text(), last);
         QCOMPARE(o.w->Layout.aClass[2].MaxDia, answer == int(Answer::OK) ? 30.0 : edge);
-    }
-
-    // "View Charts" is for a later version; help of the window and of its range editor goes to the host.
-    void chartsAndHelp()
-    {
-        Opened o;
-        o.click(QStringLiteral("cmdPrintCharts"));
-        QCOMPARE(o.env.questions.messageTexts().size(), 1);
-        QVERIFY(o.env.questions.messageTexts().first().contains(QStringLiteral("later version")));
-        o.click(QStringLiteral("cmdHelp"));
-        QTest::mouseClick(Control<QPushButton>(o.range(), QStringLiteral("cmdHelp")), Qt::LeftButton);
-        QCOMPARE(o.host.HelpTopics, (QList<int>{76, 2100}));
     }
 
     // "View Reports" over the selected years: the report file in the Work folder, shown modally
