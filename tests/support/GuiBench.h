@@ -126,6 +126,18 @@ inline void Retype(QLineEdit *box, const QString &text)
     QTest::keyClicks(box, text);
 }
 
+// Leaves a dialog as the user does: "Return", "Escape", "close" (its close box), or a click on
+// the button of that name.
+inline void leaveDialog(QWidget *dialog, const QString &how)
+{
+    if (how == QLatin1String("Return") || how == QLatin1String("Escape"))
+        QTest::keyClick(dialog, how == QLatin1String("Return") ? Qt::Key_Return : Qt::Key_Escape);
+    else if (how == QLatin1String("close"))
+        dialog->close();
+    else
+        QTest::mouseClick(dialog->findChild<QAbstractButton *>(how), Qt::LeftButton);
+}
+
 // Runs action on the next modal window as soon as it is up, so that a test can answer a window
 // that its code shows with exec().
 inline void onNextModal(std::function<void(QWidget *)> action)

@@ -59,12 +59,7 @@ private slots:
             auto *f = qobject_cast<frmSorH *>(w);
             cleared = !f->optStanding->isChecked() && !f->optHarvested->isChecked();
             clickBox(f->findChild<QRadioButton *>(option));
-            if (leave == QLatin1String("Return"))
-                QTest::keyClick(f, Qt::Key_Return);
-            else if (leave == QLatin1String("close"))
-                f->close();
-            else
-                QTest::mouseClick(f->findChild<QPushButton *>(leave), Qt::LeftButton);
+            leaveDialog(f, leave);
         });
         QCOMPARE(q.askStandingOrHarvested(), kind);
         QVERIFY(cleared);
@@ -95,7 +90,7 @@ private slots:
         });
         QCOMPARE(q.askRunId(name), kDialogCancel);
         QCOMPARE(seen, (QStringList{"RUN1", "disabled", ""}));
-        onNextModal([](QWidget *w) { QTest::mouseClick(qobject_cast<frmRunId *>(w)->cmdCancel, Qt::LeftButton); });
+        onNextModal([](QWidget *w) { leaveDialog(w, QStringLiteral("cmdCancel")); });
         QCOMPARE(q.askRunId(name), kDialogCancel);
     }
 
@@ -140,10 +135,7 @@ private slots:
         QString shown;
         onNextModal([&](QWidget *w) {
             shown = qobject_cast<frmDuplicateId *>(w)->lblRunId->text();
-            if (leave == QLatin1String("Return") || leave == QLatin1String("Escape"))
-                QTest::keyClick(w, leave == QLatin1String("Return") ? Qt::Key_Return : Qt::Key_Escape);
-            else
-                QTest::mouseClick(w->findChild<QPushButton *>(leave), Qt::LeftButton);
+            leaveDialog(w, leave);
         });
         QCOMPARE(q.askDuplicateId(QStringLiteral("X")), result);
         QCOMPARE(shown, QStringLiteral("X"));
@@ -158,7 +150,7 @@ private slots:
         q.setNextFreeRunId([](const QString &) -> QString {
             throw SendrelError(-2147467259, QStringLiteral("db"), QStringLiteral("locked"));
         });
-        onNextModal([](QWidget *w) { QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdRename")), Qt::LeftButton); });
+        onNextModal([](QWidget *w) { leaveDialog(w, QStringLiteral("cmdRename")); });
         QVERIFY_THROWS_EXCEPTION(SendrelError, q.askDuplicateId(QStringLiteral("X")));
         QVERIFY(!q.duplicateIdWindow()->isVisible());
     }

@@ -256,12 +256,7 @@ private slots:
             QTest::keyClicks(form->txtReportTitle, QStringLiteral("Spacing trial"));
             form->txtReportDesc->moveCursor(QTextCursor::End);
             QTest::keyClicks(form->txtReportDesc, QStringLiteral(" at 2010"));
-            if (leave == QLatin1String("Escape"))
-                QTest::keyClick(form, Qt::Key_Escape);
-            else if (leave == QLatin1String("close"))
-                form->close();
-            else
-                click(*form, qPrintable(leave));
+            leaveDialog(form, leave);
         });
         QCOMPARE(questions.askReportText(request), ok);
         QCOMPARE(shownDescription, QStringLiteral("Printed by: \n\nThin to 400"));
