@@ -41,11 +41,8 @@ void fillClassChart(ChartData &g)
         for (qint16 p = 1; p <= 12; ++p) {
             g.ChartPoint(p);
             g.ChartValue(10.0 * s + p);
+            g.ChartPointLabel(QString::number(2.5 + 5 * (p - 1)));
         }
-    }
-    for (qint16 p = 1; p <= 12; ++p) {
-        g.ChartPoint(p);
-        g.ChartPointLabel(QString::number(2.5 + 5 * (p - 1)));
     }
     g.ChartTopTitle(QStringLiteral("R1 (2000): Density"));
     g.ChartLeftTitle(QStringLiteral("Density (SPH)"));

@@ -15,18 +15,6 @@
 using namespace sendrel;
 using namespace sendrel::test;
 
-namespace {
-
-QStringList titles(const QList<QWidget *> &windows)
-{
-    QStringList texts;
-    for (const QWidget *w : windows)
-        texts << w->windowTitle();
-    return texts;
-}
-
-}  // namespace
-
 class tst_frmMarquel : public QObject {
     Q_OBJECT
 
@@ -189,7 +177,10 @@ private slots:
             b.exec(change);
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
         QCOMPARE(b.questions.messageTexts(), message.isEmpty() ? QStringList() : QStringList{message});
-        QCOMPARE(titles(reportWindows(*b.frame)), opened);
+        QStringList titles;
+        for (const QWidget *w : reportWindows(*b.frame))
+            titles << w->windowTitle();
+        QCOMPARE(titles, opened);
         QCOMPARE(checkedBoxes(m), boxesAfter);
         QCOMPARE(highlightedRows(m->lstRuns), highlightedAfter);
         QCOMPARE(m->SelectedItems, qint16(highlightedAfter.size()));

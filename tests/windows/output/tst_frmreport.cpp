@@ -44,11 +44,6 @@ QPlainTextEdit *box(frmReport &w)
     return w.findChild<QPlainTextEdit *>(QStringLiteral("rtbReport"));
 }
 
-void click(QWidget &w, const char *button)
-{
-    QTest::mouseClick(w.findChild<QPushButton *>(QLatin1String(button)), Qt::LeftButton);
-}
-
 }  // namespace
 
 class TestFrmReport : public QObject {
@@ -122,23 +117,20 @@ private slots:
     // Cancel deletes the file; closing by the frame keeps it.
     void leaving_data()
     {
-        QTest::addColumn<bool>("byCancel");
-        QTest::newRow("Cancel") << true;
-        QTest::newRow("frame") << false;
+        QTest::addColumn<QString>("how");
+        QTest::newRow("Cancel") << "cmdCancel";
+        QTest::newRow("frame") << "close";
     }
 
     void leaving()
     {
-        QFETCH(bool, byCancel);
+        QFETCH(QString, how);
         frmReport w(m_questions);
         w.ReportFile = writeReport(QStringLiteral("R7_Stock.txt"), "report\r\n");
         w.show();
-        if (byCancel)
-            click(w, "cmdCancel");
-        else
-            w.close();
+        leaveDialog(&w, how);
         QVERIFY(!w.isVisible());
-        QCOMPARE(QFile::exists(w.ReportFile), !byCancel);
+        QCOMPARE(QFile::exists(w.ReportFile), how == QLatin1String("close"));
     }
 
     // The print dialog is preset with the orientation and offers the selection when there is
@@ -181,7 +173,7 @@ private slots:
             printer.setOutputFileName(pdf);
             return accept;
         });
-        click(w, "cmdPrint");
+        QTest::mouseClick(w.findChild<QPushButton *>(QStringLiteral("cmdPrint")), Qt::LeftButton);
         QVERIFY(m_questions.messageTexts().isEmpty());
         QCOMPARE(preset, orientation == 2 ? QPageLayout::Landscape : QPageLayout::Portrait);
         QCOMPARE(offered.testFlag(QAbstractPrintDialog::PrintSelection), select);
