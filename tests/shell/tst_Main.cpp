@@ -3,7 +3,6 @@
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
 
-#include "app/FolderLocation.h"
 #include "shell/Main.h"
 #include "shell/RevealPicture.h"
 #include "shell/frmKD_Splash.h"
@@ -153,8 +152,6 @@ private slots:
         const auto &asked = b.questions.asked();
         QCOMPARE(asked[0].title, QStringLiteral("Sendrel - Work Folder"));
         QCOMPARE(asked[1].text, QDir::separator() + QStringLiteral("|tolv_game.mdb"));
-        QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("WorkDir")), GetDefaultWorkFolder(false));
-        QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), b.folder());
         QVERIFY(b.tm.DBEngine.IsOpen());
     }
 

@@ -32,8 +32,7 @@ private slots:
         form.show();
         QTest::mouseClick(form.cmdOK, Qt::LeftButton);
         QCOMPARE(q.messageTexts(), QStringList{QStringLiteral("You must specify Harvested or Standing.")});
-        QVERIFY(form.isVisible());
-        QVERIFY(form.bImportCancelled);
+        QVERIFY(form.isVisible() && form.bImportCancelled);
     }
 
     // Each import gets a cleared window; OK (or Return) gives the kind, every other way out none.

@@ -398,7 +398,8 @@ private slots:
     }
 
     // In the frame: the browser's window beside it, drawn for the first year; the frame's
-    // arrows while a drag goes on; the editor a hidden child window whose close box only hides it.
+    // arrows while a drag goes on; the editor a hidden child window whose close box only hides
+    // it; the sample drawn again when the window comes back to the front.
     void inTheFrame()
     {
         GuiBench b;
@@ -422,22 +423,17 @@ private slots:
         QApplication::processEvents();
         QVERIFY(w->RangeEditor() && !editor->isVisible());
 
-        b.frame->SubWindowOf(w)->close();
-        QApplication::processEvents();
-        QCOMPARE(b.frame->Marquel->NumOpenWindows, qint16(0));
-        QVERIFY(b.frame->RightForm().isNull() && b.ended.isEmpty());
-    }
-
-    // Coming back to the window in the frame draws the sample again.
-    void activationInTheFrame()
-    {
-        GuiBench b;
-        frmParameters *w = openInFrame(b);
+        // Coming back to the window from another draws the sample again.
         b.addTree(QStringLiteral("A"), QStringLiteral("S"), 1, 3, 15.0, 50, 0.5);
         b.frame->mdiArea()->setActiveSubWindow(b.frame->SubWindowOf(b.frame->Marquel));
         QCOMPARE(w->findChild<Graph *>(QStringLiteral("gphDensity"))->value(1, 2), 100.0);
         b.frame->mdiArea()->setActiveSubWindow(b.frame->SubWindowOf(w));
         QCOMPARE(w->findChild<Graph *>(QStringLiteral("gphDensity"))->value(1, 2), 150.0);
+
+        b.frame->SubWindowOf(w)->close();
+        QApplication::processEvents();
+        QCOMPARE(b.frame->Marquel->NumOpenWindows, qint16(0));
+        QVERIFY(b.frame->RightForm().isNull() && b.ended.isEmpty());
     }
 };
 
