@@ -64,8 +64,9 @@ private slots:
         QVERIFY(cleared);
     }
 
-    // OK follows the text, and Return in an empty box does nothing; Cancel and the close box
-    // cancel. The problem line is emptied at each showing.
+    // The name offered comes up selected in the focused box; OK follows the text, and Return in
+    // an empty box does nothing; Cancel and the close box cancel. The problem line is emptied at
+    // each showing.
     void runIdAnswers()
     {
         GuiQuestions q;
@@ -73,7 +74,8 @@ private slots:
         QStringList seen;
         onNextModal([&](QWidget *w) {
             auto *f = qobject_cast<frmRunId *>(w);
-            seen << f->txtRunId->text();
+            QCOMPARE(f->focusWidget(), f->txtRunId);
+            seen << f->txtRunId->selectedText();   // typing replaces the name offered
             f->lblNameProblem->setText(QStringLiteral("left over"));
             Retype(f->txtRunId, QString());
             seen << (f->cmdOK->isEnabled() ? QStringLiteral("enabled") : QStringLiteral("disabled"));
