@@ -139,19 +139,26 @@ private slots:
         QVERIFY(f.frame && !f.frame->isVisible());
     }
 
-    // The first start of all: the empty Data folder names the root, so the Work folder comes
-    // first, then the database file.
+    // The first start of all: no Data folder is named, so both folder questions come; their
+    // defaults are made under the documents folder and filled from the installation, and the
+    // installation's database opens from there without a file dialog.
     void firstStartOfAll()
     {
         GuiBench b;
-        QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Tolvane")).removeRecursively();
+        QDir(b.dir()).mkdir(QStringLiteral("Data"));
+        QVERIFY(QFile::copy(b.path(), b.filePath(QStringLiteral("Data/tolv_game.mdb"))));
+        const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Tolvane");
+        QDir(documents).removeRecursively();
         b.questions.answerMessage(Answer::Yes);
-        b.questions.answerOpenFile(b.path());
+        b.questions.answerMessage(Answer::Yes);
         FrameOwner f;
         QVERIFY(Main(b.tm, withRun(QStringLiteral("R1")), f.frame));
         const auto &asked = b.questions.asked();
-        QCOMPARE(asked[0].title, QStringLiteral("Sendrel - Work Folder"));
-        QCOMPARE(asked[1].text, QDir::separator() + QStringLiteral("|tolv_game.mdb"));
+        QCOMPARE(asked[0].title, QStringLiteral("Sendrel - Data Folder"));
+        QCOMPARE(asked[1].title, QStringLiteral("Sendrel - Work Folder"));
+        for (const auto &a : asked)
+            QVERIFY(a.kind != QLatin1String("openFile"));
+        QCOMPARE(QDir::cleanPath(b.tm.GameDBPath), documents + QStringLiteral("/Data/tolv_game.mdb"));
         QVERIFY(b.tm.DBEngine.IsOpen());
     }
 

@@ -40,16 +40,8 @@ bool ShowHelp(int command, const QString &helpFile, int topic)
     if (!QFileInfo::exists(folder + QStringLiteral("/index.html")))
         return false;
     QPointer<frmHelp> &window = helpWindowRef();
-    // A modal dialog blocks every window but its own: help asked for from one (Duplicate Run Id,
-    // Report Description, ...) becomes a window of that dialog, in front of it and usable.
-    QWidget *modal = QApplication::activeModalWidget();
-    if (window && window->parentWidget() != modal) {
-        window->close();
-        window = nullptr;
-    }
     if (!window) {
-        window = new frmHelp(modal);
-        window->setWindowFlag(Qt::Window);
+        window = new frmHelp;
         window->setAttribute(Qt::WA_DeleteOnClose);
     }
     // Help asked for while a window waits modally (the import dialogs, the report description)
