@@ -480,8 +480,9 @@ void frmParameters::cmdPrintCharts_Click()
                 iSelectedCycles.append(row);
         }
         iNumSelectedCycles = static_cast<int>(iSelectedCycles.size());
-        HideChild(this);
+        // This window goes once the first page stands: a failure leaves the user where they were.
         frmChart *chart = CreateChart(1, nullptr, nullptr);
+        HideChild(this);
         FirstChart = chart;
         if (m_host.LeftForm() == this)
             m_host.LeftForm() = chart;
@@ -489,8 +490,6 @@ void frmParameters::cmdPrintCharts_Click()
             m_host.RightForm() = chart;
         m_host.ArrangeWindows();
     } catch (const SendrelError &e) {
-        // Nothing to page through: the user is back where the sequence began.
-        ShowChild(this);
         showFailure(e.description());
     }
 }
