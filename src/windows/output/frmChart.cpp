@@ -43,9 +43,6 @@ frmChart::frmChart(QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Chart Print Preview"));
     buildWindow();
-    HelpContextID = 76;
-    prevChart = nullptr;
-    nextChart = nullptr;
 }
 
 frmChart::~frmChart() = default;
@@ -177,6 +174,7 @@ void frmChart::SetParameters(ChartWindowParent *theParameters)
     m_parameters = theParameters;
     // Titles typed before the first filling go to the chart that will be shown.
     if (m_parameters) {
+        m_questions = &m_parameters->Questions();
         gphDensity->Visible(m_parameters->DensityChosen());
         gphMerchVol->Visible(!m_parameters->DensityChosen());
     }
@@ -259,8 +257,8 @@ void frmChart::cmdPrint_Click()
 
 void frmChart::showError(const QString &description)
 {
-    if (m_parameters)
-        m_parameters->Questions().ShowErrorMessage(description);
+    if (m_questions)
+        m_questions->ShowErrorMessage(description);
 }
 
 void frmChart::page(bool next)

@@ -110,6 +110,7 @@ private:
     void showError(const QString &description);
 
     ChartWindowParent *m_parameters = nullptr;
+    UserQuestions *m_questions = nullptr;   // outlives the parent: the process's questions
     bool m_unloading = false;
 };
 

@@ -206,7 +206,7 @@ void tst_chartpaging::pagesAreMadeOnceAndKept()
     for (frmChart *c = p.w->FirstChart; c; c = c->nextChart) {
         ChartData density;
         ChartData volume;
-        ChartPageRequest request{{QStringLiteral("R1"), RunKind::Standing}, {QString::number(1990 + 10 * c->cycleNum), c->cycleNum}};
+        const ChartPageRequest request{{QStringLiteral("R1"), RunKind::Standing}, {QString::number(1990 + 10 * c->cycleNum), c->cycleNum}, true, {}, 0};
         MakeChartPage(p.env.db, p.env.tm.settings, p.w->Layout, data, request, density, volume);
         QCOMPARE(Shown(*c->gphDensity), Shown(density));
     }
@@ -225,6 +225,8 @@ void tst_chartpaging::optionsTravelTitlesStay()
     // Letters are refused; the digits typed here go to the next page, applied there at once.
     QTest::keyClicks(second->txtYAxisMax, QStringLiteral("5x00"));
     QCOMPARE(second->txtYAxisMax->text(), QStringLiteral("500"));
+    QTest::mouseClick(second->cmdApply, Qt::LeftButton);
+    QCOMPARE(second->gphDensity->ChartYAxisMax(), 500.0);
     frmChart *third = Paging::next(second);
     QCOMPARE(third->txtYAxisMax->text(), QStringLiteral("500"));
     QCOMPARE(third->gphDensity->ChartYAxisMax(), 500.0);
