@@ -141,7 +141,12 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
     chart->setBackgroundRoundness(0);
     chart->setMargins(QMargins(6, 6, 6, 6));
     chart->setTitle(data.ChartTopTitle());
-    chart->setTitleFont(withSize(chart->titleFont(), 13, true));
+    // A long title is set smaller rather than cut off, down to a size still read with ease.
+    QFont titleFont = withSize(chart->titleFont(), 13, true);
+    const double titleRoom = layoutSize.width() - 2 * 12;
+    while (titleFont.pointSizeF() > 8 && QFontMetricsF(titleFont).horizontalAdvance(data.ChartTopTitle()) > titleRoom)
+        titleFont.setPointSizeF(titleFont.pointSizeF() - 0.5);
+    chart->setTitleFont(titleFont);
 
     const QVector<Series> &all = data.series();
     const int points = data.ChartPointCount();
