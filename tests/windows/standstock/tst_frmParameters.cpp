@@ -104,7 +104,7 @@ class tst_frmParameters : public QObject {
 
 private slots:
     // Its life: a place and a count at load, the classes of the settings on the ruler, the range
-    // editor hidden; "View Charts" is for a later version; help of the window and of its editor
+    // editor hidden; help of the window and of its editor
     // goes to the host; closing gives back place and count, and the editor goes with it.
     void lifeOfTheWindow()
     {
@@ -117,9 +117,6 @@ private slots:
         QCOMPARE(o.panel(3)->x(), o.w->RulerView()->lneScaleTick(3)->x());
         QVERIFY(o.range()->isHidden());
 
-        o.click(QStringLiteral("cmdPrintCharts"));
-        QCOMPARE(o.env.questions.messageTexts().size(), 1);
-        QVERIFY(o.env.questions.messageTexts().first().contains(QStringLiteral("later version")));
         o.click(QStringLiteral("cmdHelp"));
         QTest::mouseClick(Control<QPushButton>(o.range(), QStringLiteral("cmdHelp")), Qt::LeftButton);
         QCOMPARE(o.host.HelpTopics, (QList<int>{76, 2100}));
