@@ -108,6 +108,38 @@ StandSums totalOf(const QHash<qint32, SumsBySpecies> &byYear, qint32 year, const
     return found == byYear.constEnd() ? StandSums{} : totalOf(*found, order);
 }
 
+// The reads of one summary see the database as of one moment, also while another program writes.
+class ReadSnapshot {
+public:
+    explicit ReadSnapshot(clsDBEngine &engine) : m_engine(engine), m_open(!engine.InTransaction())
+    {
+        if (m_open)
+            Statement(m_engine, QStringLiteral("BEGIN")).run();
+    }
+    ~ReadSnapshot()
+    {
+        if (m_open) {
+            try {
+                Statement(m_engine, QStringLiteral("ROLLBACK")).run();
+            } catch (const SendrelError &) {
+                // Nothing was written; a failed end of a read changes nothing.
+            }
+        }
+    }
+    void end()
+    {
+        if (m_open)
+            Statement(m_engine, QStringLiteral("COMMIT")).run();
+        m_open = false;
+    }
+    ReadSnapshot(const ReadSnapshot &) = delete;
+    ReadSnapshot &operator=(const ReadSnapshot &) = delete;
+
+private:
+    clsDBEngine &m_engine;
+    bool m_open;
+};
+
 std::optional<double> increment(double next, double now, qint32 years)
 {
     if (years <= 0)
@@ -137,17 +169,24 @@ std::optional<double> StandDensityIndex(double basalArea, double sph)
 StandSummary ReadStandSummary(RunStore &db, const RunKey &run)
 {
     const bool standingRun = run.kind == RunKind::Standing;
+    ReadSnapshot snapshot(db.DBEngine);
+    if (!db.runExists(run)) {
+        throw SendrelError(ErrNo::InvalidCall, kSource,
+                           QStringLiteral("The run %1 is not in the database; another program may have deleted it.").arg(run.displayName()));
+    }
     // Every header of the run (a harvested run: of its own list) in table order, each with its
-    // tree records in table order, the order in which the composition's grouped statements add
-    // them. A header without trees still comes, once, with nulls.
-    Statement rows(db.DBEngine,
-                   QStringLiteral("SELECT h.rowid, h.Cycle, h.Cycle_Year, h.Standing_Harvested = 'S', e.rowid, e.Species_Code, "
-                                  "e.Trees_per_ha, e.Current_Diameter, e.Total_Volume, e.Gross_Merch_Volume, e.MerchVolLessDWB "
-                                  "FROM Model_Header AS h NOT INDEXED LEFT JOIN Model_Entries AS e "
-                                  "ON e.Run_Id = h.Run_Id AND e.Standing_Harvested = h.Standing_Harvested AND e.Cycle_Number = h.Cycle "
-                                  "WHERE h.Run_Id = ?1")
-                       + (standingRun ? QString() : QStringLiteral(" AND h.Standing_Harvested = 'H'")));
-    rows.bind(1, run.runId);
+    // tree records in table order: the order in which the composition's grouped statements add
+    // them. The products are the statements' own, with the same constant; a NULL product reads
+    // as 0, which adds nothing, as SUM passes a NULL by.
+    Statement headerRows(db.DBEngine, QStringLiteral("SELECT Cycle, Cycle_Year, Standing_Harvested, Standing_Harvested = 'S' "
+                                                     "FROM Model_Header WHERE Run_Id = ?1")
+                                          + (standingRun ? QString() : QStringLiteral(" AND Standing_Harvested = 'H'"))
+                                          + QStringLiteral(" ORDER BY rowid"));
+    headerRows.bind(1, run.runId);
+    Statement trees(db.DBEngine, QStringLiteral("SELECT rowid, Species_Code, Trees_per_ha, "
+                                                "Current_Diameter * Current_Diameter * ?4 * Trees_per_ha, Total_Volume * Trees_per_ha, "
+                                                "Gross_Merch_Volume * Trees_per_ha, MerchVolLessDWB * Trees_per_ha FROM Model_Entries "
+                                                "WHERE Run_Id = ?1 AND Standing_Harvested = ?2 AND Cycle_Number = ?3"));
 
     SpeciesSlots species;
     FirstRecords firstStanding;
@@ -156,64 +195,55 @@ StandSummary ReadStandSummary(RunStore &db, const RunKey &run)
     QHash<qint32, SumsBySpecies> afterByYear;     // standing less harvested
     QHash<qint32, SumsBySpecies> removedByYear;   // harvested alone
     bool anyHarvested = false;
+    QList<QString> kinds;
+    while (headerRows.next()) {
+        headers.append({static_cast<qint32>(headerRows.integer(0)), static_cast<qint32>(headerRows.integer(1)), headerRows.integer(3) != 0, {}});
+        kinds.append(headerRows.text(2));
+        anyHarvested = anyHarvested || !headers.last().standing;
+    }
 
-    qint64 headerRow = std::numeric_limits<qint64>::min();
-    SumsBySpecies *own = nullptr;
-    SumsBySpecies *after = nullptr;
-    SumsBySpecies *removed = nullptr;
-    bool standing = true;
-    while (rows.next()) {
-        if (rows.integer(0) != headerRow) {
-            headerRow = rows.integer(0);
-            standing = rows.integer(3) != 0;
-            anyHarvested = anyHarvested || !standing;
-            headers.append({static_cast<qint32>(rows.integer(1)), static_cast<qint32>(rows.integer(2)), standing, {}});
-            // A list's pointers stay valid until the next append, which only a new header makes;
-            // a hash's until the next insert, which also only comes here.
-            own = standing == standingRun ? &headers.last().bySpecies : nullptr;
-            const qint32 year = headers.last().year;
-            after = standingRun ? &afterByYear[year] : nullptr;
-            removed = standingRun && !standing ? &removedByYear[year] : nullptr;
-        }
-        if (rows.isNull(4))
-            continue;   // a header without trees
-        const int slot = species.slot(rows.integer(5));
-        (standing ? firstStanding : firstHarvested).met(slot, rows.integer(4));
-
-        // The products as the statements make them; a NULL factor makes a NULL that SUM passes by.
-        const bool noTrees = rows.isNull(6);
-        const double tph = rows.real(6);
-        const double d = rows.real(7);
-        const std::array<bool, 5> none = {noTrees, noTrees || rows.isNull(7), noTrees || rows.isNull(8),
-                                          noTrees || rows.isNull(9), noTrees || rows.isNull(10)};
-        const Sums products = {tph, d * d * kSummaryBasalAreaFactor * tph, rows.real(8) * tph, rows.real(9) * tph,
-                               rows.real(10) * tph};
-        if (own) {
-            Sums &s = at(*own, slot);
-            for (size_t i = 0; i < s.size(); ++i)
-                s[i] += none[i] ? 0.0 : products[i];
-        }
-        if (after) {
-            // IIf(kind = 'S', 1, -1) times the product: the sign flips exactly.
-            Sums &s = at(*after, slot);
-            for (size_t i = 0; i < s.size(); ++i)
-                s[i] += none[i] ? 0.0 : standing ? products[i] : -products[i];
-        }
-        if (removed) {
-            Sums &s = at(*removed, slot);
-            for (size_t i = 0; i < s.size(); ++i)
-                s[i] += none[i] ? 0.0 : products[i];
+    std::vector<qsizetype> metUnder;   // by species slot: the last header under which it was met
+    for (qsizetype h = 0; h < headers.size(); ++h) {
+        Header &header = headers[h];
+        const bool standing = header.standing;
+        SumsBySpecies *own = standing == standingRun ? &header.bySpecies : nullptr;
+        SumsBySpecies *after = standingRun ? &afterByYear[header.year] : nullptr;
+        SumsBySpecies *removed = standingRun && !standing ? &removedByYear[header.year] : nullptr;
+        FirstRecords &first = standing ? firstStanding : firstHarvested;
+        trees.bind(1, run.runId).bind(2, kinds.at(h)).bind(3, static_cast<qint64>(header.cycle)).bind(4, kSummaryBasalAreaFactor);
+        while (trees.next()) {
+            const int slot = species.slot(trees.integer(1));
+            // A header's trees come in table order: a species' first record here is its earliest.
+            if (slot >= static_cast<int>(metUnder.size()))
+                metUnder.resize(slot + 1, -1);
+            if (metUnder[slot] != h) {
+                metUnder[slot] = h;
+                first.met(slot, trees.integer(0));
+            }
+            const Sums products = {trees.real(2), trees.real(3), trees.real(4), trees.real(5), trees.real(6)};
+            if (own) {
+                Sums &s = at(*own, slot);
+                for (size_t i = 0; i < s.size(); ++i)
+                    s[i] += products[i];
+            }
+            if (after) {
+                // IIf(kind = 'S', 1, -1) times the product: the sign flips exactly.
+                Sums &s = at(*after, slot);
+                for (size_t i = 0; i < s.size(); ++i)
+                    s[i] += standing ? products[i] : -products[i];
+            }
+            if (removed) {
+                Sums &s = at(*removed, slot);
+                for (size_t i = 0; i < s.size(); ++i)
+                    s[i] += products[i];
+            }
         }
     }
+    snapshot.end();
 
     StandSummary summary;
     summary.run = run;
     summary.hasHarvest = standingRun && anyHarvested;
-    const bool anyOfKind = std::any_of(headers.cbegin(), headers.cend(), [&](const Header &h) { return h.standing == standingRun; });
-    if (!anyOfKind && !db.runExists(run)) {
-        throw SendrelError(ErrNo::InvalidCall, kSource,
-                           QStringLiteral("The run %1 is not in the database; another program may have deleted it.").arg(run.displayName()));
-    }
 
     const QVector<int> ownOrder = standingRun ? firstStanding.order() : firstHarvested.order();
     const QVector<int> harvestedOrder = firstHarvested.order();
