@@ -231,7 +231,8 @@ QString StandSummaryHtml(const StandSummary &summary)
         i = end;
     }
     for (const SummaryColumn &c : columns)
-        names += QStringLiteral("<th>%1<br>%2</th>").arg(c.name.toHtmlEscaped(), c.unit.toHtmlEscaped());
+        // A narrow column breaks its unit after a slash, not inside a word.
+        names += QStringLiteral("<th>%1<br>%2</th>").arg(c.name.toHtmlEscaped(), c.unit.toHtmlEscaped().replace(QLatin1Char('/'), QStringLiteral("/&#8203;")));
     QString body;
     for (const StandSummaryRow &row : summary.rows) {
         body += QStringLiteral("<tr>");

@@ -53,6 +53,7 @@ frmStandSummary::frmStandSummary(TreeModel &tm, QWidget *parent) : QWidget(paren
     grdSummary->setEditTriggers(QAbstractItemView::NoEditTriggers);
     grdSummary->setSelectionBehavior(QAbstractItemView::SelectColumns);
     grdSummary->verticalHeader()->hide();
+    grdSummary->verticalHeader()->setDefaultSectionSize(grdSummary->fontMetrics().height() + 6);
     cboColumn = new QComboBox(this);
     cboColumn->setObjectName(QStringLiteral("cboColumn"));
     auto *chartLabel = new QLabel(QStringLiteral("&Chart of:"), this);
