@@ -4,11 +4,8 @@
 #include "domain/summary/StandSummaryTable.h"
 #include "support/RunDatabase.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
 #include <cmath>
+#include <tuple>
 
 using namespace sendrel;
 using namespace sendrel::test;
@@ -17,33 +14,26 @@ namespace {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
-void addTree(RunDatabase &db, const QString &kind, int cycle, int species, double d, double tph, double total, double gross, double net)
-{
-    Statement(db.db.DBEngine, QStringLiteral("INSERT INTO Model_Entries (Run_Id, Standing_Harvested, Cycle_Number, Species_Code, "
-                                             "Current_Diameter, Trees_per_ha, Total_Volume, Gross_Merch_Volume, MerchVolLessDWB) "
-                                             "VALUES ('HAND', ?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"))
-        .bind(1, kind).bind(2, cycle).bind(3, species).bind(4, d).bind(5, tph).bind(6, total).bind(7, gross).bind(8, net)
-        .run();
-}
-
 // A stand of three cycles; the harvest's cycle numbers differ from the standing ones, and it
 // has a year (2015) that the standing list lacks.
 void addHandRun(RunDatabase &db)
 {
     db.addRun(QStringLiteral("HAND"), QStringLiteral("S"));
     db.addRun(QStringLiteral("HAND"), QStringLiteral("H"));
-    db.addHeader(QStringLiteral("HAND"), QStringLiteral("S"), 1, 2000);
-    db.addHeader(QStringLiteral("HAND"), QStringLiteral("S"), 2, 2010);
-    db.addHeader(QStringLiteral("HAND"), QStringLiteral("S"), 3, 2025);
-    db.addHeader(QStringLiteral("HAND"), QStringLiteral("H"), 11, 2010);
-    db.addHeader(QStringLiteral("HAND"), QStringLiteral("H"), 12, 2015);
-    addTree(db, QStringLiteral("S"), 1, 1, 20, 100, 0.3, 0.25, 0.2);
-    addTree(db, QStringLiteral("S"), 1, 2, 10, 200, 0.05, 0.04, 0.03);
-    addTree(db, QStringLiteral("S"), 2, 1, 30, 100, 0.8, 0.7, 0.6);
-    addTree(db, QStringLiteral("S"), 2, 2, 20, 100, 0.3, 0.25, 0.2);
-    addTree(db, QStringLiteral("H"), 11, 2, 20, 60, 0.3, 0.25, 0.2);
-    addTree(db, QStringLiteral("S"), 3, 1, 40, 100, 1.5, 1.3, 1.1);
-    addTree(db, QStringLiteral("H"), 12, 1, 30, 10, 0.8, 0.7, 0.6);
+    for (const auto &[kind, cycle, year] : {std::tuple{"S", 1, 2000}, {"S", 2, 2010}, {"S", 3, 2025}, {"H", 11, 2010}, {"H", 12, 2015}})
+        db.addHeader(QStringLiteral("HAND"), QString::fromLatin1(kind), cycle, year);
+    const struct {
+        const char *kind;
+        int cycle, species;
+        double d, tph, total, gross, net;
+    } trees[] = {{"S", 1, 1, 20, 100, 0.3, 0.25, 0.2}, {"S", 1, 2, 10, 200, 0.05, 0.04, 0.03}, {"S", 2, 1, 30, 100, 0.8, 0.7, 0.6},
+                 {"S", 2, 2, 20, 100, 0.3, 0.25, 0.2}, {"H", 11, 2, 20, 60, 0.3, 0.25, 0.2},  {"S", 3, 1, 40, 100, 1.5, 1.3, 1.1},
+                 {"H", 12, 1, 30, 10, 0.8, 0.7, 0.6}};
+    Statement add(db.db.DBEngine, QStringLiteral("INSERT INTO Model_Entries (Run_Id, Standing_Harvested, Cycle_Number, Species_Code, "
+                                                 "Current_Diameter, Trees_per_ha, Total_Volume, Gross_Merch_Volume, MerchVolLessDWB) "
+                                                 "VALUES ('HAND', ?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"));
+    for (const auto &t : trees)
+        add.bind(1, QString::fromLatin1(t.kind)).bind(2, t.cycle).bind(3, t.species).bind(4, t.d).bind(5, t.tph).bind(6, t.total).bind(7, t.gross).bind(8, t.net).run();
 }
 
 qsizetype columnOf(RunKind kind, const QString &key)
@@ -56,13 +46,14 @@ qsizetype columnOf(RunKind kind, const QString &key)
     return -1;
 }
 
+// None also where the summary has no row of that year.
 std::optional<double> cellOf(const StandSummary &s, int year, const QString &key)
 {
     for (const StandSummaryRow &row : s.rows) {
         if (row.year == year)
             return StandSummaryColumns(s.run.kind).at(columnOf(s.run.kind, key)).value(row);
     }
-    throw std::runtime_error("no such year");
+    return std::nullopt;
 }
 
 }  // namespace
@@ -91,12 +82,10 @@ private slots:
         const auto row = [](const char *kind, int year, const char *key, double expected) {
             QTest::addRow("%s %d %s", kind, year, key) << QString::fromLatin1(kind) << year << QString::fromLatin1(key) << expected;
         };
-        row("S", 2000, "cycle", 1);
         row("S", 2000, "before_sph", 300);
         row("S", 2000, "before_basal_area", 4.7123889803844001);       // k * (20² * 100 + 10² * 200)
         row("S", 2000, "before_qmd", 14.142135623730949);              // sqrt(BA / SPH / k) = sqrt(200)
         row("S", 2000, "before_sdi", 117.20326522093313);              // SPH * (QMD / 25.4) ^ 1.605
-        row("S", 2000, "before_gtv", 40);
         row("S", 2000, "before_gmv", 33);
         row("S", 2000, "before_nmv", 26);
         row("S", 2000, "removed_sph", 0);                              // a harvested list, but no harvest that year
@@ -104,26 +93,20 @@ private slots:
         row("S", 2000, "after_gtv", 40);
         row("S", 2000, "pai_gtv", 7);                                  // (110 - 40) / 10
         row("S", 2000, "pai_nmv", 5.4);                                // (80 - 26) / 10
-        row("S", 2010, "cycle", 2);
         row("S", 2010, "removed_sph", 60);                             // harvested cycle 11, matched by its year
-        row("S", 2010, "removed_basal_area", 1.88495559215376);
         row("S", 2010, "removed_qmd", 20);
-        row("S", 2010, "removed_gtv", 18);
         row("S", 2010, "removed_nmv", 12);
         row("S", 2010, "after_sph", 140);
-        row("S", 2010, "after_basal_area", 8.3252205320124411);
         row("S", 2010, "after_qmd", 27.516228977511748);
         row("S", 2010, "after_sdi", 159.18792755025424);
-        row("S", 2010, "after_gmv", 80);
         row("S", 2010, "pai_gtv", 58.0 / 15);                          // (150 - 92) / 15 years
         row("S", 2010, "pai_nmv", 2.8);
         row("S", 2025, "before_qmd", 40);
         row("S", 2025, "pai_gtv", kNone);                              // the last row has no next stand
-        row("H", 2010, "cycle", 11);
-        row("H", 2010, "harvested_sph", 60);
+        row("S", 2015, "year", kNone);                                 // a harvest year alone has no row
+        row("H", 2010, "cycle", 11);                                   // its own list's cycle
         row("H", 2015, "harvested_qmd", 30);
         row("H", 2015, "harvested_sdi", 13.062355484189469);
-        row("H", 2015, "harvested_gtv", 8);
     }
     void numbers()
     {
@@ -142,33 +125,11 @@ private slots:
                  qPrintable(QStringLiteral("%1 != %2").arg(*value, 0, 'g', 17).arg(expected, 0, 'g', 17)));
     }
 
-    void rowsAndColumnsByKind()
-    {
-        const StandSummary standing = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), RunKind::Standing});
-        const StandSummary harvested = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), RunKind::Harvested});
-        QList<int> years;
-        for (const StandSummaryRow &r : standing.rows)
-            years.append(r.year);
-        QCOMPARE(years, (QList<int>{2000, 2010, 2025}));
-        QCOMPARE(harvested.rows.size(), 2);
-        QStringList keys;
-        for (const SummaryColumn &c : StandSummaryColumns(RunKind::Harvested))
-            keys.append(c.key);
-        QCOMPARE(keys, (QStringList{"year", "cycle", "harvested_sph", "harvested_basal_area", "harvested_qmd", "harvested_sdi",
-                                    "harvested_gtv", "harvested_gmv", "harvested_nmv"}));
-        // Every header of an export names its unit.
-        const ExportTable table = StandSummaryExportTable(standing);
-        QCOMPARE(table.headers.size(), 23);
-        QCOMPARE(table.headers.at(3), QStringLiteral("Before BA (sq.m/ha)"));
-        QCOMPARE(table.headers.last(), QStringLiteral("PAI NMV (cu.m/ha/yr)"));
-    }
-
     // Without a harvested list: no removals, and what stays is what stood, to the last bit.
     void runWithoutHarvest()
     {
-        m_db->exec(QStringLiteral("DELETE FROM Model_Run WHERE Standing_Harvested = 'H'"));
-        m_db->exec(QStringLiteral("DELETE FROM Model_Header WHERE Standing_Harvested = 'H'"));
-        m_db->exec(QStringLiteral("DELETE FROM Model_Entries WHERE Standing_Harvested = 'H'"));
+        for (const char *table : {"Model_Run", "Model_Header", "Model_Entries"})
+            m_db->exec(QStringLiteral("DELETE FROM %1 WHERE Standing_Harvested = 'H'").arg(QLatin1String(table)));
         const StandSummary s = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), RunKind::Standing});
         QVERIFY(!s.hasHarvest);
         for (const StandSummaryRow &r : s.rows) {
@@ -187,7 +148,6 @@ private slots:
         QCOMPARE(*StandDensityIndex(0, 0), 0.0);
         QVERIFY(!StandDensityIndex(-1, 10));
         QCOMPARE(SummaryCellText(-0.0004, 2), QStringLiteral("0.00"));
-        QCOMPARE(SummaryCellText(1234.56, 1), QStringLiteral("1234.6"));
     }
 
     void aRunThatIsGone()
@@ -204,14 +164,14 @@ private slots:
     void textJsonAndChart()
     {
         const StandSummary s = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), RunKind::Standing});
-        const QJsonArray rows = QJsonDocument::fromJson(StandSummaryJson(s)).array();
-        QCOMPARE(rows.size(), 3);
-        QCOMPARE(rows.at(1).toObject().value(QStringLiteral("removed_sph")).toDouble(), 60.0);
-        QVERIFY(rows.at(2).toObject().value(QStringLiteral("pai_gtv")).isNull());
-        QVERIFY(StandSummaryJson(s).startsWith("[\n  {\"year\": 2000, \"cycle\": 1, \"before_sph\": 300, "));
+        const QByteArray json = StandSummaryJson(s);
+        QVERIFY(json.startsWith("[\n  {\"year\": 2000, \"cycle\": 1, \"before_sph\": 300, "));
+        QVERIFY(json.endsWith(", \"pai_gtv\": null, \"pai_nmv\": null}\n]\n"));
 
         const QStringList lines = StandSummaryText(s).split(QLatin1Char('\n'));
         QCOMPARE(lines.at(0), QStringLiteral("Stand summary: HAND:Standing"));
+        QCOMPARE(StandSummaryColumns(RunKind::Harvested).size(), 9);
+        QCOMPARE(StandSummaryExportTable(s).headers.last(), QStringLiteral("PAI NMV (cu.m/ha/yr)"));
         QVERIFY2(lines.at(2).startsWith(QStringLiteral("   Year  Cycle       SPH        BA       QMD       SDI       GTV")), qPrintable(lines.at(2)));
         QVERIFY2(lines.at(5).startsWith(QStringLiteral("   2010      2       200     10.21      25.5       201     110.0      95.0      80.0        60")),
                  qPrintable(lines.at(5)));
