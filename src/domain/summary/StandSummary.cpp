@@ -45,8 +45,6 @@ public:
         const auto found = m_other.constFind(code);
         return found != m_other.constEnd() ? *found : *m_other.insert(code, add());
     }
-    int size() const { return m_count; }
-
 private:
     static constexpr qint64 kDense = 4096;
     int add() { return m_count++; }

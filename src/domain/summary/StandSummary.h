@@ -77,9 +77,10 @@ struct StandSummary {
     QList<StandSummaryRow> rows;
 };
 
-// Reads the summary in one statement over the run's headers and their tree records, so the cost
-// grows with the records once. Fails (SendrelError) naming the run when it is not in the database,
-// also when another program deleted it since it was listed.
+// Reads the summary as of one moment: the run's headers in one statement, then each header's tree
+// records through one prepared statement, so the cost grows with the records once. Fails
+// (SendrelError) naming the run when it is not in the database, also when another program deleted
+// it since it was listed.
 StandSummary ReadStandSummary(RunStore &db, const RunKey &run);
 
 }  // namespace sendrel
