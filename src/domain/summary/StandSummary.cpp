@@ -174,16 +174,16 @@ StandSummary ReadStandSummary(RunStore &db, const RunKey &run)
     }
     // Every header of the run (a harvested run: of its own list) in table order, each with its
     // tree records in table order: the order in which the composition's grouped statements add
-    // them. The products are the statements' own, with the same constant; a NULL product reads
-    // as 0, which adds nothing, as SUM passes a NULL by.
+    // them. The products are the statements' own, factor by factor in their order and with the
+    // same constant. A NULL reads as 0 and makes a product of 0 (or -0), which adds nothing, as
+    // SUM passes a NULL product by.
     Statement headerRows(db.DBEngine, QStringLiteral("SELECT Cycle, Cycle_Year, Standing_Harvested, Standing_Harvested = 'S' "
                                                      "FROM Model_Header WHERE Run_Id = ?1")
                                           + (standingRun ? QString() : QStringLiteral(" AND Standing_Harvested = 'H'"))
                                           + QStringLiteral(" ORDER BY rowid"));
     headerRows.bind(1, run.runId);
-    Statement trees(db.DBEngine, QStringLiteral("SELECT rowid, Species_Code, Trees_per_ha, "
-                                                "Current_Diameter * Current_Diameter * ?4 * Trees_per_ha, Total_Volume * Trees_per_ha, "
-                                                "Gross_Merch_Volume * Trees_per_ha, MerchVolLessDWB * Trees_per_ha FROM Model_Entries "
+    Statement trees(db.DBEngine, QStringLiteral("SELECT rowid, Species_Code, Trees_per_ha, Current_Diameter, Total_Volume, "
+                                                "Gross_Merch_Volume, MerchVolLessDWB FROM Model_Entries "
                                                 "WHERE Run_Id = ?1 AND Standing_Harvested = ?2 AND Cycle_Number = ?3"));
 
     SpeciesSlots species;
@@ -208,7 +208,7 @@ StandSummary ReadStandSummary(RunStore &db, const RunKey &run)
         SumsBySpecies *after = standingRun ? &afterByYear[header.year] : nullptr;
         SumsBySpecies *removed = standingRun && !standing ? &removedByYear[header.year] : nullptr;
         FirstRecords &first = standing ? firstStanding : firstHarvested;
-        trees.bind(1, run.runId).bind(2, kinds.at(h)).bind(3, static_cast<qint64>(header.cycle)).bind(4, kSummaryBasalAreaFactor);
+        trees.bind(1, run.runId).bind(2, kinds.at(h)).bind(3, static_cast<qint64>(header.cycle));
         while (trees.next()) {
             const int slot = species.slot(trees.integer(1));
             // A header's trees come in table order: a species' first record here is its earliest.
@@ -218,7 +218,10 @@ StandSummary ReadStandSummary(RunStore &db, const RunKey &run)
                 metUnder[slot] = h;
                 first.met(slot, trees.integer(0));
             }
-            const Sums products = {trees.real(2), trees.real(3), trees.real(4), trees.real(5), trees.real(6)};
+            const double tph = trees.real(2);
+            const double d = trees.real(3);
+            const Sums products = {tph, d * d * kSummaryBasalAreaFactor * tph, trees.real(4) * tph, trees.real(5) * tph,
+                                   trees.real(6) * tph};
             if (own) {
                 Sums &s = at(*own, slot);
                 for (size_t i = 0; i < s.size(); ++i)
