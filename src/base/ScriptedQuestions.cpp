@@ -29,6 +29,11 @@ QString ScriptedQuestions::openFile(const FileRequest &request)
     return take(QStringLiteral("openFile"), request.title, request.startFolder + QLatin1Char('|') + request.fileName).value.toString();
 }
 
+QString ScriptedQuestions::saveFile(const FileRequest &request)
+{
+    return take(QStringLiteral("saveFile"), request.title, request.startFolder + QLatin1Char('|') + request.fileName).value.toString();
+}
+
 QString ScriptedQuestions::chooseFolder(const QString &title, const QString &startFolder)
 {
     return take(QStringLiteral("chooseFolder"), title, startFolder).value.toString();

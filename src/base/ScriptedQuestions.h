@@ -21,6 +21,7 @@ public:
     // Queue answers in the order the questions will come.
     void answerMessage(Answer a) { m_script.append({QStringLiteral("message"), QVariant::fromValue(static_cast<int>(a)), {}}); }
     void answerOpenFile(const QString &path) { m_script.append({QStringLiteral("openFile"), path, {}}); }
+    void answerSaveFile(const QString &path) { m_script.append({QStringLiteral("saveFile"), path, {}}); }
     void answerFolder(const QString &path) { m_script.append({QStringLiteral("chooseFolder"), path, {}}); }
     void answerRunId(const QString &result, const QString &name = QString()) { m_script.append({QStringLiteral("askRunId"), result, name}); }
     void answerDuplicateId(const QString &result) { m_script.append({QStringLiteral("askDuplicateId"), result, {}}); }
@@ -32,6 +33,7 @@ public:
 
     Answer message(const MessageRequest &request) override;
     QString openFile(const FileRequest &request) override;
+    QString saveFile(const FileRequest &request) override;
     QString chooseFolder(const QString &title, const QString &startFolder) override;
     QString askRunId(QString &name) override;
     QString askDuplicateId(const QString &name) override;

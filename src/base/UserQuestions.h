@@ -49,6 +49,9 @@ public:
     virtual Answer message(const MessageRequest &request) = 0;
     // An open-file dialog; "" when the user cancelled.
     virtual QString openFile(const FileRequest &request) = 0;
+    // A save-file dialog (mustExist is not read): the file to write, which the user has agreed to
+    // replace if it exists; "" when the user cancelled.
+    virtual QString saveFile(const FileRequest &request) = 0;
     // A folder dialog; "" when the user cancelled.
     virtual QString chooseFolder(const QString &title, const QString &startFolder) = 0;
 

@@ -22,6 +22,11 @@ QString CliQuestions::openFile(const FileRequest &)
     return QString();
 }
 
+QString CliQuestions::saveFile(const FileRequest &)
+{
+    return QString();
+}
+
 QString CliQuestions::chooseFolder(const QString &, const QString &)
 {
     return QString();

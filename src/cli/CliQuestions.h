@@ -25,6 +25,7 @@ public:
 
     Answer message(const MessageRequest &request) override;
     QString openFile(const FileRequest &request) override;
+    QString saveFile(const FileRequest &request) override;
     QString chooseFolder(const QString &title, const QString &startFolder) override;
     // Keeps the name (the suggestion, --run-id, or the name Rename found) and confirms it.
     QString askRunId(QString &name) override;

@@ -3,6 +3,8 @@
 #include "base/Numbers.h"
 #include "base/SendrelError.h"
 #include "cli/Selection.h"
+#include "cli/TableOutput.h"
+#include "domain/export/StandStockExport.h"
 #include "domain/output/ReportFile.h"
 #include "domain/standstock/StandStockReport.h"
 
@@ -19,7 +21,7 @@ public:
     QString synopsis() const override
     {
         return QStringLiteral("stand|stock RUN --kind S|H [--cycles C1,C2,..|--years Y1,Y2,..] [--classes START,WIDTH,COUNT] "
-                              "[--title TEXT] [--description TEXT] [-o FILE|-]");
+                              "[--title TEXT] [--description TEXT] [--format txt|csv|xlsx] [-o FILE|-]");
     }
     QString summary() const override
     {
@@ -36,6 +38,9 @@ public:
                                    QStringLiteral("START,WIDTH,COUNT")),
                 QCommandLineOption(QStringLiteral("title"), QStringLiteral("The report's title, at most 50 characters."), QStringLiteral("TEXT")),
                 QCommandLineOption(QStringLiteral("description"), QStringLiteral("The report's description."), QStringLiteral("TEXT")),
+                QCommandLineOption(QStringLiteral("format"),
+                                   QStringLiteral("txt (default): the report file; csv or xlsx: its table as numbers, a sheet per year."),
+                                   QStringLiteral("FORMAT")),
                 QCommandLineOption(QStringLiteral("o"), QStringLiteral("Where the report goes: a file, or - for stdout."), QStringLiteral("FILE"))};
     }
     int minArguments() const override { return 2; }
@@ -51,6 +56,7 @@ public:
             throw CliUsageFault{QStringLiteral("--title takes at most %1 characters, as the dialog does").arg(kMostTitleCharacters)};
         if (parser.isSet(QStringLiteral("o")) && parser.value(QStringLiteral("o")).isEmpty())
             throw CliUsageFault{QStringLiteral("-o needs a file, or - for the standard output")};
+        const TableFormat format = FormatOption(parser, {QStringLiteral("txt"), QStringLiteral("csv"), QStringLiteral("xlsx")});
 
         CliSession session(ctx);
         ClassLayout layout;
@@ -71,6 +77,14 @@ public:
 
         const qint16 kindOfReport = request.density ? ReportKind::Stand : ReportKind::Stock;
         const QString output = parser.value(QStringLiteral("o"));
+        if (format != TableFormat::Txt) {
+            StandStockData data(layout, session.tm.db.NumSpecies);
+            const StandStockExport tables = CompileStandStockExport(session.tm.db, {run, request.density, request.cycles}, layout, data);
+            QString defaultPath = ReportFilePath(session.tm.ReportFolder(), run.runId, kindOfReport);
+            defaultPath.replace(defaultPath.size() - 4, 4, FormatSuffix(format));
+            WriteTableOutput(ctx, format, output, defaultPath, {}, tables.years, tables.joined);
+            return CliOk;
+        }
         if (output.isEmpty())
             request.reportPath = ReportFilePath(session.tm.ReportFolder(), run.runId, kindOfReport);
         else if (output != QLatin1String("-"))

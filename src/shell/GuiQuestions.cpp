@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 
 namespace sendrel {
 
@@ -119,6 +120,27 @@ QString GuiQuestions::openFile(const FileRequest &request)
     dialog.setFileMode(request.mustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     if (!request.defaultExtension.isEmpty())
         dialog.setDefaultSuffix(request.defaultExtension.mid(1));
+    if (!request.fileName.isEmpty())
+        dialog.selectFile(request.fileName);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return QString();
+    return QDir::toNativeSeparators(dialog.selectedFiles().first());
+}
+
+QString GuiQuestions::saveFile(const FileRequest &request)
+{
+    NormalPointer pointer;
+    QFileDialog dialog(m_parent, request.title, request.startFolder, qtFilter(request.filter));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    if (!request.defaultExtension.isEmpty())
+        dialog.setDefaultSuffix(request.defaultExtension.mid(1));
+    // A name typed without a suffix takes the suffix of the type chosen.
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString &filter) {
+        static const QRegularExpression suffix(QStringLiteral("\\*\\.(\\w+)"));
+        if (const QRegularExpressionMatch m = suffix.match(filter); m.hasMatch())
+            dialog.setDefaultSuffix(m.captured(1));
+    });
     if (!request.fileName.isEmpty())
         dialog.selectFile(request.fileName);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())

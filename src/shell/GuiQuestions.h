@@ -28,6 +28,7 @@ public:
 
     Answer message(const MessageRequest &request) override;
     QString openFile(const FileRequest &request) override;
+    QString saveFile(const FileRequest &request) override;
     QString chooseFolder(const QString &title, const QString &startFolder) override;
     QString askRunId(QString &name) override;
     QString askDuplicateId(const QString &name) override;

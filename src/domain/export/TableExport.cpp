@@ -165,4 +165,24 @@ ExportFormat ExportFormatOf(const QString &path)
                        QStringLiteral("%1: an export is a .csv or .xlsx file.").arg(QDir::toNativeSeparators(path)));
 }
 
+FileRequest ExportFileRequest(const QString &title, const QString &folder, const QString &fileStem)
+{
+    FileRequest request;
+    request.title = title;
+    request.filter = QStringLiteral("Excel Workbook (*.xlsx)|*.xlsx|CSV (Comma delimited) (*.csv)|*.csv");
+    request.fileName = fileStem + QStringLiteral(".xlsx");
+    request.startFolder = folder;
+    request.defaultExtension = QStringLiteral(".xlsx");
+    request.mustExist = false;
+    return request;
+}
+
+void SaveExport(const QString &path, const QList<ExportTable> &sheets, const ExportTable &csv)
+{
+    if (ExportFormatOf(path) == ExportFormat::Xlsx)
+        SaveXlsx(sheets, path);
+    else
+        SaveCsv(csv, path);
+}
+
 }  // namespace sendrel

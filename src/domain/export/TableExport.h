@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/UserQuestions.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -34,5 +36,13 @@ void SaveXlsx(const QList<ExportTable> &tables, const QString &path);
 
 // The format of a file by its suffix (".csv", ".xlsx"); fails on any other.
 ExportFormat ExportFormatOf(const QString &path);
+
+// An export by the file's suffix: a workbook with a sheet for each of sheets, or one CSV table
+// (the same numbers in the one-header-row form of the caller's choice).
+void SaveExport(const QString &path, const QList<ExportTable> &sheets, const ExportTable &csv);
+
+// The save-file question of an "Export..." button: a workbook or CSV file, proposed as the stem
+// with ".xlsx" in the folder.
+FileRequest ExportFileRequest(const QString &title, const QString &folder, const QString &fileStem);
 
 }  // namespace sendrel

@@ -13,6 +13,7 @@
 #include "windows/common/RunListDelegate.h"
 #include "windows/import/frmDeleteRuns.h"
 #include "windows/standstock/frmParameters.h"
+#include "windows/summary/frmStandSummary.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -118,10 +119,17 @@ void frmMarquel::buildControls()
     cmdOK->setObjectName(QStringLiteral("cmdOK"));
     cmdOK->setMinimumWidth(90);
 
+    cmdSummary = new QPushButton(QStringLiteral("Stand &Summary"), this);
+    cmdSummary->setObjectName(QStringLiteral("cmdSummary"));
+
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(Frame2, 1);
     bottom->addSpacing(8);
-    bottom->addWidget(cmdOK, 0, Qt::AlignBottom);
+    auto *commands = new QVBoxLayout;
+    commands->addStretch();
+    commands->addWidget(cmdSummary);
+    commands->addWidget(cmdOK);
+    bottom->addLayout(commands);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(Frame3, 1);
     layout->addLayout(bottom);
@@ -135,6 +143,7 @@ void frmMarquel::buildControls()
     connect(chkSS, &QCheckBox::clicked, this, &frmMarquel::chkSS_Click);
     connect(chkStandLevels, &QCheckBox::clicked, this, &frmMarquel::chkStandLevels_Click);
     connect(cmdOK, &QPushButton::clicked, this, &frmMarquel::OKClickMarq);
+    connect(cmdSummary, &QPushButton::clicked, this, &frmMarquel::cmdSummary_Click);
 }
 
 QMenu *frmMarquel::addMenu(const QString &name, const QString &caption)
@@ -254,6 +263,7 @@ void frmMarquel::UpdateRunList()
     chkSS->setEnabled(any);
     chkStandLevels->setEnabled(any);
     cmdOK->setEnabled(any);
+    cmdSummary->setEnabled(any);
 }
 
 void frmMarquel::RefreshList()
@@ -458,6 +468,24 @@ QWidget *frmMarquel::OpenStandLevelsWindow(int position)
     window->ShowRun();
     sub->show();
     return window;
+}
+
+void frmMarquel::cmdSummary_Click()
+{
+    try {
+        if (SelectedItems == 0) {
+            m_tm.questions.ShowInfoMessage(QStringLiteral("No run selected"));
+            return;
+        }
+        for (int e = 0; e < SelectedItems; ++e) {
+            if (const QListWidgetItem *item = lstRuns->item(SelectedRuns[e])) {
+                const RunEntry run = SplitRunEntry(item->text());
+                OpenStandSummaryWindow(m_tm, m_frame, {run.runId, run.kind()});
+            }
+        }
+    } catch (const SendrelError &e) {
+        m_tm.questions.ShowErrorMessage(e.description());
+    }
 }
 
 void frmMarquel::AddOpenWindow()

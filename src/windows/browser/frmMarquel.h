@@ -53,6 +53,8 @@ public:
     void MenuFileDB_Click();
     void mnu_Runs_Import_Click();
     void mnu_Runs_Delete_Click();
+    // Opens a stand summary window for each selected run; these are no report windows.
+    void cmdSummary_Click();
 
     // The texts of all rows of lstRuns, in order.
     QStringList RunEntries() const;
@@ -78,6 +80,7 @@ public:
     QGroupBox *Frame3;
     QListWidget *lstRuns;
     QPushButton *cmdOK;
+    QPushButton *cmdSummary;
     QGroupBox *Frame2;
     QCheckBox *chkStandLevels;
     QCheckBox *chkSS;

@@ -1,6 +1,7 @@
 #include "windows/standstock/frmParameters.h"
 
 #include "windows/standstock/ViewStandStockReport.h"
+#include "windows/standstock/ExportStandStockTables.h"
 
 #include "base/Numbers.h"
 #include "base/SendrelError.h"
@@ -182,6 +183,8 @@ void frmParameters::buildWindow()
     cmdPrintCharts->setObjectName(QStringLiteral("cmdPrintCharts"));
     cmdPrintReport = new QPushButton(QStringLiteral("View Reports"), this);
     cmdPrintReport->setObjectName(QStringLiteral("cmdPrintReport"));
+    cmdExport = new QPushButton(QStringLiteral("Export..."), this);
+    cmdExport->setObjectName(QStringLiteral("cmdExport"));
     cmdOK = new QPushButton(QStringLiteral("Close"), this);
     cmdOK->setObjectName(QStringLiteral("cmdOK"));
     cmdHelp = new QPushButton(QStringLiteral("Help"), this);
@@ -230,6 +233,7 @@ void frmParameters::buildWindow()
     auto *buttons = new QVBoxLayout;
     buttons->addWidget(cmdPrintCharts);
     buttons->addWidget(cmdPrintReport);
+    buttons->addWidget(cmdExport);
     buttons->addStretch();
     buttons->addWidget(cmdOK);
     buttons->addWidget(cmdHelp);
@@ -258,6 +262,12 @@ void frmParameters::buildWindow()
         m_asking = true;
         ViewStandStockReport(m_tm, this, This_RunId, This_SorH, This_RunDesc, optDensity->isChecked(), *lstCycles, Layout,
                              Data, [this](int p) { setPointer(p); });
+        m_asking = false;
+    });
+    connect(cmdExport, &QPushButton::clicked, this, [this] {
+        m_asking = true;
+        ExportStandStockTables(m_tm, {This_RunId, KindOfText(This_SorH)}, optDensity->isChecked(), *lstCycles, Layout, Data,
+                               [this](int p) { setPointer(p); });
         m_asking = false;
     });
     connect(cmdOK, &QPushButton::clicked, this, [this] { CloseChildWindow(this); });

@@ -166,6 +166,7 @@ private:
     ClassRulerView *m_ruler = nullptr;
     QPushButton *cmdPrintCharts = nullptr;
     QPushButton *cmdPrintReport = nullptr;
+    QPushButton *cmdExport = nullptr;
     QPushButton *cmdOK = nullptr;
     QPushButton *cmdHelp = nullptr;
 

@@ -1,0 +1,62 @@
+#include "cli/Commands.h"
+
+#include "base/SafeFileName.h"
+#include "cli/TableOutput.h"
+#include "domain/summary/StandSummaryTable.h"
+
+#include <QDir>
+
+namespace sendrel {
+
+namespace {
+
+class SummaryCommand : public Command {
+public:
+    QString name() const override { return QStringLiteral("summary"); }
+    QString synopsis() const override { return QStringLiteral("RUN --kind S|H [--format txt|csv|xlsx|json] [-o FILE|-]"); }
+    QString summary() const override
+    {
+        return QStringLiteral("The stand summary per cycle year: before harvest, removals, after harvest, periodic annual "
+                              "increment (a harvested run: what each harvest took). Without -o it goes to the Work folder and "
+                              "its path is printed; -o - writes it to stdout.");
+    }
+    QList<QCommandLineOption> options() const override
+    {
+        return {QCommandLineOption(QStringLiteral("kind"), QStringLiteral("Standing (S) or harvested (H) trees."), QStringLiteral("S|H")),
+                QCommandLineOption(QStringLiteral("format"), QStringLiteral("txt (default, fixed columns), csv, xlsx or json."),
+                                   QStringLiteral("FORMAT")),
+                QCommandLineOption(QStringLiteral("o"), QStringLiteral("Where the summary goes: a file, or - for stdout."),
+                                   QStringLiteral("FILE"))};
+    }
+    int minArguments() const override { return 1; }
+    int maxArguments() const override { return 1; }
+
+    int run(CliContext &ctx, const QCommandLineParser &parser, const QStringList &args) override
+    {
+        const RunKind kind = KindOption(parser);
+        const TableFormat format =
+            FormatOption(parser, {QStringLiteral("txt"), QStringLiteral("csv"), QStringLiteral("xlsx"), QStringLiteral("json")});
+        const QString output = parser.value(QStringLiteral("o"));
+        if (parser.isSet(QStringLiteral("o")) && output.isEmpty())
+            throw CliUsageFault{QStringLiteral("-o needs a file, or - for the standard output")};
+
+        CliSession session(ctx);
+        session.open();
+        const StandSummary summary = ReadStandSummary(session.tm.db, session.requireRun(args.first(), kind));
+        const ExportTable table = StandSummaryExportTable(summary);
+        const QByteArray text = format == TableFormat::Json ? StandSummaryJson(summary) : StandSummaryText(summary).toUtf8();
+        const QString defaultPath = QDir(session.tm.ReportFolder())
+                                        .filePath(SafeFileStem(summary.run.runId) + QStringLiteral("_Summary") + FormatSuffix(format));
+        WriteTableOutput(ctx, format, output, defaultPath, text, {table}, table);
+        return CliOk;
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeSummaryCommand()
+{
+    return std::make_unique<SummaryCommand>();
+}
+
+}  // namespace sendrel

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "store/Run.h"
+
+#include <QList>
+#include <QtGlobal>
+
+#include <optional>
+
+namespace sendrel {
+
+class RunStore;
+
+// Square metres of a circle of 1 cm diameter to 13 digits of pi: the constant of every basal
+// area sum of the program, so that a summary's basal area is the composition's.
+inline constexpr double kSummaryBasalAreaFactor = 7.853981633974E-05;
+// Reineke's reference diameter (cm) and slope, in the metric form of the index.
+inline constexpr double kReinekeReferenceDiameter = 25.4;
+inline constexpr double kReinekeSlope = 1.605;
+
+// The per-hectare sums of a group of tree records: stems (Trees_per_ha), basal area
+// (d * d * k * tph, d in cm), gross total volume (Total_Volume * tph), gross merchantable volume
+// (Gross_Merch_Volume * tph) and merchantable volume less decay, waste and breakage
+// (MerchVolLessDWB * tph). A NULL factor adds nothing, as in a SQL SUM.
+struct StandSums {
+    double sph = 0;
+    double basalArea = 0;
+    double totalVolume = 0;
+    double grossMerchVolume = 0;
+    double netMerchVolume = 0;
+};
+
+// Quadratic mean diameter, cm: sqrt(BA / SPH / k), the diameter of the tree of mean basal area.
+// None without stems, or with more stems or basal area taken away than there were.
+std::optional<double> QuadraticMeanDiameter(double basalArea, double sph);
+// Reineke's stand density index, metric: SPH * (QMD / 25.4) ^ 1.605. 0 without stems; none
+// where the mean diameter is none.
+std::optional<double> StandDensityIndex(double basalArea, double sph);
+
+// One cycle year of a run.
+struct StandSummaryRow {
+    qint32 cycle = 0;
+    qint32 year = 0;
+    // Standing run: the standing list of this cycle as imported (before harvest). Harvested run:
+    // the harvested list of this cycle, what the harvest took.
+    StandSums before;
+    // Standing run only: the harvested list's trees of this calendar year; none when the run has
+    // no harvested list.
+    std::optional<StandSums> removed;
+    // Standing run only: what stays, the standing trees of this year less the harvested trees of
+    // this year; the same as before when the run has no harvested list.
+    StandSums after;
+    // Standing run only: the periodic annual increment of gross total and of net merchantable
+    // volume from this row's stand after harvest to the next row's stand before harvest, divided
+    // by the years between them; none on the last row, or when the next row's year is not later.
+    std::optional<double> paiTotalVolume;
+    std::optional<double> paiNetMerchVolume;
+};
+
+// The stand summary of a run: one row per cycle of its list, in the list's order (the order of
+// the years list and of the composition's points).
+//
+// Standing runs take the harvested list of the same Run Id as the composition's second pass
+// does: a harvested tree counts in the calendar year of its own list's cycle, so the two lists
+// meet by year even where their cycle numbers differ. A harvested year without a standing cycle
+// has no row; a standing year without a harvested cycle has no removals (0). Where two standing
+// cycles share a year, each row's after-harvest sums are those of the whole year, as the
+// composition's second pass shows them.
+//
+// The sums add as the composition's statements add: per header row of the run and species, the
+// header's tree records in table order (the cycle's "before" sums); per year and species, every
+// header's records with harvested ones negative (after) or alone (removed). A row's total adds its
+// species in the order of their first tree record of the kind, the composition's series order.
+struct StandSummary {
+    RunKey run;
+    bool hasHarvest = false;   // standing run: whether the Run Id has a harvested list
+    QList<StandSummaryRow> rows;
+};
+
+// Reads the summary as of one moment: the run's headers in one statement, then each header's tree
+// records through one prepared statement, so the cost grows with the records once. Fails
+// (SendrelError) naming the run when it is not in the database, also when another program deleted
+// it since it was listed.
+StandSummary ReadStandSummary(RunStore &db, const RunKey &run);
+
+}  // namespace sendrel

@@ -1,0 +1,309 @@
+#include "domain/summary/StandSummaryTable.h"
+
+#include "base/ToolBox.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace sendrel {
+
+namespace {
+
+using Value = std::optional<double>;
+
+// The statistics of one group of sums, as columns.
+Value sph(const StandSums &s) { return s.sph; }
+Value basalArea(const StandSums &s) { return s.basalArea; }
+Value qmd(const StandSums &s) { return QuadraticMeanDiameter(s.basalArea, s.sph); }
+Value sdi(const StandSums &s) { return StandDensityIndex(s.basalArea, s.sph); }
+Value totalVolume(const StandSums &s) { return s.totalVolume; }
+Value grossMerch(const StandSums &s) { return s.grossMerchVolume; }
+Value netMerch(const StandSums &s) { return s.netMerchVolume; }
+
+struct Statistic {
+    const char *key;
+    const char *name;
+    const char *unit;
+    int decimals;
+    Value (*of)(const StandSums &);
+    bool removals;   // shown for the removed trees too
+};
+
+const Statistic kStatistics[] = {
+    {"sph", "SPH", "stems/ha", 0, sph, true},
+    {"basal_area", "BA", "sq.m/ha", 2, basalArea, true},
+    {"qmd", "QMD", "cm", 1, qmd, true},
+    {"sdi", "SDI", "stems/ha", 0, sdi, false},
+    {"gtv", "GTV", "cu.m/ha", 1, totalVolume, true},
+    {"gmv", "GMV", "cu.m/ha", 1, grossMerch, false},
+    {"nmv", "NMV", "cu.m/ha", 1, netMerch, true},
+};
+
+// Which sums of a row a group reads. Captureless, so that a column holds a plain function.
+template <int Group, std::size_t Stat> Value cell(const StandSummaryRow &row)
+{
+    const Statistic &statistic = kStatistics[Stat];
+    switch (Group) {
+    case 0:
+        return statistic.of(row.before);
+    case 1:
+        return row.removed ? statistic.of(*row.removed) : Value();
+    default:
+        return statistic.of(row.after);
+    }
+}
+
+template <int Group, std::size_t... Stat>
+void addGroup(QList<SummaryColumn> &columns, const QString &label, bool removals, std::index_sequence<Stat...>)
+{
+    const auto add = [&](const Statistic &s, Value (*value)(const StandSummaryRow &)) {
+        if (!removals || s.removals)
+            columns.append({label.toLower() + QLatin1Char('_') + QLatin1String(s.key), label, QLatin1String(s.name),
+                            QLatin1String(s.unit), s.decimals, value});
+    };
+    (add(kStatistics[Stat], &cell<Group, Stat>), ...);
+}
+
+const QString kPaiUnit = QStringLiteral("cu.m/ha/yr");
+constexpr qint16 kTotalSeriesColour = 13;
+constexpr qint32 kChartDivisions = 8;
+
+// The long names of the groups, over their columns in the text table and on paper.
+QString groupTitle(const QString &group)
+{
+    if (group == QLatin1String("Before"))
+        return QStringLiteral("Before harvest");
+    if (group == QLatin1String("Removed"))
+        return QStringLiteral("Removals");
+    if (group == QLatin1String("After"))
+        return QStringLiteral("After harvest");
+    if (group == QLatin1String("PAI"))
+        return QStringLiteral("Periodic annual increment");
+    if (group == QLatin1String("Harvested"))
+        return QStringLiteral("Harvested trees");
+    return QString();
+}
+
+int textWidth(const SummaryColumn &c)
+{
+    return static_cast<int>(std::max<qsizetype>(c.unit.isEmpty() ? 5 : 8, std::max(c.name.size(), c.unit.size()))) + 2;
+}
+
+}  // namespace
+
+QString SummaryColumn::header() const
+{
+    if (group.isEmpty())
+        return name;
+    return group + QLatin1Char(' ') + name + QStringLiteral(" (") + unit + QLatin1Char(')');
+}
+
+QList<SummaryColumn> StandSummaryColumns(RunKind kind)
+{
+    QList<SummaryColumn> columns;
+    columns.append({QStringLiteral("year"), QString(), QStringLiteral("Year"), QString(), 0,
+                    [](const StandSummaryRow &r) { return Value(r.year); }});
+    columns.append({QStringLiteral("cycle"), QString(), QStringLiteral("Cycle"), QString(), 0,
+                    [](const StandSummaryRow &r) { return Value(r.cycle); }});
+    constexpr auto all = std::make_index_sequence<std::size(kStatistics)>();
+    if (kind == RunKind::Harvested) {
+        addGroup<0>(columns, QStringLiteral("Harvested"), false, all);
+        return columns;
+    }
+    addGroup<0>(columns, QStringLiteral("Before"), false, all);
+    addGroup<1>(columns, QStringLiteral("Removed"), true, all);
+    addGroup<2>(columns, QStringLiteral("After"), false, all);
+    columns.append({QStringLiteral("pai_gtv"), QStringLiteral("PAI"), QStringLiteral("GTV"), kPaiUnit, 2,
+                    [](const StandSummaryRow &r) { return r.paiTotalVolume; }});
+    columns.append({QStringLiteral("pai_nmv"), QStringLiteral("PAI"), QStringLiteral("NMV"), kPaiUnit, 2,
+                    [](const StandSummaryRow &r) { return r.paiNetMerchVolume; }});
+    return columns;
+}
+
+QList<std::optional<double>> StandSummaryCells(const StandSummary &summary, qsizetype row)
+{
+    QList<std::optional<double>> cells;
+    for (const SummaryColumn &c : StandSummaryColumns(summary.run.kind))
+        cells.append(c.value(summary.rows.at(row)));
+    return cells;
+}
+
+QString SummaryCellText(const std::optional<double> &value, int decimals)
+{
+    if (!value)
+        return QString();
+    QString text = QString::number(*value, 'f', decimals);
+    // No "-0.0" for a value that rounds to nothing.
+    if (text.startsWith(QLatin1Char('-')) && text.toDouble() == 0)
+        text.remove(0, 1);
+    return text;
+}
+
+QString StandSummaryTitle(const RunKey &run)
+{
+    return QStringLiteral("Stand summary: ") + run.displayName();
+}
+
+ExportTable StandSummaryExportTable(const StandSummary &summary)
+{
+    ExportTable table;
+    table.name = QStringLiteral("Stand summary");
+    const QList<SummaryColumn> columns = StandSummaryColumns(summary.run.kind);
+    for (const SummaryColumn &c : columns)
+        table.headers.append(c.header());
+    for (const StandSummaryRow &row : summary.rows) {
+        QList<QVariant> cells;
+        for (const SummaryColumn &c : columns) {
+            const Value v = c.value(row);
+            cells.append(v ? QVariant(*v) : QVariant());
+        }
+        table.rows.append(cells);
+    }
+    return table;
+}
+
+QString StandSummaryText(const StandSummary &summary)
+{
+    const QList<SummaryColumn> columns = StandSummaryColumns(summary.run.kind);
+    QString groups, names, units;
+    for (qsizetype i = 0; i < columns.size();) {
+        // A group's title stands centred over its columns, in a rule of dashes.
+        qsizetype end = i;
+        int span = 0;
+        while (end < columns.size() && columns[end].group == columns[i].group)
+            span += textWidth(columns[end++]);
+        QString title = groupTitle(columns[i].group);
+        if (title.size() + 4 > span)
+            title = columns[i].group;
+        if (title.isEmpty()) {
+            groups += QString(span, QLatin1Char(' '));
+        } else {
+            const QString label = QLatin1Char(' ') + title + QLatin1Char(' ');
+            const qsizetype left = std::max<qsizetype>(0, (span - 2 - label.size()) / 2);
+            groups += QStringLiteral("  ") + QString(left, QLatin1Char('-')) + label
+                      + QString(std::max<qsizetype>(0, span - 2 - left - label.size()), QLatin1Char('-'));
+        }
+        i = end;
+    }
+    for (const SummaryColumn &c : columns) {
+        names += c.name.rightJustified(textWidth(c));
+        units += c.unit.rightJustified(textWidth(c));
+    }
+    QString text = StandSummaryTitle(summary.run) + QLatin1Char('\n') + groups + QLatin1Char('\n') + names + QLatin1Char('\n')
+                   + units + QLatin1Char('\n');
+    for (const StandSummaryRow &row : summary.rows) {
+        QString line;
+        for (const SummaryColumn &c : columns)
+            line += SummaryCellText(c.value(row), c.decimals).rightJustified(textWidth(c));
+        text += line + QLatin1Char('\n');
+    }
+    return text;
+}
+
+QByteArray StandSummaryJson(const StandSummary &summary)
+{
+    // Written by hand so that the keys keep the columns' order.
+    const QList<SummaryColumn> columns = StandSummaryColumns(summary.run.kind);
+    QStringList objects;
+    for (const StandSummaryRow &row : summary.rows) {
+        QStringList members;
+        for (const SummaryColumn &c : columns) {
+            const Value v = c.value(row);
+            members.append(QStringLiteral("\"%1\": %2").arg(c.key, v ? ExportNumber(*v) : QStringLiteral("null")));
+        }
+        objects.append(QStringLiteral("  {") + members.join(QStringLiteral(", ")) + QLatin1Char('}'));
+    }
+    return (QStringLiteral("[\n") + objects.join(QStringLiteral(",\n")) + (objects.isEmpty() ? QString() : QStringLiteral("\n"))
+            + QStringLiteral("]\n"))
+        .toUtf8();
+}
+
+QString StandSummaryHtml(const StandSummary &summary)
+{
+    const QList<SummaryColumn> columns = StandSummaryColumns(summary.run.kind);
+    QString groups, names;
+    for (qsizetype i = 0; i < columns.size();) {
+        qsizetype end = i;
+        while (end < columns.size() && columns[end].group == columns[i].group)
+            ++end;
+        groups += QStringLiteral("<th colspan=\"%1\">%2</th>").arg(end - i).arg(groupTitle(columns[i].group).toHtmlEscaped());
+        i = end;
+    }
+    for (const SummaryColumn &c : columns)
+        // A narrow column breaks its unit after a slash, not inside a word.
+        names += QStringLiteral("<th>%1<br>%2</th>").arg(c.name.toHtmlEscaped(), c.unit.toHtmlEscaped().replace(QLatin1Char('/'), QStringLiteral("/&#8203;")));
+    QString body;
+    for (const StandSummaryRow &row : summary.rows) {
+        body += QStringLiteral("<tr>");
+        for (const SummaryColumn &c : columns)
+            body += QStringLiteral("<td align=\"right\">%1</td>").arg(SummaryCellText(c.value(row), c.decimals));
+        body += QStringLiteral("</tr>");
+    }
+    return QStringLiteral("<html><body><h3>%1</h3><table border=\"1\" cellspacing=\"0\" cellpadding=\"2\">"
+                          "<tr>%2</tr><tr>%3</tr>%4</table></body></html>")
+        .arg(StandSummaryTitle(summary.run).toHtmlEscaped(), groups, names, body);
+}
+
+ChartData StandSummaryChart(const StandSummary &summary, qsizetype column)
+{
+    const SummaryColumn c = StandSummaryColumns(summary.run.kind).at(column);
+    QList<std::pair<double, double>> points;   // year, value
+    for (const StandSummaryRow &row : summary.rows) {
+        if (const Value v = c.value(row))
+            points.append({static_cast<double>(row.year), *v});
+    }
+    ChartData chart;
+    chart.setKind(ChartData::Kind::TimeLines);
+    chart.ChartReset(9);
+    chart.ChartSeriesCount(1);
+    chart.ChartPointCount(static_cast<qint16>(points.size()));
+    chart.ChartSeries(1);
+    double lowest = 0;
+    double highest = 0;
+    for (qsizetype p = 0; p < points.size(); ++p) {
+        chart.ChartPoint(static_cast<qint16>(p + 1));
+        chart.ChartValue(points[p].second);
+        chart.ChartPointX(points[p].first);
+        lowest = std::min(lowest, points[p].second);
+        highest = std::max(highest, points[p].second);
+    }
+    chart.ChartSeriesLegend(1, c.header());
+    // The colour of the composition's "Total" series: the summary is the stand as a whole.
+    chart.ChartSeriesColour(1, SpeciesColourIndex(kTotalSeriesColour));
+
+    double first = points.isEmpty() ? 0 : points.first().first;
+    double last = first;
+    for (const auto &p : std::as_const(points)) {
+        first = std::min(first, p.first);
+        last = std::max(last, p.first);
+    }
+    qint32 ticks = kChartDivisions;
+    NiceAxisScale(first, last, ticks);
+    chart.ChartXAxisMin(first);
+    chart.ChartXAxisMax(last);
+    chart.ChartXAxisTicks(ticks);
+
+    // The axis starts at 0, or below it for a negative increment.
+    if (lowest < 0) {
+        double zero = 0;
+        qint32 below = kChartDivisions;
+        lowest = -lowest;
+        NiceAxisScale(zero, lowest, below);
+        lowest = -lowest;
+    }
+    double zero = 0;
+    ticks = kChartDivisions;
+    NiceAxisScale(zero, highest, ticks);
+    chart.ChartYAxisMin(lowest);
+    chart.ChartYAxisMax(highest);
+    chart.ChartYAxisTicks(ticks);
+
+    chart.ChartTopTitle(summary.run.runId + QStringLiteral(": ") + groupTitle(c.group) + QLatin1Char(' ') + c.name);
+    chart.ChartLeftTitle(c.name + QStringLiteral(" (") + c.unit + QLatin1Char(')'));
+    chart.ChartBottomTitle(QStringLiteral("Year"));
+    chart.ChartGrid(1);
+    return chart;
+}
+
+}  // namespace sendrel

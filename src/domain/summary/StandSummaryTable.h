@@ -1,0 +1,54 @@
+#pragma once
+
+#include "domain/export/TableExport.h"
+#include "domain/output/ChartData.h"
+#include "domain/summary/StandSummary.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace sendrel {
+
+// One column of a summary table. Standing runs: Year, Cycle, the stand before harvest (SPH, BA,
+// QMD, SDI, GTV, GMV, NMV), the removals (SPH, BA, QMD, GTV, NMV), the stand after harvest (as
+// before) and the periodic annual increments (GTV, NMV). Harvested runs: Year, Cycle and the
+// harvested trees of each cycle (as before). A run without a harvested list keeps the columns of
+// the removals, empty.
+struct SummaryColumn {
+    QString key;        // "before_sph": the JSON name
+    QString group;      // "Before", "Removed", "After", "PAI", "Harvested"; "" for Year and Cycle
+    QString name;       // "SPH", "BA", ...
+    QString unit;       // "stems/ha", ...; "" for Year and Cycle
+    int decimals = 0;   // in the text table and on screen
+    std::optional<double> (*value)(const StandSummaryRow &row) = nullptr;
+
+    // "Before SPH (stems/ha)": a header with its unit, as exports write it.
+    QString header() const;
+};
+
+QList<SummaryColumn> StandSummaryColumns(RunKind kind);
+// The cells of one row, one per column; none where a column has no number.
+QList<std::optional<double>> StandSummaryCells(const StandSummary &summary, qsizetype row);
+// A cell as the text table and the window show it: fixed decimals, a dot, no thousands separators.
+QString SummaryCellText(const std::optional<double> &value, int decimals);
+
+// The summary as an export writes it: one header row with units, numbers as numbers.
+ExportTable StandSummaryExportTable(const StandSummary &summary);
+// Fixed columns: a title line, three heading lines (group, name, unit), one line per row. LF ends.
+QString StandSummaryText(const StandSummary &summary);
+// An array of one object per row, keyed by the columns' keys; null where a cell has no number.
+QByteArray StandSummaryJson(const StandSummary &summary);
+// The table as an HTML document, for printing.
+QString StandSummaryHtml(const StandSummary &summary);
+// "Stand summary: R1:Standing".
+QString StandSummaryTitle(const RunKey &run);
+
+// One column over the years as a time chart: one series in the colour of the composition's
+// "Total", a point for each row with a number, the years on a rounded axis, the values from 0
+// (or below, for a negative increment).
+ChartData StandSummaryChart(const StandSummary &summary, qsizetype column);
+
+}  // namespace sendrel

@@ -1,0 +1,211 @@
+#include "windows/summary/frmStandSummary.h"
+
+#include "app/TreeModel.h"
+#include "base/SafeFileName.h"
+#include "base/SendrelError.h"
+#include "base/UserQuestions.h"
+#include "domain/summary/StandSummaryTable.h"
+#include "graph/Graph.h"
+#include "windows/common/FrameHost.h"
+#include "windows/common/ReportWindowHost.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QImage>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QPrintDialog>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QTableWidget>
+#include <QTextDocument>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace sendrel {
+
+namespace {
+
+// Points: the document is laid out on the printer's page in points.
+constexpr qreal kPrintFontPoints = 7;
+constexpr qreal kChartPrintWidth = 720;
+
+}  // namespace
+
+template <typename F> void frmStandSummary::handled(F &&handler)
+{
+    try {
+        handler();
+    } catch (const SendrelError &e) {
+        m_tm.questions.ShowErrorMessage(e.description());
+    }
+}
+
+frmStandSummary::frmStandSummary(TreeModel &tm, QWidget *parent) : QWidget(parent), m_tm(tm), m_printer(QPrinter::HighResolution)
+{
+    setObjectName(QStringLiteral("frmStandSummary"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Stand Summary"));
+
+    grdSummary = new QTableWidget(this);
+    grdSummary->setObjectName(QStringLiteral("grdSummary"));
+    grdSummary->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grdSummary->setSelectionBehavior(QAbstractItemView::SelectColumns);
+    grdSummary->verticalHeader()->hide();
+    grdSummary->verticalHeader()->setDefaultSectionSize(grdSummary->fontMetrics().height() + 6);
+    cboColumn = new QComboBox(this);
+    cboColumn->setObjectName(QStringLiteral("cboColumn"));
+    auto *chartLabel = new QLabel(QStringLiteral("&Chart of:"), this);
+    chartLabel->setObjectName(QStringLiteral("lblColumn"));
+    chartLabel->setBuddy(cboColumn);
+    gphSummary = new Graph(this);
+    gphSummary->setObjectName(QStringLiteral("gphSummary"));
+    gphSummary->setKind(ChartData::Kind::TimeLines);
+    gphSummary->setMinimumHeight(260);
+
+    cmdPrint = new QPushButton(QStringLiteral("Print"), this);
+    cmdPrint->setObjectName(QStringLiteral("cmdPrint"));
+    cmdExport = new QPushButton(QStringLiteral("Export..."), this);
+    cmdExport->setObjectName(QStringLiteral("cmdExport"));
+    cmdHelp = new QPushButton(QStringLiteral("Help"), this);
+    cmdHelp->setObjectName(QStringLiteral("cmdHelp"));
+    cmdClose = new QPushButton(QStringLiteral("Close"), this);
+    cmdClose->setObjectName(QStringLiteral("cmdClose"));
+
+    auto *choice = new QHBoxLayout;
+    choice->addWidget(chartLabel);
+    choice->addWidget(cboColumn, 1);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(cmdPrint);
+    buttons->addWidget(cmdExport);
+    buttons->addStretch();
+    buttons->addWidget(cmdHelp);
+    buttons->addWidget(cmdClose);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(grdSummary, 1);
+    layout->addLayout(choice);
+    layout->addWidget(gphSummary, 1);
+    layout->addLayout(buttons);
+    resize(900, 640);
+
+    connect(cboColumn, &QComboBox::currentIndexChanged, this, [this](int index) {
+        if (index >= 0)
+            handled([this, index] { ChooseColumn(index + 2); });
+    });
+    // A click on a column's heading charts that column.
+    connect(grdSummary->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int section) {
+        if (section >= 2)
+            cboColumn->setCurrentIndex(section - 2);
+    });
+    connect(cmdPrint, &QPushButton::clicked, this, &frmStandSummary::cmdPrint_Click);
+    connect(cmdExport, &QPushButton::clicked, this, &frmStandSummary::cmdExport_Click);
+    connect(cmdHelp, &QPushButton::clicked, this, [this] {
+        if (ShowHelpTopic)
+            ShowHelpTopic(HelpContextID);
+    });
+    connect(cmdClose, &QPushButton::clicked, this, &QWidget::close);
+}
+
+void frmStandSummary::ShowRun(const RunKey &run)
+{
+    m_summary = ReadStandSummary(m_tm.db, run);
+    setWindowTitle(QStringLiteral("Stand Summary: ") + run.runId
+                   + (run.kind == RunKind::Harvested ? QStringLiteral(" (Harvested)") : QString()));
+
+    const QList<SummaryColumn> columns = StandSummaryColumns(run.kind);
+    grdSummary->clear();
+    grdSummary->setColumnCount(static_cast<int>(columns.size()));
+    grdSummary->setRowCount(static_cast<int>(m_summary.rows.size()));
+    QStringList headings;
+    for (const SummaryColumn &c : columns)
+        headings.append(c.group.isEmpty() ? c.name : c.group + QLatin1Char('\n') + c.name + QLatin1Char('\n') + c.unit);
+    grdSummary->setHorizontalHeaderLabels(headings);
+    for (int r = 0; r < m_summary.rows.size(); ++r) {
+        for (int c = 0; c < columns.size(); ++c) {
+            auto *item = new QTableWidgetItem(SummaryCellText(columns[c].value(m_summary.rows[r]), columns[c].decimals));
+            item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            grdSummary->setItem(r, c, item);
+        }
+    }
+    grdSummary->resizeColumnsToContents();
+
+    // Gross total volume before harvest (a harvested run: harvested) is charted first.
+    const QSignalBlocker quiet(cboColumn);
+    cboColumn->clear();
+    int first = 0;
+    for (int c = 2; c < columns.size(); ++c) {
+        cboColumn->addItem(columns[c].header());
+        if (columns[c].name == QLatin1String("GTV") && first == 0)
+            first = c - 2;
+    }
+    cboColumn->setCurrentIndex(first);
+    ChooseColumn(first + 2);
+}
+
+void frmStandSummary::ChooseColumn(int column)
+{
+    gphSummary->setChartData(StandSummaryChart(m_summary, column));
+    gphSummary->ChartDraw(2);
+}
+
+int frmStandSummary::ChartColumn() const
+{
+    return cboColumn->currentIndex() + 2;
+}
+
+void frmStandSummary::cmdExport_Click()
+{
+    handled([this] {
+        const QString path = m_tm.questions.saveFile(ExportFileRequest(QStringLiteral("Export Stand Summary"), m_tm.ReportFolder(),
+                                                                       SafeFileStem(m_summary.run.runId) + QStringLiteral("_Summary")));
+        if (path.isEmpty())
+            return;
+        const ExportTable table = StandSummaryExportTable(m_summary);
+        SaveExport(path, {table}, table);
+    });
+}
+
+void frmStandSummary::cmdPrint_Click()
+{
+    handled([this] {
+        m_printer.setPageOrientation(QPageLayout::Landscape);
+        const bool go = m_printDialog ? m_printDialog(m_printer, this) : QPrintDialog(&m_printer, this).exec() == QDialog::Accepted;
+        if (!go)
+            return;
+        // The table, then the chart on a page of its own, as the window shows it.
+        QTextDocument document;
+        QFont font = document.defaultFont();
+        font.setPointSizeF(kPrintFontPoints);
+        document.setDefaultFont(font);
+        document.setPageSize(m_printer.pageLayout().paintRect(QPageLayout::Point).size());
+        const bool colour = m_printer.colorMode() == QPrinter::Color;
+        document.addResource(QTextDocument::ImageResource, QUrl(QStringLiteral("chart.png")),
+                             gphSummary->toImage(Graph::kFileSize, colour));
+        QString html = StandSummaryHtml(m_summary);
+        html.replace(QStringLiteral("</body>"), QStringLiteral("<p style=\"page-break-before: always\"><img src=\"chart.png\" width=\"%1\"></p></body>")
+                                                    .arg(kChartPrintWidth));
+        document.setHtml(html);
+        document.print(&m_printer);
+    });
+}
+
+frmStandSummary *OpenStandSummaryWindow(TreeModel &tm, FrameHost &frame, const RunKey &run)
+{
+    frame.SetMousePointer(kPointerHourglass);
+    auto *window = new frmStandSummary(tm);
+    try {
+        window->ShowRun(run);
+    } catch (...) {
+        delete window;
+        frame.SetMousePointer(kPointerDefault);
+        throw;
+    }
+    window->ShowHelpTopic = [&frame](int topic) { frame.ShowHelpTopic(topic); };
+    if (QMdiSubWindow *sub = frame.AddChildWindow(window))
+        sub->show();
+    frame.SetMousePointer(kPointerDefault);
+    return window;
+}
+
+}  // namespace sendrel

@@ -1,0 +1,188 @@
+#include "support/TestMain.h"
+
+#include "base/SendrelError.h"
+#include "domain/summary/StandSummaryTable.h"
+#include "support/RunDatabase.h"
+
+#include <cmath>
+#include <tuple>
+
+using namespace sendrel;
+using namespace sendrel::test;
+
+namespace {
+
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+
+// A stand of three cycles; the harvest's cycle numbers differ from the standing ones, and it
+// has a year (2015) that the standing list lacks.
+void addHandRun(RunDatabase &db)
+{
+    db.addRun(QStringLiteral("HAND"), QStringLiteral("S"));
+    db.addRun(QStringLiteral("HAND"), QStringLiteral("H"));
+    for (const auto &[kind, cycle, year] : {std::tuple{"S", 1, 2000}, {"S", 2, 2010}, {"S", 3, 2025}, {"H", 11, 2010}, {"H", 12, 2015}})
+        db.addHeader(QStringLiteral("HAND"), QString::fromLatin1(kind), cycle, year);
+    const struct {
+        const char *kind;
+        int cycle, species;
+        double d, tph, total, gross, net;
+    } trees[] = {{"S", 1, 1, 20, 100, 0.3, 0.25, 0.2}, {"S", 1, 2, 10, 200, 0.05, 0.04, 0.03}, {"S", 2, 1, 30, 100, 0.8, 0.7, 0.6},
+                 {"S", 2, 2, 20, 100, 0.3, 0.25, 0.2}, {"H", 11, 2, 20, 60, 0.3, 0.25, 0.2},  {"S", 3, 1, 40, 100, 1.5, 1.3, 1.1},
+                 {"H", 12, 1, 30, 10, 0.8, 0.7, 0.6}};
+    Statement add(db.db.DBEngine, QStringLiteral("INSERT INTO Model_Entries (Run_Id, Standing_Harvested, Cycle_Number, Species_Code, "
+                                                 "Current_Diameter, Trees_per_ha, Total_Volume, Gross_Merch_Volume, MerchVolLessDWB) "
+                                                 "VALUES ('HAND', ?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"));
+    for (const auto &t : trees)
+        add.bind(1, QString::fromLatin1(t.kind)).bind(2, t.cycle).bind(3, t.species).bind(4, t.d).bind(5, t.tph).bind(6, t.total).bind(7, t.gross).bind(8, t.net).run();
+}
+
+qsizetype columnOf(RunKind kind, const QString &key)
+{
+    const QList<SummaryColumn> columns = StandSummaryColumns(kind);
+    for (qsizetype c = 0; c < columns.size(); ++c) {
+        if (columns[c].key == key)
+            return c;
+    }
+    return -1;
+}
+
+// None also where the summary has no row of that year.
+std::optional<double> cellOf(const StandSummary &s, int year, const QString &key)
+{
+    for (const StandSummaryRow &row : s.rows) {
+        if (row.year == year)
+            return StandSummaryColumns(s.run.kind).at(columnOf(s.run.kind, key)).value(row);
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+class tst_standsummary : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<RunDatabase> m_db;
+
+private slots:
+    void init()
+    {
+        m_db = std::make_unique<RunDatabase>();
+        addHandRun(*m_db);
+    }
+    void cleanup() { m_db.reset(); }
+
+    // The hand-made run, cell by cell: sums, the formulas of QMD, SDI and PAI, removals matched by
+    // year, a harvest year without a standing cycle left out, and the harvested run's own table.
+    void numbers_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<int>("year");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<double>("expected");
+        const auto row = [](const char *kind, int year, const char *key, double expected) {
+            QTest::addRow("%s %d %s", kind, year, key) << QString::fromLatin1(kind) << year << QString::fromLatin1(key) << expected;
+        };
+        row("S", 2000, "before_sph", 300);
+        row("S", 2000, "before_basal_area", 4.7123889803844001);       // k * (20² * 100 + 10² * 200)
+        row("S", 2000, "before_qmd", 14.142135623730949);              // sqrt(BA / SPH / k) = sqrt(200)
+        row("S", 2000, "before_sdi", 117.20326522093313);              // SPH * (QMD / 25.4) ^ 1.605
+        row("S", 2000, "before_gmv", 33);
+        row("S", 2000, "before_nmv", 26);
+        row("S", 2000, "removed_sph", 0);                              // a harvested list, but no harvest that year
+        row("S", 2000, "removed_qmd", kNone);
+        row("S", 2000, "after_gtv", 40);
+        row("S", 2000, "pai_gtv", 7);                                  // (110 - 40) / 10
+        row("S", 2000, "pai_nmv", 5.4);                                // (80 - 26) / 10
+        row("S", 2010, "removed_sph", 60);                             // harvested cycle 11, matched by its year
+        row("S", 2010, "removed_qmd", 20);
+        row("S", 2010, "removed_nmv", 12);
+        row("S", 2010, "after_sph", 140);
+        row("S", 2010, "after_qmd", 27.516228977511748);
+        row("S", 2010, "after_sdi", 159.18792755025424);
+        row("S", 2010, "pai_gtv", 58.0 / 15);                          // (150 - 92) / 15 years
+        row("S", 2010, "pai_nmv", 2.8);
+        row("S", 2025, "before_qmd", 40);
+        row("S", 2025, "pai_gtv", kNone);                              // the last row has no next stand
+        row("S", 2015, "year", kNone);                                 // a harvest year alone has no row
+        row("H", 2010, "cycle", 11);                                   // its own list's cycle
+        row("H", 2015, "harvested_qmd", 30);
+        row("H", 2015, "harvested_sdi", 13.062355484189469);
+    }
+    void numbers()
+    {
+        QFETCH(QString, kind);
+        QFETCH(int, year);
+        QFETCH(QString, key);
+        QFETCH(double, expected);
+        const StandSummary s = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), *ParseKind(kind)});
+        const std::optional<double> value = cellOf(s, year, key);
+        if (std::isnan(expected)) {
+            QVERIFY2(!value, qPrintable(QString::number(value.value_or(0))));
+            return;
+        }
+        QVERIFY(value);
+        QVERIFY2(std::fabs(*value - expected) <= 1e-12 * std::max(1.0, std::fabs(expected)),
+                 qPrintable(QStringLiteral("%1 != %2").arg(*value, 0, 'g', 17).arg(expected, 0, 'g', 17)));
+    }
+
+    // Without a harvested list: no removals, and what stays is what stood, to the last bit.
+    void runWithoutHarvest()
+    {
+        for (const char *table : {"Model_Run", "Model_Header", "Model_Entries"})
+            m_db->exec(QStringLiteral("DELETE FROM %1 WHERE Standing_Harvested = 'H'").arg(QLatin1String(table)));
+        const StandSummary s = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), RunKind::Standing});
+        QVERIFY(!s.hasHarvest);
+        for (const StandSummaryRow &r : s.rows) {
+            QVERIFY(!r.removed);
+            QCOMPARE(r.after.sph, r.before.sph);
+            QCOMPARE(r.after.basalArea, r.before.basalArea);
+            QCOMPARE(r.after.netMerchVolume, r.before.netMerchVolume);
+        }
+        QCOMPARE(*s.rows.first().paiTotalVolume, (110.0 - 40.0) / 10);
+    }
+
+    void formulasAtTheirEdges()
+    {
+        QVERIFY(!QuadraticMeanDiameter(0, 0));
+        QVERIFY(!QuadraticMeanDiameter(1, -5));          // more taken than stood
+        QCOMPARE(*StandDensityIndex(0, 0), 0.0);
+        QVERIFY(!StandDensityIndex(-1, 10));
+        QCOMPARE(SummaryCellText(-0.0004, 2), QStringLiteral("0.00"));
+    }
+
+    void aRunThatIsGone()
+    {
+        try {
+            ReadStandSummary(m_db->db, {QStringLiteral("GONE"), RunKind::Standing});
+            QFAIL("read a run that is not there");
+        } catch (const SendrelError &e) {
+            QVERIFY2(e.description().contains(QStringLiteral("GONE:Standing is not in the database")), qPrintable(e.description()));
+        }
+    }
+
+    // The forms of the table carry the same numbers: JSON objects in column order, text columns.
+    void textJsonAndChart()
+    {
+        const StandSummary s = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), RunKind::Standing});
+        const QByteArray json = StandSummaryJson(s);
+        QVERIFY(json.startsWith("[\n  {\"year\": 2000, \"cycle\": 1, \"before_sph\": 300, "));
+        QVERIFY(json.endsWith(", \"pai_gtv\": null, \"pai_nmv\": null}\n]\n"));
+
+        const QStringList lines = StandSummaryText(s).split(QLatin1Char('\n'));
+        QCOMPARE(lines.at(0), QStringLiteral("Stand summary: HAND:Standing"));
+        QCOMPARE(StandSummaryColumns(RunKind::Harvested).size(), 9);
+        QCOMPARE(StandSummaryExportTable(s).headers.last(), QStringLiteral("PAI NMV (cu.m/ha/yr)"));
+        QVERIFY2(lines.at(2).startsWith(QStringLiteral("   Year  Cycle       SPH        BA       QMD       SDI       GTV")), qPrintable(lines.at(2)));
+        QVERIFY2(lines.at(5).startsWith(QStringLiteral("   2010      2       200     10.21      25.5       201     110.0      95.0      80.0        60")),
+                 qPrintable(lines.at(5)));
+
+        const ChartData chart = StandSummaryChart(s, columnOf(RunKind::Standing, QStringLiteral("pai_gtv")));
+        QCOMPARE(chart.series().size(), 1);
+        QCOMPARE(chart.series().first().xs, (QVector<double>{2000, 2010}));   // no point where there is no number
+        QCOMPARE(chart.series().first().colour, qint16(13));
+        QCOMPARE(chart.series().first().legend, QStringLiteral("PAI GTV (cu.m/ha/yr)"));
+    }
+};
+
+SENDREL_TEST_MAIN(tst_standsummary)
+#include "tst_standsummary.moc"
