@@ -20,6 +20,7 @@ std::vector<std::unique_ptr<Command>> AllCommands()
     commands.push_back(MakeDescribeCommand());
     commands.push_back(MakeReportCommand());
     commands.push_back(MakeChartCommand());
+    commands.push_back(MakeCompactCommand());
     commands.push_back(MakeGenerateSampleCommand());
     commands.push_back(MakeRegisterInstallationCommand());
     return commands;

@@ -47,6 +47,7 @@ std::unique_ptr<Command> MakeDeleteCommand();
 std::unique_ptr<Command> MakeDescribeCommand();
 std::unique_ptr<Command> MakeReportCommand();
 std::unique_ptr<Command> MakeChartCommand();
+std::unique_ptr<Command> MakeCompactCommand();
 std::unique_ptr<Command> MakeGenerateSampleCommand();
 std::unique_ptr<Command> MakeRegisterInstallationCommand();
 
