@@ -159,27 +159,35 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     // the old rows go, the run row comes, then the whole list or nothing of it.
     std::optional<WriteTransaction> transaction;
     try {
-        // A Run Id found free is looked up again under the write lock: another program may have
-        // imported it since. Then the user is asked again, with no lock held.
-        for (;;) {
-            transaction.emplace(engine);
-            if (result.dialogResult != kDialogOK || !db.runExists({runId, runKind}))
-                break;
+        // What the user settled is looked up again under the write lock, before the old rows go
+        // (unless they are to be overwritten) and before the run row comes: another program may
+        // have imported the Run Id since. Then the user is asked again, with no lock held.
+        const auto takenMeanwhile = [&](bool beforeRunRow) {
+            if ((!beforeRunRow && result.dialogResult != kDialogOK) || !db.runExists({runId, runKind}))
+                return false;
             transaction->rollback();
             result.dialogResult = SettleRunId(db, questions, runId, runKind);
             result.runId = runId;
+            return true;
+        };
+        for (;;) {
+            transaction.emplace(engine);
+            if (!takenMeanwhile(false)) {
+                db.deleteRun({runId, runKind});
+                transaction->commit();
+                transaction.emplace(engine);
+                if (!takenMeanwhile(true)) {
+                    engine.AddRecord(QStringLiteral("Model_Run"),
+                                     {runId, stamp.dateText(), stamp.timeText(), QStringLiteral("Not Used"), kind}, false);
+                    transaction->commit();
+                    break;
+                }
+            }
             if (result.dialogResult == kDialogCancel) {
                 result.ending = ImportEnding::Cancelled;
                 return result;
             }
         }
-        db.deleteRun({runId, runKind});
-        transaction->commit();
-
-        transaction.emplace(engine);
-        engine.AddRecord(QStringLiteral("Model_Run"), {runId, stamp.dateText(), stamp.timeText(), QStringLiteral("Not Used"), kind},
-                         false);
-        transaction->commit();
 
         transaction.emplace(engine);
         // Another import of the same run, overwriting between the transactions, may have come
