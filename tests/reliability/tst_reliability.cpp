@@ -276,8 +276,8 @@ private slots:
         QCOMPARE(Count(reader.db, QStringLiteral("Model_Entries")), 2000);
     }
 
-    // Imports at once: each of its own Run Id completes whole; of one Run Id exactly one does, and
-    // that run holds one list, never two.
+    // Imports at once: each of its own Run Id completes whole; of one Run Id exactly one does, the
+    // others meet the duplicate question, and that run holds one list, never two.
     void importsAtOnce_data()
     {
         QTest::addColumn<bool>("sameRunId");
@@ -304,9 +304,14 @@ private slots:
             }));
         }
         int completed = 0;
-        for (auto &import : imports)
-            completed += import.get().completed() ? 1 : 0;
+        int refused = 0;   // asked about the Run Id again, and refused as the tool's flag says
+        for (auto &import : imports) {
+            const ImportEnding ending = import.get().ending;
+            completed += ending == ImportEnding::Completed ? 1 : 0;
+            refused += ending == ImportEnding::Cancelled ? 1 : 0;
+        }
         QCOMPARE(completed, sameRunId ? 1 : 4);
+        QCOMPARE(refused, 4 - completed);
         QCOMPARE(f.count(QStringLiteral("Model_Run")), completed);
         QCOMPARE(f.count(QStringLiteral("Model_Header")), 4 * completed);
         QCOMPARE(f.count(QStringLiteral("Model_Entries")), 2000 * completed);
