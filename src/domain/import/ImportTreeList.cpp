@@ -158,6 +158,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     // Three transactions, as a forester's earlier data is to be kept when a later one fails:
     // the old rows go, the run row comes, then the whole list or nothing of it.
     std::optional<WriteTransaction> transaction;
+    bool committing = false;
     try {
         // What the user settled is looked up again under the write lock, before the old rows go
         // (unless they are to be overwritten) and before the run row comes: another program may
@@ -237,6 +238,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
             }
             }
         }
+        committing = true;
         entries.flush();
         transaction->commit();
         result.ending = ImportEnding::Completed;
@@ -245,7 +247,10 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
         if (transaction)
             transaction->rollback();
         result.ending = ImportEnding::Failed;
-        result.detail = QStringLiteral("Import of %1 failed: %2").arg(where(file), e.description());
+        // Rows wait in memory until the end of the list: a full disk is met there, as it is written.
+        result.detail = committing ? QStringLiteral("Import of %1 failed as its %2 lines were written: %3")
+                                         .arg(QDir::toNativeSeparators(fileName)).arg(file.lineNumber()).arg(e.description())
+                                   : QStringLiteral("Import of %1 failed: %2").arg(where(file), e.description());
         result.cyclesRead = 0;
         result.treeRecordsRead = 0;
         questions.message({QStringLiteral("Sendrel"), QStringLiteral("Import Error") + QStringLiteral("\n\n") + result.detail,

@@ -77,7 +77,9 @@ CompiledStandStockReport CompileStandStockReport(RunStore &db, UserQuestions &qu
         questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data..."));
         busy = true;
 
-        // The cycles are aggregated first, with no lock held, so that another program's import or
+        // Prepared first: tables that cannot take the rows stop the report before any work.
+        StandStockTableWriter writer(db);
+        // The cycles are aggregated next, with no lock held, so that another program's import or
         // report is not kept waiting while the trees are read.
         std::vector<StandStockData> cycles;
         std::optional<SendrelError> aggregationFailure;
@@ -99,7 +101,6 @@ CompiledStandStockReport CompileStandStockReport(RunStore &db, UserQuestions &qu
         // can neither mix its rows in nor see these half written.
         transaction.emplace(db.DBEngine);
         ClearReportTables(db, false);
-        StandStockTableWriter writer(db);
         for (qsizetype i = 0; i < static_cast<qsizetype>(cycles.size()); ++i) {
             const SelectedCycle &selected = request.cycles.at(i);
             const qint16 year = ToInt16(ReadNumber(selected.yearText));
