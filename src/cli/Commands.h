@@ -49,6 +49,6 @@ std::unique_ptr<Command> MakeReportCommand();
 std::unique_ptr<Command> MakeChartCommand();
 std::unique_ptr<Command> MakeCompactCommand();
 std::unique_ptr<Command> MakeGenerateSampleCommand();
-std::unique_ptr<Command> MakeRegisterInstallationCommand();
+std::unique_ptr<Command> MakeSetupFoldersCommand();
 
 }  // namespace sendrel
