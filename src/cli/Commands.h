@@ -48,6 +48,7 @@ std::unique_ptr<Command> MakeDescribeCommand();
 std::unique_ptr<Command> MakeReportCommand();
 std::unique_ptr<Command> MakeChartCommand();
 std::unique_ptr<Command> MakeSummaryCommand();
+std::unique_ptr<Command> MakeCompactCommand();
 std::unique_ptr<Command> MakeGenerateSampleCommand();
 std::unique_ptr<Command> MakeSetupFoldersCommand();
 

@@ -96,7 +96,28 @@ public:
         const RunKind kind = KindOption(parser);
         CliSession session(ctx);
         session.open();
-        session.tm.db.deleteRun(session.requireRun(args.first(), kind));
+        const RunKey run = session.requireRun(args.first(), kind);
+        session.tm.db.checkNotDamaged();
+        session.tm.db.deleteRun(run);
+        return CliOk;
+    }
+};
+
+class CompactCommand : public Command {
+public:
+    QString name() const override { return QStringLiteral("compact"); }
+    QString synopsis() const override { return QString(); }
+    QString summary() const override
+    {
+        return QStringLiteral("Gives the space of deleted runs back to the file system. Prints the bytes of the file (and its log) "
+                              "before and after, a tab between.");
+    }
+    int run(CliContext &ctx, const QCommandLineParser &, const QStringList &) override
+    {
+        CliSession session(ctx);
+        session.open();
+        const CompactResult result = session.tm.db.compact();
+        ctx.out << result.bytesBefore << '\t' << result.bytesAfter << '\n';
         return CliOk;
     }
 };
@@ -168,6 +189,11 @@ std::unique_ptr<Command> MakeYearsCommand()
 std::unique_ptr<Command> MakeDeleteCommand()
 {
     return std::make_unique<DeleteCommand>();
+}
+
+std::unique_ptr<Command> MakeCompactCommand()
+{
+    return std::make_unique<CompactCommand>();
 }
 
 std::unique_ptr<Command> MakeDescribeCommand()

@@ -61,7 +61,7 @@ SendrelError clsDBEngine::errorFrom(int rc) const
                             QStringLiteral("There is no room left for the run database %1: the disk is full (%2).").arg(file, cause));
     case SQLITE_CORRUPT:
         return SendrelError(ErrNo::DatabaseFailure, kSource,
-                            QStringLiteral("The run database %1 is damaged (%2). Nothing was written to it.").arg(file, cause));
+                            QStringLiteral("The run database %1 is damaged (%2).").arg(file, cause));
     case SQLITE_NOTADB:
         return SendrelError(ErrNo::DatabaseFailure, kSource, QStringLiteral("%1 is not a run database (%2).").arg(file, cause));
     case SQLITE_IOERR:
@@ -133,6 +133,10 @@ void clsDBEngine::open(bool create)
         // temporary file. It is taken only as needed and belongs to this connection.
         Statement(*this, QStringLiteral("PRAGMA cache_size = -16384")).run();
         Statement(*this, QStringLiteral("PRAGMA synchronous = NORMAL")).run();
+        // The write-ahead log grows to the size of the largest transaction (a whole import); at
+        // the next checkpoint it goes back to this size, not to stay that large while the
+        // program runs.
+        Statement(*this, QStringLiteral("PRAGMA journal_size_limit = 67108864")).run();
     } catch (const SendrelError &) {
         CloseDB();
         throw;

@@ -2,6 +2,9 @@
 
 #include "base/SendrelError.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 namespace sendrel {
 
 namespace {
@@ -145,6 +148,39 @@ void RunStore::deleteRun(const RunKey &run)
         Statement remove(DBEngine, QStringLiteral("DELETE FROM %1 WHERE Run_Id = ?1 AND Standing_Harvested = ?2").arg(QLatin1String(table)));
         remove.bind(1, run.runId).bind(2, run.letter()).run();
     }
+}
+
+void RunStore::checkNotDamaged()
+{
+    const QString nothingWritten = QStringLiteral(" Nothing was written to it.");
+    QString problem;
+    try {
+        Statement check(DBEngine, QStringLiteral("PRAGMA quick_check(1)"));
+        if (check.next())
+            problem = check.text(0);
+        check.reset();
+    } catch (const SendrelError &e) {
+        throw e.withDescription(e.description() + nothingWritten);
+    }
+    if (problem != QLatin1String("ok")) {
+        throw SendrelError(ErrNo::DatabaseFailure, QStringLiteral("SQLite"),
+                           QStringLiteral("The run database %1 is damaged (%2).").arg(QDir::toNativeSeparators(DBEngine.PathToDB), problem)
+                               + nothingWritten);
+    }
+}
+
+CompactResult RunStore::compact()
+{
+    const QString path = DBEngine.PathToDB;
+    const auto bytes = [&path] { return QFileInfo(path).size() + QFileInfo(path + QStringLiteral("-wal")).size(); };
+    CompactResult result;
+    result.bytesBefore = bytes();
+    Statement(DBEngine, QStringLiteral("VACUUM")).run();
+    // The rewritten pages went through the log; a reader of another program may keep it from
+    // being emptied now, and then it is emptied at a later checkpoint.
+    Statement(DBEngine, QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")).run();
+    result.bytesAfter = bytes();
+    return result;
 }
 
 QList<CycleRow> RunStore::cycles(const RunKey &run)

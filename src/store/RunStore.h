@@ -40,6 +40,12 @@ struct SpeciesInfo {
     QString name;
 };
 
+// What compact() did: the bytes of the file and its write-ahead log before and after.
+struct CompactResult {
+    qint64 bytesBefore = 0;
+    qint64 bytesAfter = 0;
+};
+
 // The run database as the program uses it: the engine, the long-lived recordsets kept from the
 // opening, the species of the variant (read once and kept), and typed, bound statements for the
 // runs, their cycles and their trees. Everything runs on the engine's one connection.
@@ -82,6 +88,16 @@ public:
     // Removes the rows of one run from Model_Entries, Model_Header and Model_Run, in that order.
     // Each statement stands alone: a caller wanting all or nothing opens a transaction.
     void deleteRun(const RunKey &run);
+
+    // Reads every page of the file and fails when one is damaged, saying that nothing was written.
+    // Called ahead of the first write of an import or a delete, so that a damaged file is not
+    // made worse; it costs a read of the whole file.
+    void checkNotDamaged();
+
+    // Gives the space of deleted runs back to the file system: the file is rewritten without its
+    // free pages, then the write-ahead log is emptied. Holds the write lock while it works and
+    // needs free disk space for a copy of what the file keeps.
+    CompactResult compact();
 
     // The cycles of a run in the order of the table. Blanks at both ends of the Run Id are
     // not part of the lookup.

@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 
 using namespace sendrel;
 using namespace sendrel::test;
@@ -159,6 +160,9 @@ private slots:
         QCOMPARE(tool({"delete", "PLOT 7", "--kind", "S"}).code, 0);
         QCOMPARE(m_db->count(QStringLiteral("Model_Entries"), QStringLiteral("Run_Id = 'PLOT 7'")), 3);   // the harvested list
         QCOMPARE(m_db->count(QStringLiteral("Model_Run")), 3);
+        const CliRun compacted = tool({"compact"});
+        QCOMPARE(compacted.code, 0);
+        QVERIFY2(compacted.out.contains(QRegularExpression(QStringLiteral("^[0-9]+\t[0-9]+\n$"))), qPrintable(compacted.out));
     }
 
     void aFailedImportSaysWhere()

@@ -6,6 +6,7 @@
 #include "support/RunDatabase.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <sqlite3.h>
@@ -164,6 +165,24 @@ private slots:
         const SendrelError e = failureOf(act);
         QCOMPARE(e.number(), number);
         QVERIFY2(e.description().contains(said), qPrintable(e.description()));
+    }
+
+    // Compact gives the pages of a deleted run back to the file system; what stays is untouched.
+    void compactGivesDeletedSpaceBack()
+    {
+        RunDatabase f;
+        {
+            WriteTransaction t(f.tm.DBEngine);
+            for (int i = 0; i < 20000; ++i)
+                f.addTree(QStringLiteral("BIG"), QStringLiteral("S"), 1, 3, 20, 10, 0.5);
+            f.addTree(QStringLiteral("KEEP"), QStringLiteral("S"), 1, 3, 20, 10, 0.5);
+            t.commit();
+        }
+        f.db.deleteRun({QStringLiteral("BIG"), RunKind::Standing});
+        const CompactResult r = f.db.compact();
+        QVERIFY2(r.bytesBefore > 1000000 && r.bytesAfter * 4 < r.bytesBefore, qPrintable(QStringLiteral("%1 -> %2").arg(r.bytesBefore).arg(r.bytesAfter)));
+        QCOMPARE(r.bytesAfter, QFileInfo(f.path()).size() + QFileInfo(f.path() + QStringLiteral("-wal")).size());
+        QCOMPARE(f.count(QStringLiteral("Model_Entries")), 1);
     }
 
     void runsCyclesAndTrees()

@@ -18,8 +18,16 @@ QString MakeRunEntry(const RunKey &run, const QString &description)
 
 RunEntry SplitRunEntry(const QString &entry)
 {
+    // The tab that ends the head is the one behind the kind word: a Run Id may hold tabs too.
+    qsizetype tab = -1;
+    for (qsizetype at = entry.indexOf(QLatin1Char('\t')); at >= 0 && tab < 0; at = entry.indexOf(QLatin1Char('\t'), at + 1)) {
+        const QStringView head = QStringView(entry).left(at);
+        if (head.endsWith(QLatin1String(":Standing")) || head.endsWith(QLatin1String(":Harvested")))
+            tab = at;
+    }
+    if (tab < 0)
+        tab = entry.indexOf(QLatin1Char('\t'));
     RunEntry e;
-    const qsizetype tab = entry.indexOf(QLatin1Char('\t'));
     const QString head = tab < 0 ? entry : entry.left(tab);
     e.description = tab < 0 ? QString() : entry.mid(tab + 1);
     const qsizetype colon = head.lastIndexOf(QLatin1Char(':'));

@@ -12,7 +12,8 @@ namespace sendrel {
 class RunStore;
 
 // One row of a run list: Run Id, ":", "Standing" or "Harvested", a tab, the description.
-// A Run Id may hold ":", so a row splits at the first tab and, ahead of it, at the last ":".
+// A Run Id may hold ":" and tabs, so a row splits at the first tab behind ":Standing" or
+// ":Harvested" (else at its first tab) and, ahead of it, at the last ":".
 struct RunEntry {
     QString runId;
     QString kindWord;      // "Standing" or "Harvested"

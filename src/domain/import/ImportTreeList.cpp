@@ -21,6 +21,36 @@ QString where(const TreeListFile &file)
     return QDir::toNativeSeparators(file.fileName()) + QStringLiteral(", line ") + QString::number(file.lineNumber());
 }
 
+// Kept up to the number shown, and counted beyond, so that a hostile file cannot fill memory.
+void warnOfHiddenHeader(ImportResult &result, const TreeListFile &file, const QString &consequence)
+{
+    if (result.warnings.size() == kShownWarnings) {
+        ++result.moreWarnings;
+        return;
+    }
+    result.warnings.append(
+        QStringLiteral("line %1: \"-999\" behind characters that do not print is no header; %2.").arg(file.lineNumber()).arg(consequence));
+}
+
+qint64 cycleRows(RunStore &db, const RunKey &run)
+{
+    Statement count(db.DBEngine, QStringLiteral("SELECT count(*) FROM Model_Header WHERE Run_Id = ?1 AND Standing_Harvested = ?2"));
+    count.bind(1, run.runId).bind(2, run.letter());
+    const qint64 rows = count.next() ? count.integer(0) : 0;
+    count.reset();
+    return rows;
+}
+
+// One message for all lines of a list that may not have been read as meant.
+QString warningsText(const QString &fileName, const ImportResult &result)
+{
+    QString text = QStringLiteral("%1 was imported, but these lines may not have been read as meant:\n\n").arg(QDir::toNativeSeparators(fileName))
+                   + result.warnings.join(QLatin1Char('\n'));
+    if (result.moreWarnings > 0)
+        text += QStringLiteral("\n(and %1 more)").arg(result.moreWarnings);
+    return text;
+}
+
 }  // namespace
 
 QString NextFreeRunId(RunStore &db, const QString &name)
@@ -60,27 +90,38 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     ImportResult result;
     result.kind = KindLetter(runKind);
     const QString &kind = result.kind;
+    const auto refuse = [&](const QString &detail) {
+        result.ending = ImportEnding::Refused;
+        result.detail = detail;
+        questions.ShowInfoMessage(detail);
+        questions.hideBusyMessage();
+        return result;
+    };
 
     TreeListFile file(fileName);
-    if (!file.open()) {
-        result.ending = ImportEnding::Refused;
-        result.detail = QStringLiteral("Cannot open the tree list %1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString());
-        questions.ShowInfoMessage(result.detail);
-        return result;
-    }
+    if (!file.open())
+        return refuse(QStringLiteral("Cannot open the tree list %1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
 
     // The first header; a file must hold at least one more line behind it.
     bool headerFound = false;
+    bool atEnd = true;
     QByteArray firstHeader;   // a copy: the line's bytes move when the file reads on
-    while (!file.atEnd()) {
-        const QByteArrayView line = file.readLine();
-        if (ClassifyLine(line) == LineKind::Header) {
-            firstHeader = line.toByteArray();
-            headerFound = true;
-            break;
+    try {
+        while (!file.atEnd()) {
+            const QByteArrayView line = file.readLine();
+            if (ClassifyLine(line) == LineKind::Header) {
+                firstHeader = line.toByteArray();
+                headerFound = true;
+                break;
+            }
+            if (IsHiddenHeader(line))
+                warnOfHiddenHeader(result, file, QStringLiteral("it and the lines behind it up to the first header were passed over"));
         }
+        atEnd = file.atEnd();
+    } catch (const SendrelError &e) {
+        return refuse(QStringLiteral("Cannot import %1: %2.").arg(where(file), e.description()));
     }
-    if (!headerFound || file.atEnd()) {
+    if (!headerFound || atEnd) {
         result.ending = ImportEnding::InvalidFile;
         result.detail = QStringLiteral("%1 holds no \"-999\" header with a line behind it.").arg(QDir::toNativeSeparators(fileName));
         questions.ShowInfoMessage(kInvalidFileFormatMessage);
@@ -96,11 +137,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
         current = ParseCycleHeader(firstHeader);
         stamp = ParseHeaderStamp(firstHeader);
     } catch (const SendrelError &e) {
-        result.ending = ImportEnding::Refused;
-        result.detail = QStringLiteral("Cannot import %1: the first header is out of range (%2).").arg(where(file), e.description());
-        questions.ShowInfoMessage(result.detail);
-        questions.hideBusyMessage();
-        return result;
+        return refuse(QStringLiteral("Cannot import %1: the first header is out of range (%2).").arg(where(file), e.description()));
     }
 
     QString runId = proposedRunId.isEmpty() ? SuggestRunId(current, fileName) : proposedRunId;
@@ -111,21 +148,57 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
         return result;
     }
 
+    try {
+        db.checkNotDamaged();
+    } catch (const SendrelError &e) {
+        return refuse(QStringLiteral("Cannot import %1: %2").arg(QDir::toNativeSeparators(fileName), e.description()));
+    }
+
     clsDBEngine &engine = db.DBEngine;
     // Three transactions, as a forester's earlier data is to be kept when a later one fails:
     // the old rows go, the run row comes, then the whole list or nothing of it.
     std::optional<WriteTransaction> transaction;
+    bool committing = false;
     try {
-        transaction.emplace(engine);
-        db.deleteRun({runId, runKind});
-        transaction->commit();
+        // What the user settled is looked up again under the write lock, before the old rows go
+        // (unless they are to be overwritten) and before the run row comes: another program may
+        // have imported the Run Id since. Then the user is asked again, with no lock held.
+        const auto takenMeanwhile = [&](bool beforeRunRow) {
+            if ((!beforeRunRow && result.dialogResult != kDialogOK) || !db.runExists({runId, runKind}))
+                return false;
+            transaction->rollback();
+            result.dialogResult = SettleRunId(db, questions, runId, runKind);
+            result.runId = runId;
+            return true;
+        };
+        for (;;) {
+            transaction.emplace(engine);
+            if (!takenMeanwhile(false)) {
+                db.deleteRun({runId, runKind});
+                transaction->commit();
+                transaction.emplace(engine);
+                if (!takenMeanwhile(true)) {
+                    engine.AddRecord(QStringLiteral("Model_Run"),
+                                     {runId, stamp.dateText(), stamp.timeText(), QStringLiteral("Not Used"), kind}, false);
+                    transaction->commit();
+                    break;
+                }
+            }
+            if (result.dialogResult == kDialogCancel) {
+                result.ending = ImportEnding::Cancelled;
+                return result;
+            }
+        }
 
         transaction.emplace(engine);
-        engine.AddRecord(QStringLiteral("Model_Run"), {runId, stamp.dateText(), stamp.timeText(), QStringLiteral("Not Used"), kind},
-                         false);
-        transaction->commit();
-
-        transaction.emplace(engine);
+        // Another import of the same run, overwriting between the transactions, may have come
+        // first: its list stays, and this one adds nothing to it.
+        if (!db.runExists({runId, runKind}) || cycleRows(db, {runId, runKind}) > 0) {
+            throw SendrelError(ErrNo::DatabaseFailure, QStringLiteral("Sendrel"),
+                               QStringLiteral("another program imported or deleted the run %1 while this import ran, "
+                                              "so nothing of this list was stored")
+                                   .arg(RunKey{runId, runKind}.displayName()));
+        }
         ModelEntryInserter entries(engine, runId, kind);
         AddModelHeader(engine, current, runId, kind);
         result.cyclesRead = 1;
@@ -150,6 +223,8 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
                 ++result.cyclesRead;
                 break;
             case LineKind::Record: {
+                if (IsHiddenHeader(line))
+                    warnOfHiddenHeader(result, file, QStringLiteral("it was read as a tree record of cycle %1").arg(current.cycle));
                 TreeRecord &record = entries.nextRow();
                 ParseTreeRecord(line, current.cycle, record);
                 if (!IsValidSpeciesNumber(record.speciesNumber())) {
@@ -163,6 +238,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
             }
             }
         }
+        committing = true;
         entries.flush();
         transaction->commit();
         result.ending = ImportEnding::Completed;
@@ -171,7 +247,10 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
         if (transaction)
             transaction->rollback();
         result.ending = ImportEnding::Failed;
-        result.detail = QStringLiteral("Import of %1 failed: %2").arg(where(file), e.description());
+        // Rows wait in memory until the end of the list: a full disk is met there, as it is written.
+        result.detail = committing ? QStringLiteral("Import of %1 failed as its %2 lines were written: %3")
+                                         .arg(QDir::toNativeSeparators(fileName)).arg(file.lineNumber()).arg(e.description())
+                                   : QStringLiteral("Import of %1 failed: %2").arg(where(file), e.description());
         result.cyclesRead = 0;
         result.treeRecordsRead = 0;
         questions.message({QStringLiteral("Sendrel"), QStringLiteral("Import Error") + QStringLiteral("\n\n") + result.detail,
@@ -179,6 +258,8 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     }
     file.close();
     questions.hideBusyMessage();
+    if (result.completed() && !result.warnings.isEmpty())
+        questions.message({QStringLiteral("Sendrel"), warningsText(fileName, result), MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
     return result;
 }
 

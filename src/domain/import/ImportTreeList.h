@@ -3,6 +3,7 @@
 #include "store/Run.h"
 
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 namespace sendrel {
@@ -14,9 +15,12 @@ enum class ImportEnding {
     Completed,      // the whole list stands in the tables
     Cancelled,      // a dialog was cancelled: nothing touched
     InvalidFile,    // no "-999" header, or the only header is the last line: nothing touched
-    Refused,        // the file cannot be opened, or the first header is out of range: nothing touched
+    Refused,        // the file cannot be opened or read up to its first header, the first header is out of
+                    // range, or the database is damaged: nothing touched
     Failed,         // a failure in the guarded stretch: "Import Error", rolled back
 };
+
+inline constexpr qsizetype kShownWarnings = 20;
 
 struct ImportResult {
     ImportEnding ending = ImportEnding::Cancelled;
@@ -26,6 +30,8 @@ struct ImportResult {
     int cyclesRead = 0;     // header lines stored
     qint64 treeRecordsRead = 0;
     QString detail;         // Refused and Failed: the file, the line and what went wrong
+    QStringList warnings;   // lines that may not have been read as meant, each named; told once at the end
+    qint64 moreWarnings = 0;  // such lines beyond the first kShownWarnings, counted only
 
     bool completed() const { return ending == ImportEnding::Completed; }
 };

@@ -1,5 +1,6 @@
 #include "domain/import/RunDeletion.h"
 
+#include "base/SendrelError.h"
 #include "base/UserQuestions.h"
 #include "domain/browser/RunList.h"
 #include "store/RunStore.h"
@@ -36,6 +37,7 @@ DeleteRunsResult DeleteSelectedRuns(RunStore &db, UserQuestions &questions, cons
     if (found.isEmpty())
         return result;
 
+    bool checked = false;
     for (const QString &entry : found) {
         const RunEntry run = SplitRunEntry(entry);
         if (openWindows.isRunOpen(run.key())) {
@@ -49,11 +51,35 @@ DeleteRunsResult DeleteSelectedRuns(RunStore &db, UserQuestions &questions, cons
                                                     MsgIcon::Question, MsgButtons::OKCancel, Answer::OK});
         if (answer != Answer::OK)
             continue;
+        if (!checked) {
+            db.checkNotDamaged();
+            checked = true;
+        }
         db.deleteRun(run.key());
         result.deleted.append(entry);
     }
     result.entries = refresh();
     return result;
+}
+
+void CompactRunDatabase(RunStore &db, UserQuestions &questions)
+{
+    questions.showBusyMessage(QStringLiteral("Please wait..."), QStringLiteral("Compacting the run database..."));
+    CompactResult result;
+    try {
+        result = db.compact();
+    } catch (const SendrelError &) {
+        questions.hideBusyMessage();
+        throw;
+    }
+    questions.hideBusyMessage();
+    questions.ShowInfoMessage(CompactMessage(result));
+}
+
+QString CompactMessage(const CompactResult &result)
+{
+    const auto megabytes = [](qint64 bytes) { return QString::number(static_cast<double>(bytes) / (1024.0 * 1024.0), 'f', 1); };
+    return QStringLiteral("The run database was compacted from %1 MB to %2 MB.").arg(megabytes(result.bytesBefore), megabytes(result.bytesAfter));
 }
 
 }  // namespace sendrel

@@ -116,6 +116,14 @@ LineKind ClassifyLine(QByteArrayView line)
     return LineKind::Record;
 }
 
+bool IsHiddenHeader(QByteArrayView line)
+{
+    qsizetype first = 0;
+    while (first < line.size() && (static_cast<uchar>(line[first]) <= ' ' || static_cast<uchar>(line[first]) >= 0x7f))
+        ++first;
+    return line.sliced(first).startsWith(QByteArrayView("-999")) && ClassifyLine(line) != LineKind::Header;
+}
+
 QByteArrayView CutField(QByteArrayView line, int firstColumn, int width)
 {
     const qsizetype start = firstColumn - 1;

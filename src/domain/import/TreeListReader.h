@@ -139,6 +139,11 @@ enum class LineKind { Blank, Header, Record };
 // header, preamble).
 LineKind ClassifyLine(QByteArrayView line);
 
+// True for a line that is no header only because of what stands ahead of its "-999": characters
+// that do not print (tabs, NUL bytes, a byte order mark). Such a line is read as the rules say,
+// but the user is told, since a header was most likely meant.
+bool IsHiddenHeader(QByteArrayView line);
+
 struct CycleHeader {
     qint16 firstNumber = 0;
     qint16 cycle = 0;

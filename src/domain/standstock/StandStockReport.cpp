@@ -10,6 +10,7 @@
 #include "store/RunStore.h"
 
 #include <optional>
+#include <vector>
 
 #include <QRegularExpression>
 
@@ -60,8 +61,6 @@ CompiledStandStockReport CompileStandStockReport(RunStore &db, UserQuestions &qu
     }
 
     bool busy = false;
-    // The scratch tables are written and read back in one transaction: another program's report
-    // can neither mix its rows in nor see these half written.
     std::optional<WriteTransaction> transaction;
     try {
         readRunParameters(db, request);
@@ -78,22 +77,38 @@ CompiledStandStockReport CompileStandStockReport(RunStore &db, UserQuestions &qu
         questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data..."));
         busy = true;
 
+        // Prepared first: tables that cannot take the rows stop the report before any work.
+        StandStockTableWriter writer(db);
+        // The cycles are aggregated next, with no lock held, so that another program's import or
+        // report is not kept waiting while the trees are read.
+        std::vector<StandStockData> cycles;
+        std::optional<SendrelError> aggregationFailure;
+        for (const SelectedCycle &selected : std::as_const(request.cycles)) {
+            questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data for cycle: ") + QString::number(selected.cycle));
+            try {
+                if (calcReport)
+                    calcReport(selected.cycle);
+                else
+                    data.CalcReport(db, {request.This_RunId, KindOfText(request.This_SorH)}, selected.cycle);
+            } catch (const SendrelError &e) {
+                aggregationFailure = e;   // the cycles before it are written all the same
+                break;
+            }
+            cycles.push_back(data);
+        }
+
+        // The scratch tables are written and read back in one transaction: another program's report
+        // can neither mix its rows in nor see these half written.
         transaction.emplace(db.DBEngine);
         ClearReportTables(db, false);
-        StandStockTableWriter writer(db);
-
-        qint16 reportId = 0;
-        for (const SelectedCycle &selected : std::as_const(request.cycles)) {
-            ++reportId;
+        for (qsizetype i = 0; i < static_cast<qsizetype>(cycles.size()); ++i) {
+            const SelectedCycle &selected = request.cycles.at(i);
             const qint16 year = ToInt16(ReadNumber(selected.yearText));
-            questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data for cycle: ") + QString::number(selected.cycle));
-            if (calcReport)
-                calcReport(selected.cycle);
-            else
-                data.CalcReport(db, {request.This_RunId, KindOfText(request.This_SorH)}, selected.cycle);
-            writer.write(data, layout, request.density, reportId, request.This_RunId, selected.cycle, year, text.title,
-                         text.description);
+            writer.write(cycles[i], layout, request.density, static_cast<qint16>(i + 1), request.This_RunId, selected.cycle, year,
+                         text.title, text.description);
         }
+        if (aggregationFailure)
+            throw *aggregationFailure;
 
         report.ReportType = request.density ? ReportKind::Stand : ReportKind::Stock;
         const GeneratedReport generated = GenerateReport(db, questions, report.ReportType, request.This_RunId, request.reportPath,

@@ -166,9 +166,11 @@ void frmMarquel::buildMenus()
 {
     mnu_File = addMenu(QStringLiteral("mnu_File"), QStringLiteral("&File"));
     MenuFileDB = addItem(mnu_File, QStringLiteral("MenuFileDB"), QStringLiteral("&Database"));
+    mnu_File_Compact = addItem(mnu_File, QStringLiteral("mnu_File_Compact"), QStringLiteral("&Compact"));
     mnu_File->addSeparator()->setObjectName(QStringLiteral("MenuSepEx"));
     mnu_File_Exit = addItem(mnu_File, QStringLiteral("mnu_File_Exit"), QStringLiteral("E&xit"));
     connect(MenuFileDB, &QAction::triggered, this, &frmMarquel::MenuFileDB_Click);
+    connect(mnu_File_Compact, &QAction::triggered, this, &frmMarquel::mnu_File_Compact_Click);
     connect(mnu_File_Exit, &QAction::triggered, this, [this] { m_frame.SaveSettingsAndEnd(); });
 
     mnu_Runs = addMenu(QStringLiteral("mnu_Runs"), QStringLiteral("&Runs"));
@@ -529,6 +531,16 @@ void frmMarquel::MenuFileDB_Click()
                                 QStringLiteral("The following error occured:\n(") + QString::number(e.number()) + QStringLiteral(") ")
                                     + e.description(),
                                 MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
+    }
+}
+
+void frmMarquel::mnu_File_Compact_Click()
+{
+    try {
+        Hourglass hourglass(m_frame);
+        CompactRunDatabase(m_tm.db, m_tm.questions);
+    } catch (const SendrelError &e) {
+        m_tm.questions.ShowErrorMessage(e.description());
     }
 }
 

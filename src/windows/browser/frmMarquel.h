@@ -51,6 +51,7 @@ public:
     void chkSS_Click();
     void chkStandLevels_Click();
     void MenuFileDB_Click();
+    void mnu_File_Compact_Click();
     void mnu_Runs_Import_Click();
     void mnu_Runs_Delete_Click();
     // Opens a stand summary window for each selected run; these are no report windows.
@@ -87,6 +88,7 @@ public:
 
     QMenu *mnu_File;
     QAction *MenuFileDB;
+    QAction *mnu_File_Compact;
     QAction *mnu_File_Exit;
     QMenu *mnu_Runs;
     QAction *mnu_Runs_Import;

@@ -231,31 +231,6 @@ private slots:
         QCOMPARE(SuggestRunId(unnamed, QStringLiteral("noext")), QStringLiteral("NOEXT"));
     }
 
-    void fileLinesEndAtCrLfOrLf()
-    {
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("t.lst"));
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        const QByteArray longLine(3 * 1024 * 1024 + 7, 'x');
-        f.write("one\r\ntwo\n\r\n" + longLine + "\r\nlast");
-        f.close();
-
-        TreeListFile file(path);
-        QVERIFY(file.open());
-        QStringList lines;
-        while (!file.atEnd())
-            lines.append(QString::fromLatin1(file.readLine().toByteArray()));
-        QCOMPARE(lines.size(), 5);
-        QCOMPARE(lines.mid(0, 3), QStringList({QStringLiteral("one"), QStringLiteral("two"), QString()}));
-        QCOMPARE(lines[3].size(), longLine.size());
-        QCOMPARE(lines[4], QStringLiteral("last"));
-        QCOMPARE(file.lineNumber(), 5);
-
-        TreeListFile missing(dir.filePath(QStringLiteral("none.lst")));
-        QVERIFY(!missing.open());
-    }
-
     void trailingLineEndLeavesNoFurtherLine()
     {
         QTemporaryDir dir;
