@@ -5,7 +5,7 @@
 
 #include "app/FolderLocation.h"
 #include "shell/Main.h"
-#include "windows/browser/frmReportPlaceholder.h"
+#include "windows/composition/frmStandLevels.h"
 #include "windows/standstock/frmParameters.h"
 
 #include <QCheckBox>
@@ -43,7 +43,7 @@ QList<QWidget *> reportWindows(frmSendrel &frame)
 {
     QList<QWidget *> windows;
     for (QWidget *form : frame.ChildForms()) {
-        if (qobject_cast<frmReportPlaceholder *>(form) || qobject_cast<frmParameters *>(form))
+        if (qobject_cast<frmStandLevels *>(form) || qobject_cast<frmParameters *>(form))
             windows.append(form);
     }
     return windows;

@@ -6,7 +6,7 @@
 #include "shell/frmSendrel.h"
 #include "windows/browser/frmMarquel.h"
 #include "windows/common/RunListDelegate.h"
-#include "windows/browser/frmReportPlaceholder.h"
+#include "windows/composition/frmStandLevels.h"
 #include "windows/standstock/frmParameters.h"
 
 #include <QAction>
@@ -34,7 +34,7 @@ QList<ReportWindow> reportWindows(frmSendrel &frame)
 {
     QList<ReportWindow> windows;
     for (QWidget *form : frame.ChildForms()) {
-        if (qobject_cast<frmReportPlaceholder *>(form) || qobject_cast<frmParameters *>(form))
+        if (qobject_cast<frmStandLevels *>(form) || qobject_cast<frmParameters *>(form))
             windows.append({form, form->property("This_RunId").toString(), form->property("This_SorH").toString(),
                             form->property("This_RunDesc").toString()});
     }

@@ -2,7 +2,6 @@
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
 
-#include "windows/browser/frmReportPlaceholder.h"
 #include "windows/import/frmDeleteRuns.h"
 
 #include <QAction>
