@@ -1,8 +1,10 @@
 #include "support/TestMain.h"
+#include "support/GoldenFile.h"
 #include "support/RunDatabase.h"
 
 #include "domain/composition/StandLevelsReport.h"
 #include "domain/composition/StandLevelsSeries.h"
+#include "base/Numbers.h"
 #include "store/Schema.h"
 
 #include <QRandomGenerator>
@@ -30,6 +32,11 @@ void addRun(RunDatabase &db, const QString &runId, const QString &headers, const
         db.addTree(runId, t.left(1), parts[0].toInt(), parts[1].toInt(), 20, parts[2].toDouble(), 0.5);
     }
 }
+
+struct Charts {
+    std::array<ChartData, kStandLevelsCharts> data;
+    StandLevelsCharts pointers() { return {&data[0], &data[1], &data[2], &data[3]}; }
+};
 
 // Each series as legend#colour: x=value at every point.
 QString describe(const ChartData &c)
@@ -68,10 +75,36 @@ QString exactly(const StandLevelsSums &s)
     return out.join(QLatin1Char('\n'));
 }
 
-struct Charts {
-    std::array<ChartData, kStandLevelsCharts> data;
-    StandLevelsCharts pointers() { return {&data[0], &data[1], &data[2], &data[3]}; }
-};
+// A report request for the run as the window holds it after CalcStandLevelsReport.
+StandLevelsReportRequest requestFor(RunDatabase &db, const QString &runId, StandLevelsStatistic statistic)
+{
+    Charts charts;
+    const StandLevelsState state = CalcStandLevelsReport(db.db, db.questions, runId, QStringLiteral("S"), charts.pointers());
+    StandLevelsReportRequest request;
+    request.This_RunId = runId;
+    request.This_SorH = QStringLiteral("Standing");
+    request.This_RunDesc = QStringLiteral("Run desc");
+    request.statistic = statistic;
+    request.title = runId + QStringLiteral(": title");
+    request.CycleRS = state.CycleRS;
+    request.SpeciesListRS = state.SpeciesListRS;
+    return request;
+}
+
+// A row in each scratch table, to show what a report leaves alone.
+void fillScratchTables(RunDatabase &db)
+{
+    for (const char *table : {"Species2", "Report_Header", "Report_Detail", "Stand_Levels_Report"})
+        db.exec(QStringLiteral("INSERT INTO %1 (Report_id) VALUES (9)").arg(QLatin1String(table)));
+}
+
+QString scratchCounts(RunDatabase &db)
+{
+    QStringList counts;
+    for (const char *table : {"Species2", "Report_Header", "Report_Detail", "Stand_Levels_Report"})
+        counts.append(QString::number(db.count(QLatin1String(table))));
+    return counts.join(QLatin1Char('/'));
+}
 
 }  // namespace
 
@@ -181,6 +214,114 @@ private slots:
         QCOMPARE(exactly(fast), exactly(plan));
         QCOMPARE(fast.cells.size(), plan.cycles.size() * plan.passes * plan.species.size());
         QVERIFY(fast.cells.size() >= 12);
+    }
+
+    // The columns of the report by the number of species: each its own up to eleven, then ten,
+    // "Others: " with the rest and "Total:"; Species2 likewise, with 'Ot', 'All Other'.
+    void reportColumns_data()
+    {
+        QTest::addColumn<int>("species");
+        QTest::addColumn<QString>("headings");
+        QTest::addColumn<QString>("values");
+        QTest::addColumn<QString>("species2");
+        QTest::addColumn<int>("orientation");
+        const QString ten = QStringLiteral("PW|LW|FD|BG|HW|CW|PL|SE|BL|PY|");
+        const QString tenValues = QStringLiteral("1|2|3|4|5|6|7|8|9|10|");
+        QTest::newRow("4: portrait") << 4 << "PW|LW|FD|BG|Total:|NULL|NULL|NULL|NULL|NULL|NULL|NULL" << "1|2|3|4|10|NULL|NULL|NULL|NULL|NULL|NULL|NULL"
+                                     << "PW|LW|FD|BG|NULL|NULL|NULL|NULL|NULL|NULL|NULL|NULL" << 1;
+        QTest::newRow("5: landscape") << 5 << "PW|LW|FD|BG|HW|Total:|NULL|NULL|NULL|NULL|NULL|NULL"
+                                      << "1|2|3|4|5|15|NULL|NULL|NULL|NULL|NULL|NULL" << "PW|LW|FD|BG|HW|NULL|NULL|NULL|NULL|NULL|NULL|NULL" << 2;
+        QTest::newRow("11: no Others") << 11 << ten + "HM|Total:" << tenValues + "11|66" << ten + "HM|mountain hemlock" << 2;
+        QTest::newRow("12: Others") << 12 << ten + "Others: |Total:" << tenValues + "23|78" << ten + "Ot|All Other" << 2;
+        QTest::newRow("14: Others") << 14 << ten + "Others: |Total:" << tenValues + "50|105" << ten + "Ot|All Other" << 2;
+    }
+    void reportColumns()
+    {
+        QFETCH(int, species);
+        QFETCH(QString, headings);
+        QFETCH(QString, values);
+        QFETCH(QString, species2);
+        QFETCH(int, orientation);
+        RunDatabase db;
+        QString trees;
+        for (int code = 1; code <= species; ++code)
+            trees += QStringLiteral(" S1:%1x%1").arg(code);
+        addRun(db, QStringLiteral("R"), QStringLiteral("S1=2000"), trees);
+        StandLevelsReportRequest request = requestFor(db, QStringLiteral("R"), StandLevelsStatistic::Sph);
+        db.questions.answerReportText(true);
+        const CompiledStandLevelsReport report = CompileStandLevelsReport(db.db, db.questions, request);
+        QVERIFY(report.compiled);
+        QCOMPARE(report.ReportOrientation, qint16(orientation));
+        auto columns = [](const char *pattern, int n) {
+            QStringList c;
+            for (int i = 1; i <= n; ++i)
+                c.append(QString::fromLatin1(pattern).arg(i));
+            return c.join(QLatin1Char(','));
+        };
+        QCOMPARE(db.rows(QStringLiteral("SELECT Year, ") + columns("Sp%1", 12) + QStringLiteral(" FROM Stand_Levels_Report")),
+                 QStringList{QStringLiteral("2000|") + headings});
+        QCOMPARE(db.rows(QStringLiteral("SELECT ") + columns("Value%1", 12) + QStringLiteral(" FROM Stand_Levels_Report")), QStringList{values});
+        QCOMPARE(db.rows(QStringLiteral("SELECT ") + columns("Str_Code%1", 11) + QStringLiteral(", Name11 FROM Species2")), QStringList{species2});
+        QCOMPARE(db.rows(QStringLiteral("SELECT Report_id, Run_ID, Report_Type, Num_Species FROM Report_Header")),
+                 QStringList{QStringLiteral("1|R|SL_SPH|%1").arg(species)});
+    }
+
+    // Two presses of "View Report": the run's parameters join the description on each, also on
+    // the one cancelled, which touches no table; the dialog's answers are stored as typed.
+    void reportRoad()
+    {
+        RunDatabase db;
+        addRun(db, QStringLiteral("R"), QStringLiteral("S1=2000 S2=2010 H3=2010"), QStringLiteral("S1:3x40 S2:3x30 S2:9x5 H3:3x10"));
+        db.exec(QStringLiteral("INSERT INTO Run (Run_Id, run_parameters) VALUES ('R', 'Thinned')"));
+        fillScratchTables(db);
+        StandLevelsReportRequest request = requestFor(db, QStringLiteral("R"), StandLevelsStatistic::BasalArea);
+        db.questions.answerReportText(false);
+        QVERIFY(!CompileStandLevelsReport(db.db, db.questions, request).compiled);
+        QCOMPARE(scratchCounts(db), QStringLiteral("1/1/1/1"));
+
+        const QString typed = QStringLiteral("O'Brien's \"cut\"");
+        db.questions.answerReportText(true, typed, typed + QStringLiteral("\nline 2"));
+        const CompiledStandLevelsReport report = CompileStandLevelsReport(db.db, db.questions, request, FixedClock);
+        QVERIFY(report.compiled);
+        QCOMPARE(db.questions.asked().at(0).title, QStringLiteral("R: title"));
+        QCOMPARE(db.questions.asked().at(0).text, QStringLiteral("Printed By:  \r\n\r\nRun desc\r\nThinned"));
+        QCOMPARE(db.questions.asked().at(1).text, QStringLiteral("Printed By:  \r\n\r\nRun desc\r\nThinned\r\nThinned"));
+        QCOMPARE(request.This_RunDesc, typed + QStringLiteral("\r\nline 2"));
+        QCOMPARE(db.rows(QStringLiteral("SELECT Report_Type, Report_Title, [Desc] FROM Report_Header")),
+                 QStringList{QStringLiteral("SL_BASAL_AREA|") + typed + QLatin1Char('|') + request.This_RunDesc});
+        QCOMPARE(scratchCounts(db), QStringLiteral("1/1/0/2"));
+        // The stand as imported, not less the harvest; the basal area of 20 cm trees.
+        QCOMPARE(db.rows(QStringLiteral("SELECT Year, Value1, Value2, Value3 FROM Stand_Levels_Report ORDER BY Year")),
+                 (QStringList{QStringLiteral("2000|%1|0|%1").arg(DefaultText(400 * kBasalAreaFactor * 40)),
+                              QStringLiteral("2010|%1|%2|%3").arg(DefaultText(400 * kBasalAreaFactor * 30), DefaultText(400 * kBasalAreaFactor * 5),
+                                                                  DefaultText(400 * kBasalAreaFactor * 30 + 400 * kBasalAreaFactor * 5))}));
+        QVERIFY(report.text.startsWith(QStringLiteral("   ") + typed + QStringLiteral("\r\n")));
+    }
+
+    // Nothing to report: told, and no table touched.
+    void reportRefused_data()
+    {
+        QTest::addColumn<QString>("runId");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("no cycles") << "NOCYCLES" << "Run NOCYCLES:Standing has no cycles: there is nothing to report.";
+        QTest::newRow("no trees of the kind") << "NOTREES" << "Run NOTREES:Standing has no trees: there is nothing to report.";
+        QTest::newRow("deleted while the window is open")
+            << "R" << "Run R:Standing is no longer in the database: another application has deleted it. There is nothing to report.";
+    }
+    void reportRefused()
+    {
+        QFETCH(QString, runId);
+        QFETCH(QString, said);
+        RunDatabase db;
+        addRun(db, QStringLiteral("R"), QStringLiteral("S1=2000"), QStringLiteral("S1:3x40"));
+        addRun(db, QStringLiteral("NOTREES"), QStringLiteral("S1=2000 H1=2000"), QStringLiteral("H1:3x40"));
+        db.addRun(QStringLiteral("NOCYCLES"), QStringLiteral("S"));
+        fillScratchTables(db);
+        StandLevelsReportRequest request = requestFor(db, runId, StandLevelsStatistic::Sph);
+        db.db.deleteRun({QStringLiteral("R"), RunKind::Standing});
+        QVERIFY(!CompileStandLevelsReport(db.db, db.questions, request).compiled);
+        QCOMPARE(db.questions.messageTexts(), QStringList{said});
+        QCOMPARE(scratchCounts(db), QStringLiteral("1/1/1/1"));
     }
 
     void kindOfText_data()
