@@ -122,7 +122,6 @@ void frmStandLevels::buildWindow()
         });
     }
     statistics->addStretch();
-    m_options[static_cast<int>(StandLevelsStatistic::Sph)]->setChecked(true);
 
     // The three boxes of each statistic share the three lines; only the chosen statistic's show.
     QGroupBox *fraTitles = frame(QStringLiteral("Edit Chart Titles:"), QStringLiteral("fraTitles"), this);
@@ -217,6 +216,7 @@ void frmStandLevels::buildWindow()
     layout->addLayout(bottom);
     // Half of a maximised frame on a 1366-pixel screen, as the stand and stock window.
     resize(664, 640);
+    m_options[static_cast<int>(StandLevelsStatistic::Sph)]->setChecked(true);
 
     connect(cmdApply, &QPushButton::clicked, this, [this] { handled([this] { cmdApply_Click(); }); });
     connect(chkVertical, &QCheckBox::clicked, this, [this] { handled([this] { ApplyGrids(); }); });
