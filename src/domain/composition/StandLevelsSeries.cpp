@@ -6,6 +6,8 @@
 #include "base/UserQuestions.h"
 
 #include <QHash>
+
+#include <sqlite3.h>
 #include <QSet>
 
 #include <algorithm>
@@ -26,7 +28,6 @@ constexpr qint16 kTotalColour = 13;
 struct GroupSums {
     double sph = 0;
     double basalArea = 0;
-    double merchVol = 0;
     double totalVol = 0;
     bool found = false;
 
@@ -34,7 +35,7 @@ struct GroupSums {
     {
         // A sum that is not a number is NULL to SQLite; a NULL sum reads as 0.
         auto number = [](double v) { return std::isnan(v) ? 0.0 : v; };
-        return {number(sph), number(basalArea), number(merchVol), number(totalVol), found};
+        return {number(sph), number(basalArea), number(totalVol), found};
     }
 };
 
@@ -122,93 +123,169 @@ struct RunScan {
     QHash<qint64, GroupRow> byCycle;   // first pass: cycle number -> species
     QHash<qint64, GroupRow> byYear;    // second pass: calendar year -> species
     QVector<qint64> firstRecord;       // by slot: the species' first tree record of the kind
-    qint64 recordsOfKind = 0;
+};
+
+// One header of the run: where its trees go.
+struct HeaderTarget {
+    GroupRow *first = nullptr;    // its cycle's first-pass sums, for the first header of a cycle of the kind
+    GroupRow *second = nullptr;   // its year's second-pass sums
+    double sign = 1;              // harvested trees count negative in the second pass
+};
+
+// Takes the rows of the scanning statement one by one, through a function of the statement's
+// WHERE clause: SQLite hands it the values directly, and no row is made for the caller.
+class RowCollector {
+public:
+    RowCollector(RunScan &scan, QHash<qint64, HeaderTarget> targets) : m_scan(scan), m_targets(std::move(targets)) {}
+
+    // (header rowid, record rowid, Species_Code, Trees_per_ha, Current_Diameter, Total_Volume)
+    static void call(sqlite3_context *context, int, sqlite3_value **v)
+    {
+        auto *self = static_cast<RowCollector *>(sqlite3_user_data(context));
+        try {
+            self->take(v);
+            sqlite3_result_int(context, 0);
+        } catch (...) {
+            sqlite3_result_error_nomem(context);
+        }
+    }
+
+private:
+    void take(sqlite3_value **v)
+    {
+        const qint64 header = sqlite3_value_int64(v[0]);
+        if (header != m_header) {
+            m_header = header;
+            m_target = m_targets.value(header);
+        }
+        if (!m_target.first && !m_target.second)
+            return;
+        const int slot = m_scan.speciesSlots.slot(sqlite3_value_int64(v[2]));
+        const bool noTrees = sqlite3_value_type(v[3]) == SQLITE_NULL;
+        const bool noBasalArea = noTrees || sqlite3_value_type(v[4]) == SQLITE_NULL;
+        const bool noTotalVol = noTrees || sqlite3_value_type(v[5]) == SQLITE_NULL;
+        const double trees = sqlite3_value_double(v[3]);
+        const double diameter = sqlite3_value_double(v[4]);
+        const double sph = trees;
+        const double basalArea = diameter * diameter * kBasalAreaFactor * trees;
+        const double totalVol = sqlite3_value_double(v[5]) * trees;
+        if (m_target.first) {
+            GroupSums &g = at(*m_target.first, slot);
+            add(g.sph, noTrees, sph);
+            add(g.basalArea, noBasalArea, basalArea);
+            add(g.totalVol, noTotalVol, totalVol);
+            g.found = true;
+            if (slot >= m_scan.firstRecord.size())
+                m_scan.firstRecord.resize(slot + 1, -1);
+            const qint64 record = sqlite3_value_int64(v[1]);
+            if (m_scan.firstRecord[slot] < 0 || record < m_scan.firstRecord[slot])
+                m_scan.firstRecord[slot] = record;
+        }
+        if (m_target.second) {
+            // IIf(kind = 'S', 1, -1) times the product: the sign flips exactly.
+            GroupSums &g = at(*m_target.second, slot);
+            add(g.sph, noTrees, m_target.sign * sph);
+            add(g.basalArea, noBasalArea, m_target.sign * basalArea);
+            add(g.totalVol, noTotalVol, m_target.sign * totalVol);
+            g.found = true;
+        }
+    }
+
+    RunScan &m_scan;
+    QHash<qint64, HeaderTarget> m_targets;
+    qint64 m_header = std::numeric_limits<qint64>::min();
+    HeaderTarget m_target;
+};
+
+// The row function lives on the connection for one statement.
+class RowFunction {
+public:
+    RowFunction(clsDBEngine &engine, RowCollector &collector) : m_handle(engine.handle())
+    {
+        const int rc = sqlite3_create_function_v2(m_handle, kName, 6, SQLITE_UTF8, &collector, &RowCollector::call, nullptr, nullptr, nullptr);
+        if (rc != SQLITE_OK)
+            throw engine.errorFrom(rc);
+    }
+    ~RowFunction() { sqlite3_create_function_v2(m_handle, kName, 6, SQLITE_UTF8, nullptr, nullptr, nullptr, nullptr, nullptr); }
+    RowFunction(const RowFunction &) = delete;
+    RowFunction &operator=(const RowFunction &) = delete;
+    static constexpr const char *kName = "sendrel_composition_row";
+
+private:
+    sqlite3 *m_handle;
 };
 
 // Every header of the run by kind, cycle and table order, each with its trees in table order: the
 // order in which the per-point statements add them, whose plans walk the index of Model_Header on
 // run, kind and cycle, and for each header the index of Model_Entries on run, kind and cycle.
-// (A database analysed by ANALYZE may lead SQLite to scan Model_Header in table order instead;
-// the program never analyses one.) The first pass takes the trees of the kind once per cycle;
-// the second every tree under every header, by year, the harvested negative.
+// (In a database analysed by ANALYZE SQLite may scan Model_Header in table order instead; the
+// program never analyses one.) The first pass takes the trees of the kind once per cycle; the
+// second every tree under every header, by year, the harvested negative.
 RunScan scanRun(RunStore &db, const QString &runId, const QString &kind, bool twoPasses)
 {
-    Statement rows(db.DBEngine,
-                   QStringLiteral("SELECT h.rowid, h.Cycle, h.Cycle_Year, h.Standing_Harvested = ?2, e.rowid, e.Standing_Harvested = 'S', "
-                                  "e.Species_Code, e.Trees_per_ha, e.Current_Diameter, e.MerchVolLessDWB, e.Total_Volume "
-                                  "FROM Model_Header AS h CROSS JOIN Model_Entries AS e "
-                                  "ON e.Run_Id = h.Run_Id AND e.Standing_Harvested = h.Standing_Harvested AND e.Cycle_Number = h.Cycle "
-                                  "WHERE h.Run_Id = ?1")
-                       + (twoPasses ? QString() : QStringLiteral(" AND h.Standing_Harvested = ?2"))
-                       + QStringLiteral(" ORDER BY h.Standing_Harvested, h.Cycle, h.rowid"));
-    rows.bind(1, runId).bind(2, kind);
-
+    const QString ofKindOnly = twoPasses ? QString() : QStringLiteral(" AND h.Standing_Harvested = ?2");
     RunScan scan;
+    QHash<qint64, HeaderTarget> targets;
+    Statement headers(db.DBEngine, QStringLiteral("SELECT h.rowid, h.Cycle, h.Cycle_Year, h.Standing_Harvested = ?2, h.Standing_Harvested = 'S' "
+                                                  "FROM Model_Header AS h INDEXED BY Model_Header_Run WHERE h.Run_Id = ?1")
+                                       + ofKindOnly);
+    headers.bind(1, runId).bind(2, kind);
     QSet<qint64> cyclesTaken;
-    qint64 header = std::numeric_limits<qint64>::min();
-    GroupRow *first = nullptr;
-    GroupRow *second = nullptr;
-    while (rows.next()) {
-        if (rows.integer(0) != header) {
-            // Rows of a hash stay where they are until the next insert, which only a new header makes.
-            header = rows.integer(0);
-            const qint64 cycle = rows.integer(1);
-            const bool ofKind = rows.integer(3) != 0;
-            first = ofKind && !cyclesTaken.contains(cycle) ? &scan.byCycle[cycle] : nullptr;
-            if (first)
-                cyclesTaken.insert(cycle);
-            second = twoPasses ? &scan.byYear[rows.integer(2)] : nullptr;
+    while (headers.next()) {
+        HeaderTarget t;
+        const qint64 cycle = headers.integer(1);
+        if (headers.integer(3) != 0 && !cyclesTaken.contains(cycle)) {
+            cyclesTaken.insert(cycle);
+            t.first = &scan.byCycle[cycle];
         }
-        if (!first && !second)
-            continue;
-        const int slot = scan.speciesSlots.slot(rows.integer(6));
-        const bool noTrees = rows.isNull(7);
-        const double trees = rows.real(7);
-        const double diameter = rows.real(8);
-        const double sph = trees;
-        const double basalArea = diameter * diameter * kBasalAreaFactor * trees;
-        const double merchVol = rows.real(9) * trees;
-        const double totalVol = rows.real(10) * trees;
-        const bool noBasalArea = noTrees || rows.isNull(8);
-        const bool noMerchVol = noTrees || rows.isNull(9);
-        const bool noTotalVol = noTrees || rows.isNull(10);
-        if (first) {
-            GroupSums &g = at(*first, slot);
-            add(g.sph, noTrees, sph);
-            add(g.basalArea, noBasalArea, basalArea);
-            add(g.merchVol, noMerchVol, merchVol);
-            add(g.totalVol, noTotalVol, totalVol);
-            g.found = true;
-            ++scan.recordsOfKind;
-            if (slot >= scan.firstRecord.size())
-                scan.firstRecord.resize(slot + 1, -1);
-            const qint64 record = rows.integer(4);
-            if (scan.firstRecord[slot] < 0 || record < scan.firstRecord[slot])
-                scan.firstRecord[slot] = record;
+        if (twoPasses) {
+            t.second = &scan.byYear[headers.integer(2)];
+            t.sign = headers.integer(4) != 0 ? 1.0 : -1.0;
         }
-        if (second) {
-            // IIf(kind = 'S', 1, -1) times the product: the sign flips exactly.
-            const double sign = rows.integer(5) != 0 ? 1.0 : -1.0;
-            GroupSums &g = at(*second, slot);
-            add(g.sph, noTrees, sign * sph);
-            add(g.basalArea, noBasalArea, sign * basalArea);
-            add(g.merchVol, noMerchVol, sign * merchVol);
-            add(g.totalVol, noTotalVol, sign * totalVol);
-            g.found = true;
+        targets.insert(headers.integer(0), t);
+    }
+    // The hashes are complete: the rows' places in them stay where they are from here on.
+
+    RowCollector collector(scan, std::move(targets));
+    {
+        RowFunction function(db.DBEngine, collector);
+        Statement rows(db.DBEngine,
+                       QStringLiteral("SELECT COUNT(*) FROM Model_Header AS h INDEXED BY Model_Header_Run CROSS JOIN Model_Entries AS e "
+                                      "ON e.Run_Id = h.Run_Id AND e.Standing_Harvested = h.Standing_Harvested AND e.Cycle_Number = h.Cycle "
+                                      "WHERE h.Run_Id = ?1")
+                           + ofKindOnly + QStringLiteral(" AND ") + QLatin1String(RowFunction::kName)
+                           + QStringLiteral("(h.rowid, e.rowid, e.Species_Code, e.Trees_per_ha, e.Current_Diameter, e.Total_Volume)"));
+        rows.bind(1, runId).bind(2, kind);
+        while (rows.next()) {
         }
     }
     return scan;
+}
+
+// Whether every tree record of the kind has a header of its cycle, asked of the index on run,
+// kind and cycle one distinct cycle at a time.
+bool allRecordsHaveHeaders(RunStore &db, const QString &runId, const QString &kind)
+{
+    Statement orphans(db.DBEngine,
+                      QStringLiteral("WITH RECURSIVE cycles(n) AS ("
+                                     " SELECT MIN(Cycle_Number) FROM Model_Entries WHERE Run_Id = ?1 AND Standing_Harvested = ?2"
+                                     " UNION ALL SELECT (SELECT MIN(Cycle_Number) FROM Model_Entries"
+                                     "  WHERE Run_Id = ?1 AND Standing_Harvested = ?2 AND Cycle_Number > cycles.n)"
+                                     " FROM cycles WHERE cycles.n IS NOT NULL) "
+                                     "SELECT EXISTS (SELECT 1 FROM cycles WHERE n IS NOT NULL AND n NOT IN"
+                                     " (SELECT Cycle FROM Model_Header WHERE Run_Id = ?1 AND Standing_Harvested = ?2))"
+                                     " OR EXISTS (SELECT 1 FROM Model_Entries WHERE Run_Id = ?1 AND Standing_Harvested = ?2 AND Cycle_Number IS NULL)"));
+    orphans.bind(1, runId).bind(2, kind);
+    const bool some = orphans.next() && orphans.integer(0) != 0;
+    orphans.reset();
+    return !some;
 }
 
 // The species met under the headers, in table order; unless some tree records of the kind have
 // no header of their cycle: then the table is asked.
 QList<qint64> speciesOf(RunStore &db, const QString &runId, const QString &kind, const RunScan &scan)
 {
-    Statement count(db.DBEngine, QStringLiteral("SELECT COUNT(*) FROM Model_Entries WHERE Run_Id = ?1 AND Standing_Harvested = ?2"));
-    count.bind(1, runId).bind(2, kind);
-    const qint64 allOfKind = count.next() ? count.integer(0) : 0;
-    count.reset();
-    if (allOfKind != scan.recordsOfKind)
+    if (!allRecordsHaveHeaders(db, runId, kind))
         return speciesInTableOrder(db, runId, kind);
     QList<std::pair<qint64, qint64>> order;   // first record, code
     for (int s = 0; s < scan.firstRecord.size(); ++s) {
@@ -324,7 +401,6 @@ StandLevelsSums ReadStandLevelsSumsPerPoint(RunStore &db, const QString &This_Ru
                     cell.found = true;
                     cell.sph = entriesRS.Fields(QStringLiteral("Sph")).toDouble();
                     cell.basalArea = entriesRS.Fields(QStringLiteral("BasalArea")).toDouble();
-                    cell.merchVol = entriesRS.Fields(QStringLiteral("MerchVol")).toDouble();
                     cell.totalVol = entriesRS.Fields(QStringLiteral("TotalVol")).toDouble();
                 }
                 sums.cells.append(cell);

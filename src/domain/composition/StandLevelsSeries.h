@@ -33,8 +33,7 @@ inline constexpr double kBasalAreaFactor = 7.853981633974E-05;
 struct StandLevelsCell {
     double sph = 0;
     double basalArea = 0;
-    double merchVol = 0;   // computed by the statements, read by no chart or report
-    double totalVol = 0;
+    double totalVol = 0;   // the statements' MerchVol column is read by no chart or report
     bool found = false;    // the statement gave a row
 };
 
@@ -60,7 +59,8 @@ QString StandLevelsKind(QStringView This_SorH);
 
 // Reads the sums of a run in one pass over its tree records: every header of the run (of the
 // kind only, for harvested trees) with its trees, in the order the per-point statements add
-// them, summed as SQLite's SUM adds. The cost grows with the run's records, once.
+// them, summed as SQLite's SUM adds. The cost grows with the run's records, once. Species are
+// in the order of their first tree record of the run and kind in the table (rowid).
 StandLevelsSums ReadStandLevelsSums(RunStore &db, const QString &This_RunId, const QString &This_SorH);
 
 // The first-pass sums of a run's kind by cycle number and species code: the report's numbers,

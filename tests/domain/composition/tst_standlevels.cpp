@@ -68,7 +68,7 @@ QString exactly(const StandLevelsSums &s)
         out.append(QStringLiteral("species %1").arg(code));
     for (const StandLevelsCell &c : s.cells) {
         QStringList cell{QString::number(c.found)};
-        for (double v : {c.sph, c.basalArea, c.merchVol, c.totalVol})
+        for (double v : {c.sph, c.basalArea, c.totalVol})
             cell.append(QString::number(v, 'g', 17));
         out.append(cell.join(QLatin1Char(' ')));
     }
