@@ -130,11 +130,11 @@ private:
         }
         request.statistic = statistic;
         request.title = StandLevelsChartTitles(session.tm.settings, statistic, run.runId).top;
-        std::array<ChartData, kStandLevelsCharts> charts;
-        const StandLevelsState state =
-            CalcStandLevelsReport(db, session.questions, run.runId, run.letter(), {&charts[0], &charts[1], &charts[2], &charts[3]});
-        request.CycleRS = state.CycleRS;
-        request.SpeciesListRS = state.SpeciesListRS;
+        // The cycles, species and numbers that the window would find, read once: the report needs
+        // no chart.
+        request.sums = ReadStandLevelsCycleSums(db, run.runId, run.letter());
+        request.CycleRS = request.sums->cycles;
+        request.SpeciesListRS = request.sums->species;
         const QString output = parser.value(QStringLiteral("o"));
         if (output.isEmpty())
             request.reportPath = ReportFilePath(session.tm.ReportFolder(), run.runId, ReportKind::Species);

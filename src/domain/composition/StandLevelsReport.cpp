@@ -228,8 +228,8 @@ CompiledStandLevelsReport CompileStandLevelsReport(RunStore &db, UserQuestions &
         StandLevelsTableWriter writer(db);
         writer.writeSpecies2(request.SpeciesListRS);
         writer.writeHeader(request.This_RunId, request.statistic, request.SpeciesListRS.size(), text.title, request.This_RunDesc);
-        writer.writeRows(request.CycleRS, request.SpeciesListRS, ReadStandLevelsCycleSums(db, request.This_RunId, request.This_SorH),
-                         request.statistic);
+        writer.writeRows(request.CycleRS, request.SpeciesListRS,
+                         request.sums ? *request.sums : ReadStandLevelsCycleSums(db, request.This_RunId, request.This_SorH), request.statistic);
 
         const GeneratedReport generated = GenerateReport(db, questions, ReportKind::Species, request.This_RunId, request.reportPath,
                                                          request.This_RunDesc, clock);

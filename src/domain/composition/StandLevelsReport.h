@@ -8,6 +8,7 @@
 #include <QtGlobal>
 
 #include <functional>
+#include <optional>
 
 namespace sendrel {
 
@@ -26,6 +27,9 @@ struct StandLevelsReportRequest {
     // The cycles and species that CalcStandLevelsReport found for the window.
     QList<CycleRow> CycleRS;
     QList<qint64> SpeciesListRS;
+    // The numbers, when the caller has just read them (the headless tool); else the report reads
+    // them in its transaction, as the run stands then.
+    std::optional<StandLevelsCycleSums> sums;
     QString reportPath;              // where the report file goes; "" for the text alone
     // The frame's mouse pointer (0 default, 11 hourglass), up once the dialog is answered.
     std::function<void(int pointer)> SetMousePointer;

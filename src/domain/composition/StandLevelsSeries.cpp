@@ -337,8 +337,12 @@ StandLevelsSums ReadStandLevelsSums(RunStore &db, const QString &This_RunId, con
 StandLevelsCycleSums ReadStandLevelsCycleSums(RunStore &db, const QString &This_RunId, const QString &This_SorH)
 {
     const QString kind = StandLevelsKind(This_SorH);
-    RunScan scan = scanRun(db, This_RunId, kind, false);
     StandLevelsCycleSums sums;
+    sums.cycles = db.cycles({This_RunId, KindOfText(kind)});
+    if (sums.cycles.isEmpty())
+        return sums;
+    RunScan scan = scanRun(db, This_RunId, kind, false);
+    sums.species = speciesOf(db, This_RunId, kind, scan);
     for (auto row = scan.byCycle.cbegin(); row != scan.byCycle.cend(); ++row) {
         for (int slot = 0; slot < row->size(); ++slot) {
             if (row->at(slot).found)

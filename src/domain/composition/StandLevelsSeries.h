@@ -63,9 +63,11 @@ QString StandLevelsKind(QStringView This_SorH);
 // in the order of their first tree record of the run and kind in the table (rowid).
 StandLevelsSums ReadStandLevelsSums(RunStore &db, const QString &This_RunId, const QString &This_SorH);
 
-// The first-pass sums of a run's kind by cycle number and species code: the report's numbers,
-// read the same way.
+// The first pass alone, by cycle number and species code, with the run's cycles and species:
+// the report's numbers, read the same way.
 struct StandLevelsCycleSums {
+    QList<CycleRow> cycles;
+    QList<qint64> species;
     QHash<std::pair<qint64, qint64>, StandLevelsCell> cells;
     StandLevelsCell cell(qint64 cycle, qint64 species) const { return cells.value({cycle, species}); }
 };
