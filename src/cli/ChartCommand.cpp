@@ -31,7 +31,7 @@ public:
     {
         return QStringLiteral("Draws the chart window's chart of each selected year (all years when none is given): a PDF gets one "
                               "page per year in the order of the selection; PNG and SVG get one file per year, NAME-YEAR.png, "
-                              "unless one year is selected. composition draws the composition window's chart of one statistic "
+                              "unless one year is selected. For composition: the composition window's chart of one statistic "
                               "over all years.");
     }
     QList<QCommandLineOption> options() const override

@@ -255,7 +255,9 @@ RunScan scanRun(RunStore &db, const QString &runId, const QString &kind, bool tw
                                       "WHERE h.Run_Id = ?1")
                            + ofKindOnly + QStringLiteral(" AND ") + QLatin1String(RowFunction::kName)
                            + QStringLiteral("(h.rowid, e.rowid, e.Species_Code, e.Trees_per_ha, e.Current_Diameter, e.Total_Volume)"));
-        rows.bind(1, runId).bind(2, kind);
+        rows.bind(1, runId);
+        if (!twoPasses)
+            rows.bind(2, kind);
         while (rows.next()) {
         }
     }
