@@ -6,9 +6,9 @@
 #include "base/UserQuestions.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <sqlite3.h>
-#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -24,7 +24,9 @@ constexpr qint32 kDivisions = 8;
 constexpr qint16 kTotalColour = 13;
 
 // The sums of one group as SQLite's SUM keeps them: the values added as doubles in the order the
-// rows come, a NULL adding nothing (SQLite 3.40, the library the program is built with).
+// rows come, a NULL adding nothing. (So SQLite 3.40 adds, the library the program is built with;
+// from 3.43 on SQLite compensates the rounding of its sums, and the test of the per-point
+// statements against this pass would show it.)
 struct GroupSums {
     double sph = 0;
     double basalArea = 0;
@@ -47,7 +49,7 @@ inline void add(double &sum, bool isNull, double product)
         sum += product;
 }
 
-// Species codes to speciesSlots 0, 1, ... in the order they are met; the usual small codes by table.
+// Species codes to slots 0, 1, ... in the order they are met; the usual small codes by table.
 class SpeciesSlots {
 public:
     int slot(qint64 code)
@@ -61,7 +63,6 @@ public:
         auto found = m_other.constFind(code);
         return found != m_other.constEnd() ? *found : *m_other.insert(code, add(code));
     }
-    int size() const { return static_cast<int>(m_codes.size()); }
     qint64 code(int slot) const { return m_codes.at(slot); }
 
 private:
@@ -107,15 +108,6 @@ QString trimBlanks(const QString &text)
         --last;
     return text.mid(first, last - first);
 }
-
-}  // namespace
-
-QString StandLevelsKind(QStringView This_SorH)
-{
-    return KindLetter(KindOfText(This_SorH));
-}
-
-namespace {
 
 // What one pass over a run's tree records gathers.
 struct RunScan {
@@ -230,21 +222,39 @@ RunScan scanRun(RunStore &db, const QString &runId, const QString &kind, bool tw
                                                   "FROM Model_Header AS h INDEXED BY Model_Header_Run WHERE h.Run_Id = ?1")
                                        + ofKindOnly);
     headers.bind(1, runId).bind(2, kind);
+    struct Header {
+        qint64 rowid;
+        qint64 cycle;
+        qint64 year;
+        bool firstOfCycle;   // the first header of the kind with its cycle
+        bool standing;
+    };
+    QList<Header> list;
     QSet<qint64> cyclesTaken;
     while (headers.next()) {
-        HeaderTarget t;
         const qint64 cycle = headers.integer(1);
-        if (headers.integer(3) != 0 && !cyclesTaken.contains(cycle)) {
+        const bool firstOfCycle = headers.integer(3) != 0 && !cyclesTaken.contains(cycle);
+        if (firstOfCycle)
             cyclesTaken.insert(cycle);
-            t.first = &scan.byCycle[cycle];
-        }
-        if (twoPasses) {
-            t.second = &scan.byYear[headers.integer(2)];
-            t.sign = headers.integer(4) != 0 ? 1.0 : -1.0;
-        }
-        targets.insert(headers.integer(0), t);
+        list.append({headers.integer(0), cycle, headers.integer(2), firstOfCycle, headers.integer(4) != 0});
     }
-    // The hashes are complete: the rows' places in them stay where they are from here on.
+    // Every group first, then the places of the groups: an insert may move what a hash holds.
+    for (const Header &h : std::as_const(list)) {
+        if (h.firstOfCycle)
+            scan.byCycle[h.cycle];
+        if (twoPasses)
+            scan.byYear[h.year];
+    }
+    for (const Header &h : std::as_const(list)) {
+        HeaderTarget t;
+        if (h.firstOfCycle)
+            t.first = &scan.byCycle[h.cycle];
+        if (twoPasses) {
+            t.second = &scan.byYear[h.year];
+            t.sign = h.standing ? 1.0 : -1.0;
+        }
+        targets.insert(h.rowid, t);
+    }
 
     RowCollector collector(scan, std::move(targets));
     {
@@ -308,6 +318,11 @@ StandLevelsCell cellOf(const QHash<qint64, GroupRow> &rows, qint64 key, int slot
 }
 
 }  // namespace
+
+QString StandLevelsKind(QStringView This_SorH)
+{
+    return KindLetter(KindOfText(This_SorH));
+}
 
 StandLevelsSums ReadStandLevelsSums(RunStore &db, const QString &This_RunId, const QString &This_SorH)
 {

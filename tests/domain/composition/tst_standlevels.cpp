@@ -194,11 +194,14 @@ private slots:
         RunDatabase db;
         QRandomGenerator rng(7);
         for (const QString &run : {QStringLiteral("O'Neil \"7\""), QStringLiteral("ORPHAN"), QStringLiteral("OTHER")}) {
-            // Cycles numbered apart between the kinds, the headers out of the order of kind and cycle.
-            addRun(db, run, QStringLiteral("S3=2010 H8=2000 S1=2000 H7=2010 S2=2010 S4=2020"), QString());
-            const char *places[] = {"H7", "S1", "S2", "H8", "S3", "S4", "S1", "H7"};
-            for (int t = 0; t < 400; ++t) {
-                const QString place = QLatin1String(places[rng.bounded(8)]);
+            // Cycles numbered apart between the kinds, the headers out of the order of kind and cycle,
+            // and enough of them for the sums' tables to grow.
+            QStringList headers{"S3=2010", "H8=2000", "S1=2000", "H7=2010", "S2=2010", "S4=2020"};
+            for (int c = 5; c <= 110; ++c)
+                headers.append(QStringLiteral("%1%2=%3").arg(c % 2 ? "S" : "H").arg(c).arg(2000 + 10 * (c / 2)));
+            addRun(db, run, headers.join(QLatin1Char(' ')), QString());
+            for (int t = 0; t < 600; ++t) {
+                const QString place = headers.at(rng.bounded(headers.size())).section(QLatin1Char('='), 0, 0);
                 const int species = QList<int>{3, 1, 9, 5, 200}.at(rng.bounded(5));
                 db.addTree(run, place.left(1), place.mid(1).toInt(), species, 5 + rng.generateDouble() * 60,
                            rng.generateDouble() * 10, rng.generateDouble() * 3);
@@ -206,8 +209,8 @@ private slots:
             db.addTree(run, QStringLiteral("H"), 8, 11, 30, 500.3, 1.7);   // more cut than ever stood
         }
         db.exec(QStringLiteral("UPDATE Model_Entries SET Current_Diameter = NULL WHERE rowid = 17"));
-        db.addTree(QStringLiteral("ORPHAN"), QStringLiteral("S"), 9, 4, 25, 3, 1);
-        db.exec(QStringLiteral("UPDATE Model_Entries SET rowid = -1 WHERE Cycle_Number = 9"));
+        db.addTree(QStringLiteral("ORPHAN"), QStringLiteral("S"), 999, 4, 25, 3, 1);
+        db.exec(QStringLiteral("UPDATE Model_Entries SET rowid = -1 WHERE Cycle_Number = 999"));
 
         const StandLevelsSums fast = ReadStandLevelsSums(db.db, runId, kind);
         const StandLevelsSums plan = ReadStandLevelsSumsPerPoint(db.db, runId, kind);
