@@ -114,7 +114,7 @@ int main(int argc, char *argv[])
     const QCommandLineOption cliOption(QStringLiteral("cli"), QStringLiteral("sendrel-cli to time (default: beside this build's bench folder)."),
                                        QStringLiteral("PATH"));
     const QCommandLineOption repeatOption(QStringLiteral("repeat"), QStringLiteral("Runs of each measurement (default 3)."), QStringLiteral("N"));
-    const QCommandLineOption skipPlanOption(QStringLiteral("skip-plan"), QStringLiteral("Leave out the per-point statements (about half a minute)."));
+    const QCommandLineOption skipPlanOption(QStringLiteral("skip-plan"), QStringLiteral("Leave out the per-point statements (some ten seconds)."));
     bench::ParseOptions(parser, {dbOption, cliOption, repeatOption, skipPlanOption},
                         QStringLiteral("Species composition of a 1,000,000-record run with a 1,000,000-record harvested list."));
     QTemporaryDir dir;
