@@ -16,6 +16,9 @@ bool OpenGameDB(TreeModel &tm, bool forceDialog, const std::function<void()> &be
         QString path = tm.GameDBPath;
         if (beforeLocate)
             beforeLocate();
+        // Without a path before, the folders set up meanwhile name the file.
+        if (path.isEmpty())
+            path = tm.GameDBPath;
         if (!LocateFile(tm.questions, QStringLiteral("Locate Tolv Game Database"), kGameDBFilter, path, forceDialog))
             throw SendrelError(ErrNo::DialogCancelled, QStringLiteral("Sendrel"), QStringLiteral("Cancel was selected."));
         tm.GameDBPath = path;
@@ -24,6 +27,7 @@ bool OpenGameDB(TreeModel &tm, bool forceDialog, const std::function<void()> &be
         tm.settingsStore.SaveSetting(kSectionCommon, QStringLiteral("DataDir"), folder);
         tm.settingsStore.sync();
 
+        tm.DBEngine.setLockWait(std::chrono::milliseconds(static_cast<qint64>(tm.settings.LockWaitSeconds * 1000)));
         tm.db.open(tm.GameDBPath);
         tm.settings.DataDir = QDir::toNativeSeparators(PathRemoveFileSpec(path));
         ReadSpecies(tm);

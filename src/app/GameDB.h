@@ -11,7 +11,8 @@ struct TreeModel;
 
 // Opens the run database at tm.GameDBPath, asking for the file when it is missing (always
 // with forceDialog). beforeLocate runs once the path has been copied and before the file is
-// looked for: the desktop creates its frame there, whose load sets up the folders.
+// looked for: the desktop creates its frame there, whose load sets up the folders. A path that was
+// empty before (no Data folder named at all) is taken as beforeLocate leaves it.
 // Failures: number 32755 "Canceled by the User", or "Cannot open the database." and the cause.
 bool OpenGameDB(TreeModel &tm, bool forceDialog, const std::function<void()> &beforeLocate = {});
 

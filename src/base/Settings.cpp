@@ -127,6 +127,9 @@ void Settings::LoadSettings(const SettingsStore &store, const QString &programDi
     NumClasses = ToInt16(ReadNumber(store.GetSetting(kSectionSendrel, QStringLiteral("NumClasses"), QStringLiteral("10"))));
     if (NumClasses == 0)
         NumClasses = 10;
+    LockWaitSeconds = ReadNumber(store.GetSetting(kSectionSendrel, QStringLiteral("LockWaitSeconds"), QStringLiteral("10")));
+    if (LockWaitSeconds <= 0 || LockWaitSeconds > 3600)
+        LockWaitSeconds = 10;
 }
 
 void Settings::SaveSettings(SettingsStore &store, double leftPos, double topPos) const
@@ -150,6 +153,7 @@ void Settings::SaveSettings(SettingsStore &store, double leftPos, double topPos)
     store.SaveSetting(kSectionSendrel, QStringLiteral("ClassesStart"), DefaultText(ClassesStart));
     store.SaveSetting(kSectionSendrel, QStringLiteral("ClassesWidth"), DefaultText(ClassesWidth));
     store.SaveSetting(kSectionSendrel, QStringLiteral("NumClasses"), DefaultText(NumClasses));
+    store.SaveSetting(kSectionSendrel, QStringLiteral("LockWaitSeconds"), DefaultText(LockWaitSeconds));
     store.sync();
 }
 

@@ -61,6 +61,9 @@ struct Settings {
     double ClassesWidth = 10;
     qint16 NumClasses = 10;
 
+    // How long a write waits for a run database that another program is writing, in seconds.
+    double LockWaitSeconds = 10;
+
     // Reads every key with its default and repairs what the rules say. programDir is the
     // folder of the executable; the default help file lies in its parent's Help folder.
     // Fails (Overflow) when NumClasses does not fit 16 bits.

@@ -1,10 +1,10 @@
 #include "cli/Commands.h"
 
-#include "base/Numbers.h"
 #include "base/SendrelError.h"
 #include "cli/Selection.h"
 #include "domain/composition/StandLevelsSeries.h"
 #include "domain/output/ChartData.h"
+#include "domain/standstock/ChartPages.h"
 #include "domain/standstock/ClassCharts.h"
 
 #include <QFileInfo>
@@ -122,22 +122,24 @@ public:
             throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"), QStringLiteral("Run %1 has no cycles.").arg(EscapedForLine(run.displayName())));
 
         StandStockData data(layout, session.tm.db.NumSpecies);
+        ChartPageRequest request;
+        request.run = run;
+        request.density = density;
+        request.yAxisMax = yMax;
+        request.grid = grid >= 0 ? static_cast<qint16>(grid) : GridFrom(session.tm.settings.HorizontalGrid, session.tm.settings.VerticalGrid);
         QList<ChartData> pages;
         QStringList years;
+        // Each page as a chart window makes it when the user pages to its year.
         for (const CycleListEntry &entry : selected) {
-            const QString yearText = DefaultText(ToInt16(ReadNumber(entry.yearText)));
-            data.CalcReport(session.tm.db, run, ToInt16(entry.cycle));
+            request.entry = entry;
             ChartData gphDensity;
             ChartData gphMerchVol;
-            const ClassChartMaxima maxima = FillClassCharts(session.tm.db, layout, data, gphDensity, gphMerchVol);
+            const ChartPage page = MakeChartPage(session.tm.db, session.tm.settings, layout, data, request, gphDensity, gphMerchVol);
             ChartData &chart = density ? gphDensity : gphMerchVol;
-            SetTitles(chart, ChartWindowTitles(session.tm.settings, density, run.runId, yearText));
-            ApplyYAxisRule(chart, density ? maxima.density : maxima.merchVol, yMax);
-            chart.ChartGrid(grid >= 0 ? static_cast<qint16>(grid) : GridFrom(session.tm.settings.HorizontalGrid, session.tm.settings.VerticalGrid));
             chart.ChartScreenStyle(bw ? 0 : 1);
             chart.ChartPrintStyle(bw ? 2 : 3);
             pages.append(chart);
-            years.append(yearText);
+            years.append(page.yearText);
         }
         WriteChartFiles(pages, years, output);
         return CliOk;

@@ -106,7 +106,7 @@ QString Command::help() const
 
 int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
 {
-    CliContext ctx{QString(), clsDBEngine::kDefaultLockWait, out, err};
+    CliContext ctx{QString(), std::nullopt, out, err};
     const std::vector<std::unique_ptr<Command>> commands = AllCommands();
 
     // The global options stand ahead of the command; everything from the command on is its own.

@@ -21,7 +21,7 @@ std::vector<std::unique_ptr<Command>> AllCommands()
     commands.push_back(MakeReportCommand());
     commands.push_back(MakeChartCommand());
     commands.push_back(MakeGenerateSampleCommand());
-    commands.push_back(MakeRegisterInstallationCommand());
+    commands.push_back(MakeSetupFoldersCommand());
     return commands;
 }
 
@@ -32,7 +32,7 @@ CliSession::CliSession(CliContext &c) : ctx(c), questions(c.err), tm(settingsSto
     tm.EndProcess = [](int) { throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"), QStringLiteral("Stopped.")); };
     tm.ProgramDir = QCoreApplication::applicationDirPath();
     tm.settings.LoadSettings(tm.settingsStore, tm.ProgramDir);
-    tm.DBEngine.setLockWait(ctx.lockWait);
+    tm.DBEngine.setLockWait(ctx.lockWait.value_or(std::chrono::milliseconds(static_cast<qint64>(tm.settings.LockWaitSeconds * 1000))));
 }
 
 CliSession::~CliSession()

@@ -23,7 +23,7 @@ enum CliExit { CliOk = 0, CliFailure = 1, CliUsage = 2 };
 // What every command gets: the global options and the two streams.
 struct CliContext {
     QString dbPath;                     // --db, or the settings' DataDir + "tolv_game.mdb"
-    std::chrono::milliseconds lockWait; // --wait
+    std::optional<std::chrono::milliseconds> lockWait;   // --wait; else the settings' LockWaitSeconds
     QTextStream &out;
     QTextStream &err;
 };

@@ -48,6 +48,6 @@ std::unique_ptr<Command> MakeDescribeCommand();
 std::unique_ptr<Command> MakeReportCommand();
 std::unique_ptr<Command> MakeChartCommand();
 std::unique_ptr<Command> MakeGenerateSampleCommand();
-std::unique_ptr<Command> MakeRegisterInstallationCommand();
+std::unique_ptr<Command> MakeSetupFoldersCommand();
 
 }  // namespace sendrel

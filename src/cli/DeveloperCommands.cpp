@@ -5,6 +5,7 @@
 #include "base/Settings.h"
 #include "domain/import/TreeListWriter.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -60,36 +61,42 @@ public:
     }
 };
 
-// What the suite's installer does: points the shared settings at an installation's Data and Work
-// folders, so that a first start opens the bundled database. A folder already set is left alone.
-class RegisterInstallationCommand : public Command {
+// What an installer does for each user: the first start's Data and Work folders, at their
+// defaults under the documents folder, filled from the installation. Folders the settings name
+// already are kept, and so are files a user has there already.
+class SetupFoldersCommand : public Command {
 public:
-    QString name() const override { return QStringLiteral("register-installation"); }
-    QString synopsis() const override { return QStringLiteral("FOLDER"); }
+    QString name() const override { return QStringLiteral("setup-folders"); }
+    QString synopsis() const override { return QStringLiteral("[--installation FOLDER]"); }
     QString summary() const override
     {
-        return QStringLiteral("Developer extra: sets Common DataDir and WorkDir to FOLDER/Data and FOLDER/Work when they name no folder.");
+        return QStringLiteral("Sets up the user's Data and Work folders as a first start does with its defaults (under the "
+                              "documents folder, filled from the installation), unless the settings name existing ones.");
     }
-    int minArguments() const override { return 1; }
-    int maxArguments() const override { return 1; }
-    int run(CliContext &ctx, const QCommandLineParser &, const QStringList &args) override
+    QList<QCommandLineOption> options() const override
     {
-        const QString root = QFileInfo(args.first()).absoluteFilePath();
+        return {QCommandLineOption(QStringLiteral("installation"),
+                                   QStringLiteral("The installation whose Data and Work files are copied (default: this program's)."),
+                                   QStringLiteral("FOLDER"))};
+    }
+    int run(CliContext &ctx, const QCommandLineParser &parser, const QStringList &) override
+    {
+        // Every question takes its default, without a word: Yes to the default folder, No to
+        // overwriting a file the user has.
+        struct Defaults : CliQuestions {
+            using CliQuestions::CliQuestions;
+            Answer message(const MessageRequest &request) override { return request.defaultAnswer; }
+        };
         SettingsStore store;
-        for (const QString &key : {QStringLiteral("DataDir"), QStringLiteral("WorkDir")}) {
-            const QString folder = root + QLatin1Char('/') + key.left(4);
-            if (!PathIsDirectory(folder))
-                throw SendrelError(ErrNo::PathNotFound, QStringLiteral("sendrel-cli"), folder + QStringLiteral(" is no folder."));
-            const QString current = store.GetSetting(kSectionCommon, key);
-            if (!current.isEmpty() && PathIsDirectory(current)) {
-                ctx.out << key << "\t" << current << "\t(kept)\n";
-                continue;
-            }
-            const QString value = PathAddBackslash(QDir::toNativeSeparators(folder));
-            store.SaveSetting(kSectionCommon, key, value);
-            ctx.out << key << "\t" << value << "\n";
-        }
-        store.sync();
+        Defaults questions(ctx.err);
+        TreeModel tm(store, questions);
+        tm.ProgramDir = parser.isSet(QStringLiteral("installation"))
+                            ? QDir(parser.value(QStringLiteral("installation"))).filePath(QStringLiteral("bin"))
+                            : QCoreApplication::applicationDirPath();
+        tm.settings.LoadSettings(store, tm.ProgramDir);
+        if (!LocateDirectories(tm))
+            throw SendrelError(ErrNo::PathNotFound, QStringLiteral("sendrel-cli"), QStringLiteral("The folders could not be set up."));
+        ctx.out << "DataDir\t" << tm.settings.DataDir << "\nWorkDir\t" << tm.settings.WorkDir << '\n';
         return CliOk;
     }
 };
@@ -101,9 +108,9 @@ std::unique_ptr<Command> MakeGenerateSampleCommand()
     return std::make_unique<GenerateSampleCommand>();
 }
 
-std::unique_ptr<Command> MakeRegisterInstallationCommand()
+std::unique_ptr<Command> MakeSetupFoldersCommand()
 {
-    return std::make_unique<RegisterInstallationCommand>();
+    return std::make_unique<SetupFoldersCommand>();
 }
 
 }  // namespace sendrel

@@ -78,9 +78,10 @@ QVector<QColor> makePalette()
 }
 
 // Black and white: patterns for bars, dash styles for lines, all drawn in black.
+// The first nine are each of a kind of their own, so that a mixed stand's species differ on paper.
 const Qt::BrushStyle kPatterns[] = {Qt::SolidPattern, Qt::Dense6Pattern, Qt::BDiagPattern, Qt::Dense3Pattern,
-                                    Qt::CrossPattern, Qt::FDiagPattern, Qt::Dense5Pattern, Qt::DiagCrossPattern,
-                                    Qt::HorPattern, Qt::Dense1Pattern, Qt::VerPattern, Qt::Dense4Pattern};
+                                    Qt::CrossPattern, Qt::FDiagPattern, Qt::HorPattern, Qt::DiagCrossPattern,
+                                    Qt::VerPattern, Qt::Dense5Pattern, Qt::Dense1Pattern, Qt::Dense4Pattern};
 // Lines in black and white: a dash pattern of their own for each of twelve series (eleven species
 // and their total), in units of the pen's width, each short enough to show in a legend's marker;
 // an empty pattern is a solid line.
@@ -144,7 +145,12 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
     chart->setBackgroundRoundness(0);
     chart->setMargins(QMargins(6, 6, 6, 6));
     chart->setTitle(data.ChartTopTitle());
-    chart->setTitleFont(withSize(chart->titleFont(), 13, true));
+    // A long title is set smaller rather than cut off, down to a size still read with ease.
+    QFont titleFont = withSize(chart->titleFont(), 13, true);
+    const double titleRoom = layoutSize.width() - 2 * 12;
+    while (titleFont.pointSizeF() > 8 && QFontMetricsF(titleFont).horizontalAdvance(data.ChartTopTitle()) > titleRoom)
+        titleFont.setPointSizeF(titleFont.pointSizeF() - 0.5);
+    chart->setTitleFont(titleFont);
 
     const QVector<Series> &all = data.series();
     const int points = data.ChartPointCount();
@@ -261,13 +267,19 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
     // their dashes.
     if (data.kind() == Kind::TimeLines && !colour)
         legend->setMarkerShape(QLegend::MarkerShapeFromSeries);
-    legend->setFont(withSize(chart->font(), 9));
+    legend->setFont(withSize(chart->font(), colour ? 9 : 11));
     bool anyLegend = false;
     for (QAbstractSeries *s : drawn) {
         for (QLegendMarker *m : legend->markers(s)) {
             const bool named = !m->label().isEmpty();
             m->setVisible(named);
             anyLegend = anyLegend || named;
+            if (!colour && m->brush().style() != Qt::SolidPattern) {
+                // A marker is smaller than one cell of a pattern: finer cells show the pattern.
+                QBrush small = m->brush();
+                small.setTransform(QTransform::fromScale(0.5, 0.5));
+                m->setBrush(small);
+            }
         }
     }
     legend->setVisible(anyLegend);
@@ -331,6 +343,9 @@ void Graph::renderTo(QPainter &painter, const QRectF &target, bool colour) const
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::TextAntialiasing);
+    // The black and white patterns grow with the chart: at a printer's resolution they would
+    // otherwise shrink to even greys, and the species could not be told apart on paper.
+    painter.setRenderHint(QPainter::NonCosmeticBrushPatterns);
     painter.fillRect(target, Qt::white);
     scene.render(&painter, target, scene.sceneRect(), Qt::IgnoreAspectRatio);
     painter.restore();

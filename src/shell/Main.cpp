@@ -54,10 +54,12 @@ bool Main(TreeModel &tm, const QStringList &arguments, frmSendrel *&frame)
             splash.exec();
         }
 
-        // An empty DataDir becomes the root folder, which exists: the database question then
-        // comes up rather than the Data folder question.
-        tm.settings.DataDir = PathAddBackslash(tm.settings.DataDir);
-        tm.GameDBPath = tm.settings.DataDir + kGameDBFileName;
+        // No folder holds a run database at the root of this platform's file system: an empty
+        // DataDir names no folder, so the frame's load sets one up and the path follows it.
+        const bool noDataFolder = tm.settings.DataDir.isEmpty();
+        if (!noDataFolder)
+            tm.settings.DataDir = PathAddBackslash(tm.settings.DataDir);
+        tm.GameDBPath = noDataFolder ? QString() : tm.settings.DataDir + kGameDBFileName;
 
         // Reaching for the frame's file dialog creates the frame; its load step sets up the folders
         // before the database file is looked for.
@@ -66,6 +68,8 @@ bool Main(TreeModel &tm, const QStringList &arguments, frmSendrel *&frame)
                 frame = new frmSendrel(tm);
                 frame->Form_Load();
             }
+            if (noDataFolder)
+                tm.GameDBPath = PathAddBackslash(tm.settings.DataDir) + kGameDBFileName;
         });
 
         if (!tm.RunOnCommandLine) {

@@ -154,6 +154,8 @@ void CreateRunDatabase(const QString &path)
     engine.PathToDB = path;
     engine.CreateDB();
     try {
+        // A file cut short while it is made is removed anyway: no need to wait for the disk.
+        Statement(engine, QStringLiteral("PRAGMA synchronous = OFF")).run();
         WriteTransaction transaction(engine);
         for (const QString &statement : RunDatabaseSchema())
             Statement(engine, statement).run();

@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QRegularExpression>
 
 using namespace sendrel;
@@ -169,6 +171,16 @@ private slots:
         QCOMPARE(chart({"stock", "R1", "--kind", "S", "-o", dir + "/all.pdf"}).code, 0);
         const QByteArray pdf = ReadWholeFile(dir + "/all.pdf");
         QCOMPARE(pdf.count("/Type /Page\n") + pdf.count("/Type /Page\r") + pdf.count("/Type /Page "), 3);
+        // Each page has the title of its year, in the order of the list.
+        const QString pdftotext = QStandardPaths::findExecutable(QStringLiteral("pdftotext"));
+        if (pdftotext.isEmpty())
+            QSKIP("pdftotext is not installed");
+        QProcess text;
+        text.start(pdftotext, {dir + "/all.pdf", QStringLiteral("-")});
+        QVERIFY(text.waitForFinished());
+        const QStringList pages = QString::fromUtf8(text.readAllStandardOutput()).split(QLatin1Char('\f'));
+        for (int i = 0; i < 3; ++i)
+            QVERIFY2(pages.value(i).contains(QStringLiteral("R1 (%1): Gross Total Volume").arg(2000 + 10 * i)), qPrintable(pages.value(i)));
     }
 };
 

@@ -180,16 +180,27 @@ private slots:
         QVERIFY(r.out.startsWith(QLatin1String("4\t80\t")));
         QCOMPARE(tool({"import", standing, "--kind", "S"}).code, 0);
 
-        // An installation's folders are taken only where the settings name none.
+        // The first start's folders, as an installer sets them up per user: the installation's
+        // files copied, a file the user has kept, a folder already named kept.
         QDir(m_db->dir()).mkpath(QStringLiteral("inst/Data"));
         QDir(m_db->dir()).mkpath(QStringLiteral("inst/Work"));
+        QFile::copy(m_db->path(), m_db->filePath(QStringLiteral("inst/Data/tolv_game.mdb")));
+        const QString documents = QString::fromLocal8Bit(qgetenv("XDG_DOCUMENTS_DIR"));
+        QDir().mkpath(documents + QStringLiteral("/Tolvane/Data"));
+        QFile mine(documents + QStringLiteral("/Tolvane/Data/tolv_game.mdb"));
+        QVERIFY(mine.open(QIODevice::WriteOnly));
+        mine.write("the user's own");
+        mine.close();
         SettingsStore store;
         store.SaveSetting(kSectionCommon, QStringLiteral("WorkDir"), m_db->workDir());
         store.sync();
-        QCOMPARE(RunTool({"register-installation", m_db->filePath(QStringLiteral("inst"))}).code, 0);
+        const CliRun setup = RunTool({"setup-folders", "--installation", m_db->filePath(QStringLiteral("inst"))});
+        QCOMPARE(setup.code, 0);
         SettingsStore after;
         QCOMPARE(after.GetSetting(kSectionCommon, QStringLiteral("WorkDir")), m_db->workDir());
-        QVERIFY(after.GetSetting(kSectionCommon, QStringLiteral("DataDir")).contains(QLatin1String("inst")));
+        QCOMPARE(QDir::cleanPath(QDir::fromNativeSeparators(after.GetSetting(kSectionCommon, QStringLiteral("DataDir")))),
+                 documents + QStringLiteral("/Tolvane/Data"));
+        QCOMPARE(ReadWholeFile(documents + QStringLiteral("/Tolvane/Data/tolv_game.mdb")), QByteArray("the user's own"));
     }
 };
 

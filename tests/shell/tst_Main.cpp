@@ -1,15 +1,16 @@
 // The order of a start: by hand with the splash, with "/R RUNID" straight to the run's report
-// window, and the failures that end it.
+// window, and the failures that end it; and the splash itself.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
 
-#include "app/FolderLocation.h"
 #include "shell/Main.h"
-#include "windows/composition/frmStandLevels.h"
-#include "windows/standstock/frmParameters.h"
+#include "shell/RevealPicture.h"
+#include "shell/frmKD_Splash.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QStandardPaths>
+#include <QTimer>
 
 using namespace sendrel;
 
@@ -31,22 +32,21 @@ protected:
     }
 };
 
-// The settings a start reads: the folders of the bench's database.
-void storeFolders(GuiBench &b)
+// A database with the runs R1 (with the header of its first year) and R2, closed again, and
+// its folder in the settings that a start reads.
+void prepare(GuiBench &b)
 {
+    b.openDatabase();
+    b.addListedRun(QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("one"));
+    b.addRun(QStringLiteral("R2"), QStringLiteral("S"), QStringLiteral("two"));
+    b.tm.DBEngine.CloseDB();
     b.store.SaveSetting(kSectionCommon, QStringLiteral("DataDir"), b.folder());
     b.store.SaveSetting(kSectionCommon, QStringLiteral("WorkDir"), b.folder());
 }
 
-// The report windows of the frame: stand and stock windows and the composition placeholder.
-QList<QWidget *> reportWindows(frmSendrel &frame)
+QStringList withRun(const QString &runId)
 {
-    QList<QWidget *> windows;
-    for (QWidget *form : frame.ChildForms()) {
-        if (qobject_cast<frmStandLevels *>(form) || qobject_cast<frmParameters *>(form))
-            windows.append(form);
-    }
-    return windows;
+    return {QStringLiteral("sendrel"), QStringLiteral("/R"), runId};
 }
 
 struct FrameOwner {
@@ -63,12 +63,7 @@ private slots:
     void byHandShowsTheSplashThenTheBrowser()
     {
         GuiBench b;
-        b.openDatabase();
-        b.addRun(QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("one"));
-        b.addRun(QStringLiteral("R2"), QStringLiteral("S"), QStringLiteral("two"));
-        b.tm.DBEngine.CloseDB();
-        storeFolders(b);
-
+        prepare(b);
         ShownWindows shown;
         FrameOwner f;
         onNextModal([](QWidget *w) { QTest::keyClick(w, Qt::Key_Escape); });
@@ -77,51 +72,37 @@ private slots:
         QVERIFY(b.questions.asked().isEmpty());
         QVERIFY(f.frame->isVisible());
         QVERIFY(!b.tm.RunOnCommandLine);
-        QCOMPARE(b.tm.ModelVariant, qint16(2));
         frmMarquel *m = f.frame->Marquel;
         QVERIFY(m && m->isVisible());
         QCOMPARE(m->lstRuns->count(), 2);
-        QCOMPARE(f.frame->LeftForm.data(), m);
         QVERIFY(reportWindows(*f.frame).isEmpty());
-        QCOMPARE(b.tm.GameDBPath, b.path());
     }
 
-    // Started with a run: no splash, the browser holds that run, its stand and stock window opens.
+    // Started with a run: no splash, the browser holds that run, its stand and stock window opens
+    // in the left place, and closing it ends the process without saving the settings.
     void withARunOpensItsReportWindow()
     {
         GuiBench b;
-        b.openDatabase();
-        b.addRun(QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("one"));
-        // As an import leaves it: with the header row of its first year.
-        b.addHeader(QStringLiteral("R1"), QStringLiteral("S"), 1, 2000);
-        b.addRun(QStringLiteral("R2"), QStringLiteral("S"), QStringLiteral("two"));
-        b.tm.DBEngine.CloseDB();
-        storeFolders(b);
-
+        prepare(b);
         ShownWindows shown;
         FrameOwner f;
-        QVERIFY(Main(b.tm, {QStringLiteral("sendrel"), QStringLiteral("/R"), QStringLiteral("R1"), QStringLiteral("/V"), QStringLiteral("TRW")},
-                     f.frame));
+        QVERIFY(Main(b.tm, withRun(QStringLiteral("R1")) << QStringLiteral("/V") << QStringLiteral("TRW"), f.frame));
         QVERIFY(!shown.names.contains(QStringLiteral("frmKD_Splash")));
         QVERIFY(b.tm.RunOnCommandLine);
-        QCOMPARE(b.tm.CurrentRunId, QStringLiteral("R1"));
         QCOMPARE(b.tm.ModelVariant, qint16(1));
         QVERIFY(f.frame->isVisible());
         QVERIFY(f.frame->windowState() & Qt::WindowMaximized);
         frmMarquel *m = f.frame->Marquel;
         QCOMPARE(m->RunEntries(), QStringList{QStringLiteral("R1:Standing\tone")});
-        QVERIFY(m->chkSS->isChecked());
-        QVERIFY(!m->chkStandLevels->isChecked());
-        const auto windows = reportWindows(*f.frame);
+        QVERIFY(m->chkSS->isChecked() && !m->chkStandLevels->isChecked());
+        const QList<QWidget *> windows = reportWindows(*f.frame);
         QCOMPARE(windows.size(), 1);
         QCOMPARE(windows[0]->windowTitle(), QStringLiteral("Stand & Stock Tables: R1"));
-        QCOMPARE(windows[0]->property("This_SorH").toString(), QStringLiteral("S"));
-        QCOMPARE(f.frame->LeftForm.data(), windows[0]);
-        QVERIFY(!f.frame->RightForm);
+        QCOMPARE(f.frame->LeftForm().data(), windows[0]);
+        QVERIFY(!f.frame->RightForm());
         QCOMPARE(f.frame->SubWindowOf(windows[0])->pos(), QPoint(0, 0));
         QVERIFY(b.questions.asked().isEmpty());
 
-        // Its window is the program's life: closing it ends the process without saving settings.
         f.frame->SubWindowOf(windows[0])->close();
         QCOMPARE(b.ended, QList<int>{0});
         QVERIFY(!b.tm.DBEngine.IsOpen());
@@ -131,21 +112,16 @@ private slots:
     void withARunThatIsGone()
     {
         GuiBench b;
-        b.openDatabase();
-        b.addRun(QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("one"));
-        b.tm.DBEngine.CloseDB();
-        storeFolders(b);
-
+        prepare(b);
         FrameOwner f;
-        QVERIFY(Main(b.tm, {QStringLiteral("sendrel"), QStringLiteral("/R"), QStringLiteral("GONE")}, f.frame));
+        QVERIFY(Main(b.tm, withRun(QStringLiteral("GONE")), f.frame));
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The run you selected was deleted by another application.")});
         QVERIFY(reportWindows(*f.frame).isEmpty());
         QVERIFY(f.frame->Marquel->isVisible());
-        QCOMPARE(f.frame->Marquel->lstRuns->count(), 0);
         QVERIFY(b.ended.isEmpty());
     }
 
-    // Giving up on the database ends the start with Main's message.
+    // Giving up on the database ends the start with Main's message; the frame never shows.
     void refusedDatabaseEndsTheStart()
     {
         GuiBench b;
@@ -155,34 +131,34 @@ private slots:
         b.questions.answerOpenFile(QString());
         b.questions.answerMessage(Answer::Cancel);
         FrameOwner f;
-        QVERIFY(!Main(b.tm, {QStringLiteral("sendrel"), QStringLiteral("/R"), QStringLiteral("R1")}, f.frame));
+        QVERIFY(!Main(b.tm, withRun(QStringLiteral("R1")), f.frame));
         const auto &asked = b.questions.asked();
         QCOMPARE(asked.size(), 3);
-        QCOMPARE(asked[0].title, QStringLiteral("Sendrel - Locate Tolv Game Database"));
         QCOMPARE(asked[0].text, empty.path() + QStringLiteral("|tolv_game.mdb"));
-        QCOMPARE(asked[1].text, QStringLiteral("The file tolv_game.mdb is required to successfully run Sendrel. Do you want to try again?"));
         QCOMPARE(asked[2].text, QStringLiteral("Module:TREEMODL|MAIN\nCanceled by the User"));
         QVERIFY(f.frame && !f.frame->isVisible());
     }
 
-    // The first start of all: the empty Data folder names the root, so the Work folder comes
-    // first, then the database file.
+    // The first start of all: no Data folder is named, so both folder questions come; their
+    // defaults are made under the documents folder and filled from the installation, and the
+    // installation's database opens from there without a file dialog.
     void firstStartOfAll()
     {
         GuiBench b;
-        QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Tolvane")).removeRecursively();
+        QDir(b.dir()).mkdir(QStringLiteral("Data"));
+        QVERIFY(QFile::copy(b.path(), b.filePath(QStringLiteral("Data/tolv_game.mdb"))));
+        const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Tolvane");
+        QDir(documents).removeRecursively();
         b.questions.answerMessage(Answer::Yes);
-        b.questions.answerOpenFile(b.path());
+        b.questions.answerMessage(Answer::Yes);
         FrameOwner f;
-        QVERIFY(Main(b.tm, {QStringLiteral("sendrel"), QStringLiteral("/R"), QStringLiteral("R1")}, f.frame));
+        QVERIFY(Main(b.tm, withRun(QStringLiteral("R1")), f.frame));
         const auto &asked = b.questions.asked();
-        QCOMPARE(asked[0].title, QStringLiteral("Sendrel - Work Folder"));
-        QCOMPARE(asked[1].kind, QStringLiteral("openFile"));
-        QCOMPARE(asked[1].text, QDir::separator() + QStringLiteral("|tolv_game.mdb"));
-        const QString work = GetDefaultWorkFolder(false);
-        QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("WorkDir")), work);
-        QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), b.folder());
-        QCOMPARE(b.tm.GameDBPath, b.path());
+        QCOMPARE(asked[0].title, QStringLiteral("Sendrel - Data Folder"));
+        QCOMPARE(asked[1].title, QStringLiteral("Sendrel - Work Folder"));
+        for (const auto &a : asked)
+            QVERIFY(a.kind != QLatin1String("openFile"));
+        QCOMPARE(QDir::cleanPath(b.tm.GameDBPath), documents + QStringLiteral("/Data/tolv_game.mdb"));
         QVERIFY(b.tm.DBEngine.IsOpen());
     }
 
@@ -196,15 +172,48 @@ private slots:
         b.questions.answerFolder(QString());
         b.questions.answerMessage(Answer::Cancel);
         FrameOwner f;
-        try {
-            Main(b.tm, {QStringLiteral("sendrel"), QStringLiteral("/R"), QStringLiteral("R1")}, f.frame);
-            QFAIL("the process did not end");
-        } catch (const ProcessEnded &e) {
-            QCOMPARE(e.code, 0);
-        }
+        QVERIFY_THROWS_EXCEPTION(ProcessEnded, Main(b.tm, withRun(QStringLiteral("R1")), f.frame));
         QCOMPARE(b.questions.messageTexts().last(),
                  QStringLiteral("Cannot locate all the required files necessary to successfully run Sendrel.  Exiting the program."));
         QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("NumClasses")), QStringLiteral("10"));
+    }
+
+    // The splash closes itself after two seconds, or at once on a click on the picture or a
+    // label, or on a key.
+    void splashClosesOnClickOrKey_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::newRow("version") << "lblVersion";
+        QTest::newRow("picture") << "Image1";
+        QTest::newRow("key") << "";
+    }
+
+    void splashClosesOnClickOrKey()
+    {
+        QFETCH(QString, target);
+        frmKD_Splash splash;
+        QWidget *on = target == QLatin1String("Image1") ? static_cast<QWidget *>(splash.Image1) : splash.lblVersion;
+        onNextModal([&](QWidget *w) {
+            QCOMPARE(splash.lblVersion->text(), QStringLiteral("Version 3.03.0004"));
+            QVERIFY(splash.Timer1->isActive() && splash.Timer1->interval() == 2000);
+            if (target.isEmpty())
+                QTest::keyClick(w, Qt::Key_Space);
+            else
+                QTest::mouseClick(on, Qt::LeftButton);
+        });
+        QCOMPARE(splash.exec(), int(QDialog::Accepted));
+        QVERIFY(splash.Timer1->isActive());   // closed before its time ran out
+    }
+
+    // The picture grows by tenths while both sides are below the target, then shrinks by
+    // fiftieths while one is above.
+    void pictureSize()
+    {
+        const QSizeF s = RevealPictureSize(QSizeF(100, 50), QSizeF(200, 200));
+        // 100 * 1.1^8 = 214.358881, then * 0.98^4 = 197.717807
+        QCOMPARE(qRound(s.width() * 1000), 197718);
+        QCOMPARE(qRound(s.height() * 1000), 98859);
+        QCOMPARE(RevealPictureSize(QSizeF(400, 300), QSizeF(0, 100)), QSizeF(0, 0));
     }
 };
 

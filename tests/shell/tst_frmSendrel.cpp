@@ -1,16 +1,23 @@
-// The workspace frame: its menus, the two places, the child windows' menus, the load step with
-// its folder check, the busy window and the orderly end.
+// The workspace frame: its menu commands and the browser's, the two places and the arrangement,
+// the child windows' menus, a failing load, the busy window, the orderly end, the about window,
+// and the help, also when a modal dialog asks for it.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
 
-#include "windows/common/ChildMenus.h"
 #include "shell/GuiQuestions.h"
+#include "shell/RevealPicture.h"
+#include "shell/frmKD_About.h"
+#include "windows/common/ChildMenus.h"
+#include "windows/common/ShowHelp.h"
 #include "windows/common/frmBusyMessage.h"
-#include "shell/frmSendrel.h"
+#include "windows/common/frmHelp.h"
 
 #include <QLabel>
+#include <QMdiArea>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
+#include <QTextBrowser>
 
 using namespace sendrel;
 
@@ -19,12 +26,7 @@ namespace {
 // A child window with a menu of its own.
 class MenuChild : public QWidget, public ChildMenus {
 public:
-    MenuChild()
-    {
-        m_menu = new QMenu(QStringLiteral("&Chart"), this);
-        m_menu->menuAction()->setObjectName(QStringLiteral("mnuChart"));
-        resize(300, 200);
-    }
+    MenuChild() : m_menu(new QMenu(QStringLiteral("&Chart"), this)) { m_menu->menuAction()->setObjectName(QStringLiteral("mnuChart")); }
     QList<QMenu *> ChildMenuList() const override { return {m_menu}; }
 
 private:
@@ -49,148 +51,138 @@ QMdiSubWindow *addPlain(frmSendrel &frame, const QPoint &at)
     return sub;
 }
 
+// A frame that notes the commands it is given instead of carrying them out.
+struct RecordingFrame : frmSendrel {
+    using frmSendrel::frmSendrel;
+    QStringList calls;
+    void Arrange(int command) override { calls << QStringLiteral("Arrange %1").arg(command); }
+    void ArrangeWindows() override { calls << QStringLiteral("ArrangeWindows"); }
+    void ShowHelpTopic(int topic) override { calls << QStringLiteral("Help %1").arg(topic); }
+    void ShowAbout() override { calls << QStringLiteral("About"); }
+    bool SaveSettingsAndEnd() override
+    {
+        calls << QStringLiteral("End");
+        return false;
+    }
+};
+
+const QString kHelpFolder = QStringLiteral(SENDREL_SOURCE_DIR "/install/Help");
+const QString kHelpFile = QDir::toNativeSeparators(kHelpFolder + QStringLiteral("/Tolvane.chm"));
+
+// The page the help window shows, as its file name.
+QString shownPage()
+{
+    frmHelp *help = HelpWindow();
+    return help ? QFileInfo(help->txtTopic->source().toLocalFile()).fileName() : QString();
+}
+
+// Whether the help window is blocked by a modal window now, as the window system told it.
+class HelpBlocked : public QObject {
+public:
+    HelpBlocked() { qApp->installEventFilter(this); }
+    ~HelpBlocked() override { qApp->removeEventFilter(this); }
+    bool blocked = false;
+
+protected:
+    bool eventFilter(QObject *o, QEvent *e) override
+    {
+        if (o->isWidgetType() && o->objectName() == QLatin1String("frmHelp")
+            && (e->type() == QEvent::WindowBlocked || e->type() == QEvent::WindowUnblocked))
+            blocked = e->type() == QEvent::WindowBlocked;
+        return false;
+    }
+};
+
 }  // namespace
 
 class tst_frmSendrel : public QObject {
     Q_OBJECT
 
 private slots:
-    void ownMenus()
+    void cleanup()
     {
+        if (frmHelp *help = HelpWindow())
+            help->close();
+        QApplication::processEvents();
+    }
+
+    // Each command of the frame's own menu, and of the browser's, reaches what it says.
+    void menuCommands_data()
+    {
+        QTest::addColumn<QString>("frameItem");
+        QTest::addColumn<QString>("browserItem");
+        QTest::addColumn<QString>("call");
+        QTest::newRow("exit") << "mnu_Exit" << "mnu_File_Exit" << "End";
+        QTest::newRow("cascade") << "mnu_Window_Cascade" << "mnu_Window_Cascade" << "Arrange 0";
+        QTest::newRow("tile horizontally") << "mnu_Window_TileHorizontally" << "mnu_Window_TileHorizontally" << "Arrange 1";
+        QTest::newRow("tile vertically") << "mnu_Window_TileVertically" << "mnu_Window_TileVertically" << "Arrange 2";
+        QTest::newRow("arrange icons") << "mnu_Window_ArrangeIcons" << "mnu_Window_ArrangeIcons" << "Arrange 3";
+        QTest::newRow("arrange windows") << "mnuArrangeWindows" << "mnuArrangeWindows" << "ArrangeWindows";
+        QTest::newRow("contents") << "mnuHelpContents" << "mnu_Help_Contents" << "Help 0";
+        QTest::newRow("search") << "mnuHelpSearch" << "mnuHelpSearch" << "Help 0";
+        QTest::newRow("support") << "mnuHelpTechnicalSupport" << "mnuHelpTechnicalSupport" << "Help 14";
+        QTest::newRow("acknowledgements") << "mnuHelpAcknowledgements" << "mnuHelpAcknowledgements" << "Help 15";
+        QTest::newRow("about") << "mnuHelpAbout" << "mnu_Help_About" << "About";
+    }
+
+    void menuCommands()
+    {
+        QFETCH(QString, frameItem);
+        QFETCH(QString, browserItem);
+        QFETCH(QString, call);
         GuiBench b;
-        frmSendrel frame(b.tm);
-        QCOMPARE(frame.windowTitle(), QStringLiteral("Sendrel"));
-        QCOMPARE(barNames(frame), (QStringList{QStringLiteral("mnu_File"), QStringLiteral("mnu_Window"), QStringLiteral("mnuHelp")}));
-        QList<QPair<QString, QString>> items;
-        for (QAction *top : frame.menuBar()->actions()) {
-            items.append({top->objectName(), top->text()});
-            for (QAction *a : top->menu()->actions())
-                items.append({a->objectName(), a->isSeparator() ? QString() : a->text()});
-        }
-        const QList<QPair<QString, QString>> expected = {
-            {QStringLiteral("mnu_File"), QStringLiteral("&File")},
-            {QStringLiteral("mnu_Exit"), QStringLiteral("E&xit")},
-            {QStringLiteral("mnu_Window"), QStringLiteral("&Window")},
-            {QStringLiteral("mnu_Window_Cascade"), QStringLiteral("&Cascade")},
-            {QStringLiteral("mnu_Window_TileHorizontally"), QStringLiteral("Tile &Horizontally")},
-            {QStringLiteral("mnu_Window_TileVertically"), QStringLiteral("Tile &Vertically")},
-            {QStringLiteral("mnuArrangeWindows"), QStringLiteral("&Arrange Windows")},
-            {QStringLiteral("mnu_Window_ArrangeIcons"), QStringLiteral("&Arrange Icons")},
-            {QStringLiteral("mnuHelp"), QStringLiteral("&Help")},
-            {QStringLiteral("mnuHelpContents"), QStringLiteral("&Contents")},
-            {QStringLiteral("mnuHelpSearch"), QStringLiteral("&Search for help on...")},
-            {QStringLiteral("mnuHelpTechnicalSupport"), QStringLiteral("&Obtaining Technical Support")},
-            {QStringLiteral("mnuHelpAcknowledgements"), QStringLiteral("Acknowledgements")},
-            {QStringLiteral("mnuHelpSep1"), QString()},
-            {QStringLiteral("mnuHelpAbout"), QStringLiteral("&About...")},
-        };
-        QCOMPARE(items, expected);
+        RecordingFrame frame(b.tm);
+        frmMarquel browser(b.tm, frame);
+        frame.findChild<QAction *>(frameItem)->trigger();
+        browser.findChild<QAction *>(browserItem)->trigger();
+        QCOMPARE(frame.calls, (QStringList{call, call}));
     }
 
     // The active child's menus replace the frame's, and the frame's come back when it is gone.
-    void childMenusReplaceTheFramesMenu()
+    void childWindows()
     {
         GuiBench b;
         frmSendrel frame(b.tm);
+        frame.resize(1000, 700);
         frame.show();
-        auto *child = new MenuChild;
-        QMdiSubWindow *sub = frame.AddChildWindow(child);
+        const QStringList own = barNames(frame);
+        QCOMPARE(own.size(), 3);
+        QMdiSubWindow *sub = frame.AddChildWindow(new MenuChild);
         sub->show();
         frame.mdiArea()->setActiveSubWindow(sub);
         QCOMPARE(barNames(frame), QStringList{QStringLiteral("mnuChart")});
-        // A child without a menu shows the frame's.
         QMdiSubWindow *plain = addPlain(frame, QPoint(10, 10));
         frame.mdiArea()->setActiveSubWindow(plain);
-        QCOMPARE(barNames(frame).first(), QStringLiteral("mnu_File"));
+        QCOMPARE(barNames(frame), own);
         frame.mdiArea()->setActiveSubWindow(sub);
         sub->close();
         plain->close();
         QApplication::processEvents();
-        QCOMPARE(barNames(frame), (QStringList{QStringLiteral("mnu_File"), QStringLiteral("mnu_Window"), QStringLiteral("mnuHelp")}));
-    }
+        QCOMPARE(barNames(frame), own);
 
-    void arrangeWindowsPutsThePlaces()
-    {
-        GuiBench b;
-        frmSendrel frame(b.tm);
-        frame.resize(1000, 700);
-        frame.show();
+        // The two places (nothing moves while both are empty, and no size changes), the tiles and the icons.
         QMdiSubWindow *left = addPlain(frame, QPoint(50, 60));
         QMdiSubWindow *right = addPlain(frame, QPoint(70, 80));
-
-        // Both places empty: nothing moves.
+        const QRect area = frame.mdiArea()->viewport()->rect();
         frame.ArrangeWindows();
         QCOMPARE(left->pos(), QPoint(50, 60));
-        QCOMPARE(right->pos(), QPoint(70, 80));
-
-        frame.LeftForm = left->widget();
-        frame.RightForm = right->widget();
+        frame.LeftForm() = left->widget();
+        frame.RightForm() = right->widget();
         const QSize size = right->size();
         frame.ArrangeWindows();
         QCOMPARE(left->pos(), QPoint(0, 0));
-        QCOMPARE(right->pos(), QPoint(frame.mdiArea()->viewport()->width() / 2, 0));
+        QCOMPARE(right->pos(), QPoint(area.width() / 2, 0));
         QCOMPARE(right->size(), size);
 
-        // The Window menu's command does the same.
-        left->move(5, 5);
-        frame.findChild<QAction *>(QStringLiteral("mnuArrangeWindows"))->trigger();
-        QCOMPARE(left->pos(), QPoint(0, 0));
-    }
-
-    void tilingCommands()
-    {
-        GuiBench b;
-        frmSendrel frame(b.tm);
-        frame.resize(1000, 700);
-        frame.show();
-        QMdiSubWindow *one = addPlain(frame, QPoint(50, 60));
-        QMdiSubWindow *two = addPlain(frame, QPoint(70, 80));
-        const QRect area = frame.mdiArea()->viewport()->rect();
-
-        frame.findChild<QAction *>(QStringLiteral("mnu_Window_TileVertically"))->trigger();
-        QCOMPARE(QSet<int>({one->x(), two->x()}), QSet<int>({0, area.width() / 2}));
-        QCOMPARE(one->height(), area.height());
-
-        frame.findChild<QAction *>(QStringLiteral("mnu_Window_TileHorizontally"))->trigger();
-        QCOMPARE(QSet<int>({one->y(), two->y()}), QSet<int>({0, area.height() / 2}));
-        QCOMPARE(one->width(), area.width());
-
-        two->showMinimized();
-        frame.findChild<QAction *>(QStringLiteral("mnu_Window_ArrangeIcons"))->trigger();
-        QCOMPARE(two->pos(), QPoint(0, area.bottom() - two->height() + 1));
-    }
-
-    void loadWithFoldersInPlaceAsksNothing()
-    {
-        GuiBench b;
-        b.tm.settings.DataDir = b.folder();
-        b.tm.settings.WorkDir = b.folder();
-        frmSendrel frame(b.tm);
-        frame.Form_Load();
-        QVERIFY(b.questions.asked().isEmpty());
-        QVERIFY(b.ended.isEmpty());
-        QVERIFY(frame.windowState() & Qt::WindowMaximized);
-        QVERIFY(!frame.LeftForm && !frame.RightForm);
-    }
-
-    // Refusing a folder: the critical message, then the orderly end with the settings saved.
-    void refusedFolderEndsTheProgram()
-    {
-        GuiBench b;
-        b.tm.settings.DataDir = b.folder();
-        b.questions.answerMessage(Answer::No);
-        b.questions.answerFolder(QString());
-        b.questions.answerMessage(Answer::Cancel);
-        frmSendrel frame(b.tm);
-        frame.Form_Load();
-        const auto &asked = b.questions.asked();
-        QCOMPARE(asked.size(), 4);
-        QCOMPARE(asked[3].title, QStringLiteral("Sendrel"));
-        QCOMPARE(asked[3].text,
-                 QStringLiteral("Cannot locate all the required files necessary to successfully run Sendrel.  Exiting the program."));
-        QCOMPARE(b.ended, QList<int>{0});
-        QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("ClassesWidth")), QStringLiteral("10"));
-        QVERIFY(!b.store.GetSetting(kSectionSendrel, QStringLiteral("LeftPos")).isEmpty());
+        frame.Arrange(kArrangeTileVertical);
+        QCOMPARE(QSet<int>({left->x(), right->x()}), QSet<int>({0, area.width() / 2}));
+        QCOMPARE(left->height(), area.height());
+        frame.Arrange(kArrangeTileHorizontal);
+        QCOMPARE(QSet<int>({left->y(), right->y()}), QSet<int>({0, area.height() / 2}));
+        QCOMPARE(left->width(), area.width());
+        right->showMinimized();
+        frame.Arrange(kArrangeIcons);
+        QCOMPARE(right->pos(), QPoint(0, area.bottom() - right->height() + 1));
     }
 
     // A failure inside the folder check is shown with the frame's tag and ends the program.
@@ -203,70 +195,140 @@ private slots:
         b.questions.answerMessage(Answer::Yes);
         frmSendrel frame(b.tm);
         frame.Form_Load();
-        const QString text = b.questions.messageTexts().last();
-        QVERIFY2(text.startsWith(QStringLiteral("frmSendrel|MDIForm_Load\nSendrel.Locate_Directories(), TolvUtil.LocateWorkFolder(), ")),
-                 qPrintable(text));
+        QVERIFY(b.questions.messageTexts().last().startsWith(QStringLiteral("frmSendrel|MDIForm_Load\n")));
         QCOMPARE(b.ended, QList<int>{0});
     }
 
-    void busyMessageWindow()
+    // What the frame shows besides its children: the pointer, the busy window (not modal, one
+    // window shown again and again), one shared about window (modeless, OK hides it); and
+    // closing it is the orderly end, with the settings saved.
+    void frameServices()
     {
         GuiBench b;
         frmSendrel frame(b.tm);
-        GuiQuestions gui(&frame);
         frame.show();
+        frame.SetMousePointer(11);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        frame.SetMousePointer(9);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::SizeHorCursor);
+        frame.SetMousePointer(0);
+        QVERIFY(!QApplication::overrideCursor());
+
+        GuiQuestions gui(&frame);
         gui.showBusyMessage(QStringLiteral("Please wait..."), QStringLiteral("Importing cycle number: 3"));
         frmBusyMessage *busy = gui.busyWindow();
-        QVERIFY(busy);
-        QCOMPARE(busy->objectName(), QStringLiteral("frmBusyMessage"));
-        QVERIFY(busy->isVisible());
-        QVERIFY(!busy->isModal());
+        QVERIFY(busy->isVisible() && !busy->isModal());
         QCOMPARE(busy->windowTitle(), QStringLiteral("Please wait..."));
-        QCOMPARE(busy->lblBusyMessage->text(), QStringLiteral("Importing cycle number: 3"));
         gui.showBusyMessage(QStringLiteral("Please wait..."), QStringLiteral("Importing cycle number: 4"));
         QCOMPARE(gui.busyWindow(), busy);
         QCOMPARE(busy->lblBusyMessage->text(), QStringLiteral("Importing cycle number: 4"));
         gui.hideBusyMessage();
         QVERIFY(!busy->isVisible());
-        QCOMPARE(gui.busyWindow(), busy);   // still loaded
 
-        frmBusyMessage fresh;
-        QCOMPARE(fresh.windowTitle(), QString());
-        QCOMPARE(fresh.lblBusyMessage->text(), QString());
+        frame.ShowAbout();
+        frmKD_About *about = frame.About();
+        QCOMPARE(about->lblVersion->text(), QStringLiteral("Version 3.03.0004"));
+        QVERIFY(about->isVisible() && !about->isModal());
+        QVERIFY(about->Image1->width() <= about->width() / 2 && about->Image1->height() <= about->height() * 70 / 100);
+        QTest::mouseClick(about->cmdOK, Qt::LeftButton);
+        QVERIFY(!about->isVisible());
+        frame.ShowAbout();
+        QCOMPARE(frame.About(), about);
+        QVERIFY(about->isVisible());
 
-        // The frame's own calls go through the model's questions.
-        frame.ShowBusyMessage(QStringLiteral("t"), QStringLiteral("m"));
-        QVERIFY(b.questions.busyVisible());
-        frame.HideBusyMessage();
-        QVERIFY(!b.questions.busyVisible());
+        frame.close();
+        QCOMPARE(b.ended, QList<int>{0});
+        QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("NumClasses")), QStringLiteral("10"));
     }
 
-    void exitAndCloseEndTheProgram()
+    // The help commands, and a page for every window's help id that leads back to the contents.
+    void showHelpCommands()
     {
-        {
-            GuiBench b;
-            frmSendrel frame(b.tm);
-            frame.findChild<QAction *>(QStringLiteral("mnu_Exit"))->trigger();
-            QCOMPARE(b.ended, QList<int>{0});
-        }
-        {
-            GuiBench b;
-            frmSendrel frame(b.tm);
-            frame.show();
-            frame.close();
-            QCOMPARE(b.ended, QList<int>{0});
-            QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("NumClasses")), QStringLiteral("10"));
+        QVERIFY(ShowHelp(HelpContentsAndTopic, kHelpFile, 29));
+        QCOMPARE(shownPage(), QStringLiteral("29.html"));
+        QVERIFY(HelpWindow()->isVisible());
+        QVERIFY(ShowHelp(HelpContentsAndTopic, kHelpFile, 0));
+        QCOMPARE(shownPage(), QStringLiteral("index.html"));
+        QVERIFY(ShowHelp(HelpContents, kHelpFile, 29));
+        QCOMPARE(shownPage(), QStringLiteral("index.html"));
+        QVERIFY(ShowHelp(HelpSearch, kHelpFile, 0));
+        QCOMPARE(HelpWindow()->txtSearch->text(), QString());
+        QVERIFY(!ShowHelp(5, kHelpFile, 29));
+        QVERIFY(!ShowHelp(HelpContentsAndTopic, QStringLiteral("/nowhere/Help/Tolvane.chm"), 29));
+        // Searching lists the pages that hold every word.
+        HelpWindow()->ShowSearch(QStringLiteral("Overwrite harvested"));
+        QVERIFY(HelpWindow()->txtTopic->toPlainText().contains(QStringLiteral("Duplicate Run Id")));
+        for (int id : {29, 76, 75, 73, 14, 2070, 2010, 2100, 15}) {
+            const QString html = QString::fromUtf8(sendrel::test::ReadWholeFile(kHelpFolder + QStringLiteral("/%1.html").arg(id)));
+            QVERIFY2(html.contains(QStringLiteral("<title>")) && html.contains(QStringLiteral("href=\"index.html\"")), qPrintable(QString::number(id)));
         }
     }
 
-    void mousePointer()
+    // F1 in the frame opens the topic of the active child window.
+    void f1InTheFrame()
     {
         GuiBench b;
-        frmSendrel frame(b.tm);
-        frame.SetMousePointer(11);
-        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
-        frame.SetMousePointer(0);
-        QVERIFY(!QApplication::overrideCursor());
+        frmMarquel *m = b.start();
+        b.tm.settings.HelpFile = kHelpFile;
+        b.frame->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(b.frame.get()));
+        b.frame->mdiArea()->setActiveSubWindow(b.frame->SubWindowOf(m));
+        m->HelpContextID = 76;   // a child's own topic, to tell it from the frame's 29
+        QTest::keyClick(b.frame.get(), Qt::Key_F1);
+        QCOMPARE(shownPage(), QStringLiteral("76.html"));
+    }
+
+    // Help asked for in a dialog that waits modally comes up at its topic, usable at once,
+    // also when the help window was open before the dialog.
+    void helpFromModalDialogs_data()
+    {
+        QTest::addColumn<QString>("dialog");
+        QTest::addColumn<bool>("openBefore");
+        QTest::addColumn<QString>("page");
+        QTest::newRow("Standing or Harvested, F1") << "frmSorH" << false << "2010.html";
+        QTest::newRow("Enter Run ID, F1") << "frmRunId" << false << "2070.html";
+        QTest::newRow("Duplicate Run Id, Help") << "frmDuplicateId" << false << "index.html";
+        QTest::newRow("Report Description, Help") << "frmReportText" << false << "73.html";
+        QTest::newRow("help open before") << "frmSorH" << true << "2010.html";
+    }
+
+    void helpFromModalDialogs()
+    {
+        QFETCH(QString, dialog);
+        QFETCH(bool, openBefore);
+        QFETCH(QString, page);
+        GuiQuestions q;
+        q.setHelpFile(kHelpFile);
+        HelpBlocked help;
+        if (openBefore)
+            QVERIFY(ShowHelp(HelpContentsAndTopic, kHelpFile, 29));
+        QString shown;
+        bool blocked = true;
+        onNextModal([&](QWidget *w) {
+            w->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(w));
+            if (auto *button = w->findChild<QPushButton *>(QStringLiteral("cmdHelp")))
+                QTest::mouseClick(button, Qt::LeftButton);
+            else
+                QTest::keyClick(w, Qt::Key_F1);
+            shown = shownPage();
+            blocked = help.blocked || !HelpWindow()->isVisible();
+            // The user reads, closes the help and leaves the dialog.
+            HelpWindow()->close();
+            QTimer::singleShot(0, w, [w] { QTest::keyClick(w, Qt::Key_Escape); });
+        });
+        QString name = QStringLiteral("X");
+        ReportTextRequest text;
+        if (dialog == QLatin1String("frmSorH"))
+            q.askStandingOrHarvested();
+        else if (dialog == QLatin1String("frmRunId"))
+            q.askRunId(name);
+        else if (dialog == QLatin1String("frmDuplicateId"))
+            q.askDuplicateId(name);
+        else
+            q.askReportText(text);
+        QCOMPARE(shown, page);
+        QVERIFY(!blocked);
     }
 };
 

@@ -13,7 +13,6 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QSettings>
 #include <QTest>
@@ -34,7 +33,6 @@ struct GuiBench : sendrel::test::RunDatabase {
         settings.clear();
         settings.sync();
         tm.EndProcess = [this](int code) { ended.append(code); };
-        tm.ProgramDir = QStringLiteral(SENDREL_BIN_DIR);
     }
 
     // Opens the database with the settings' folders on its folder.
@@ -53,11 +51,46 @@ struct GuiBench : sendrel::test::RunDatabase {
         frame->resize(1200, 800);
         frame->show();
         sendrel::frmMarquel *browser = sendrel::frmMarquel::Load(tm, *frame);
+        frame->Marquel = browser;
         frame->SubWindowOf(browser)->show();
         QApplication::processEvents();
         return browser;
     }
+
+    // A run as an import leaves it: its Model_Run and Run rows and the header of its first year.
+    void addListedRun(const QString &runId, const QString &sorH, const QString &description)
+    {
+        addRun(runId, sorH, description);
+        addHeader(runId, sorH, 1, 2000);
+    }
 };
+
+// The report windows in the frame (stand and stock, composition), in the order they opened.
+inline QList<QWidget *> reportWindows(const sendrel::frmSendrel &frame)
+{
+    QList<QWidget *> windows;
+    for (QWidget *form : frame.ChildForms()) {
+        if (form->property("This_RunId").isValid())
+            windows.append(form);
+    }
+    return windows;
+}
+
+// The texts of a list's rows, in order.
+inline QStringList rowTexts(const QListWidget *list)
+{
+    QStringList texts;
+    for (int i = 0; i < list->count(); ++i)
+        texts << list->item(i)->text();
+    return texts;
+}
+
+// The row of a run list whose text begins with head ("A:Standing"), or -1.
+inline int rowOf(const QListWidget *list, const QString &head)
+{
+    const QList<QListWidgetItem *> found = list->findItems(head + QLatin1Char('\t'), Qt::MatchStartsWith);
+    return found.isEmpty() ? -1 : list->row(found.first());
+}
 
 // Clicks a row of a list as the user does.
 inline void clickRow(QListWidget *list, int row)
@@ -93,6 +126,18 @@ inline void Retype(QLineEdit *box, const QString &text)
     QTest::keyClicks(box, text);
 }
 
+// Leaves a dialog as the user does: "Return", "Escape", "close" (its close box), or a click on
+// the button of that name.
+inline void leaveDialog(QWidget *dialog, const QString &how)
+{
+    if (how == QLatin1String("Return") || how == QLatin1String("Escape"))
+        QTest::keyClick(dialog, how == QLatin1String("Return") ? Qt::Key_Return : Qt::Key_Escape);
+    else if (how == QLatin1String("close"))
+        dialog->close();
+    else
+        QTest::mouseClick(dialog->findChild<QAbstractButton *>(how), Qt::LeftButton);
+}
+
 // Runs action on the next modal window as soon as it is up, so that a test can answer a window
 // that its code shows with exec().
 inline void onNextModal(std::function<void(QWidget *)> action)
@@ -108,12 +153,6 @@ inline void onNextModal(std::function<void(QWidget *)> action)
         action(w);
     });
     timer->start();
-}
-
-template <typename T>
-T *child(QWidget *w, const char *name)
-{
-    return w->findChild<T *>(QString::fromLatin1(name));
 }
 
 // The control of that name that belongs to the window itself, not to a window it owns (the

@@ -4,7 +4,6 @@
 // its own before the application starts, so that it passes when run directly under any LANG as
 // well as through CTest.
 
-#include "support/TestMain.h"
 #include <QLocale>
 #include <QTemporaryDir>
 #include <QTest>

@@ -30,14 +30,13 @@ public:
     }
     int MousePointer() const override { return m_pointer; }
     void ShowHelpTopic(int topic) override { HelpTopics.append(topic); }
-    void AddChildWindow(QWidget *form) override { ChildWindows.append(form); }
+    void AddChildWindow(QWidget *) override {}
 
     int NumOpenWindows = 0;
     QPointer<QWidget> Left;
     QPointer<QWidget> Right;
     QList<int> Pointers;      // every pointer asked for, in order
     QList<int> HelpTopics;
-    QList<QWidget *> ChildWindows;
 
 private:
     int m_pointer = kPointerDefault;

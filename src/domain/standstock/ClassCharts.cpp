@@ -108,6 +108,9 @@ ClassChartMaxima PrintClassCharts(const RunStore &db, const ClassLayout &layout,
                                   ChartData &gphDensity, ChartData &gphMerchVol, QStringView txtYAxisMax)
 {
     const ClassChartMaxima maxima = FillClassCharts(db, layout, data, gphDensity, gphMerchVol);
+    // A year without species shows its empty classes on the axes the charts had.
+    if (data.NextSpecies < 1)
+        return maxima;
     ApplyYAxisRule(gphDensity, maxima.density, txtYAxisMax);
     ApplyYAxisRule(gphMerchVol, maxima.merchVol, txtYAxisMax);
     return maxima;

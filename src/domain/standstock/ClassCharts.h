@@ -49,7 +49,8 @@ ClassChartMaxima FillClassCharts(const RunStore &db, const ClassLayout &layout, 
 // charts filled, their y axes from 0 with 5 divisions. Titles stay as set. The window draws.
 ClassChartMaxima PlotSampleCharts(RunStore &db, StandStockData &data, const ClassLayout &layout, const RunKey &run, qint16 cycle, ChartData &gphDensity, ChartData &gphMerchVol);
 // A chart window's PrintChart: both charts filled from the cells of the parent's last
-// CalcReport and their y axes set by the typed maximum. Returns MaxDensity and MaxMerchVol.
+// CalcReport and their y axes set by the typed maximum; with no species the axes stay as they
+// were. Returns MaxDensity and MaxMerchVol.
 ClassChartMaxima PrintClassCharts(const RunStore &db, const ClassLayout &layout, const StandStockData &data,
                                   ChartData &gphDensity, ChartData &gphMerchVol, QStringView txtYAxisMax);
 

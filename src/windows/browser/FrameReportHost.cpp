@@ -43,6 +43,12 @@ QPointer<QWidget> &FrameReportHost::RightForm()
     return m_noPlace;
 }
 
+void FrameReportHost::ArrangeWindows()
+{
+    if (FrameHost *f = frame())
+        f->ArrangeWindows();
+}
+
 void FrameReportHost::SetMousePointer(int pointer)
 {
     if (FrameHost *f = frame())

@@ -20,6 +20,7 @@ public:
     void RemoveOpenWindow() override;
     QPointer<QWidget> &LeftForm() override;
     QPointer<QWidget> &RightForm() override;
+    void ArrangeWindows() override;
     void SetMousePointer(int pointer) override;
     int MousePointer() const override;
     void ShowHelpTopic(int topic) override;

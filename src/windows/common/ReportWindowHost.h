@@ -20,6 +20,8 @@ public:
     // The frame's places: top left corner, and top at the middle.
     virtual QPointer<QWidget> &LeftForm() = 0;
     virtual QPointer<QWidget> &RightForm() = 0;
+    // Puts the windows of the two places there. A host without a frame has nothing to arrange.
+    virtual void ArrangeWindows() {}
 
     // Mouse pointer of the frame: 0 default, 9 west-east arrows, 11 hourglass.
     virtual void SetMousePointer(int pointer) = 0;

@@ -2,6 +2,7 @@
 
 #include "windows/common/frmHelp.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QPointer>
 
@@ -42,6 +43,16 @@ bool ShowHelp(int command, const QString &helpFile, int topic)
     if (!window) {
         window = new frmHelp;
         window->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    // Help asked for while a window waits modally (the import dialogs, the report description)
+    // would be blocked by that window until it is answered: it comes up modal itself, above it.
+    QWidget *modal = QApplication::activeModalWidget();
+    const Qt::WindowModality modality = modal == window ? window->windowModality()
+                                        : modal        ? Qt::ApplicationModal
+                                                       : Qt::NonModal;
+    if (window->windowModality() != modality) {
+        window->hide();   // a window takes a new modality when it is shown again
+        window->setWindowModality(modality);
     }
     window->SetHelpFolder(folder);
     switch (command) {

@@ -6,6 +6,7 @@
 #include "domain/composition/StandLevelsReport.h"
 #include "domain/standstock/ClassCharts.h"
 #include "graph/Graph.h"
+#include "windows/common/ChildWindow.h"
 #include "windows/common/ReportWindowHost.h"
 #include "windows/output/frmReport.h"
 
@@ -223,7 +224,7 @@ void frmStandLevels::buildWindow()
     connect(chkHorizontal, &QCheckBox::clicked, this, [this] { handled([this] { ApplyGrids(); }); });
     connect(cmdPrint, &QPushButton::clicked, this, [this] { handled([this] { cmdPrint_Click(); }); });
     connect(cmdPrintReport, &QPushButton::clicked, this, [this] { cmdPrintReport_Click(); });
-    connect(cmdOK, &QPushButton::clicked, this, &QWidget::close);
+    connect(cmdOK, &QPushButton::clicked, this, [this] { CloseChildWindow(this); });
     connect(cmdHelp, &QPushButton::clicked, this, [this] { m_host.ShowHelpTopic(HelpContextID); });
 }
 

@@ -7,14 +7,18 @@
 #include "base/Settings.h"
 #include "app/TreeModel.h"
 #include "graph/Graph.h"
+#include "domain/standstock/ChartPages.h"
 #include "domain/standstock/ClassCharts.h"
+#include "windows/common/ChildFrame.h"
 #include "windows/standstock/ClassRulerView.h"
+#include "windows/common/ChildWindow.h"
 #include "windows/common/ReportWindowHost.h"
 #include "windows/standstock/ViewStandStockReport.h"
 #include "windows/standstock/frmRange.h"
 #include "app/GameDB.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -33,7 +37,24 @@ namespace sendrel {
 
 namespace {
 
-const QString kChartsLater = QStringLiteral("Charts of the selected years come with a later version of Sendrel.");
+const QString kPleaseWait = QStringLiteral("Please wait...");
+
+// What a page takes from the page the user comes from: its place, the output options, the
+// grids and the typed Y axis maximum; a page already made applies that maximum at once.
+// Titles edited on one page stay there.
+void CarryOver(frmChart &from, frmChart &to, bool applyYAxis)
+{
+    if (to.txtYAxisMax->text() != from.txtYAxisMax->text()) {
+        to.txtYAxisMax->setText(from.txtYAxisMax->text());
+        if (applyYAxis)
+            to.cmdApply_Click();
+    }
+    ChildFrame(&to)->move(ChildFrame(&from)->pos());
+    (from.optPrinter->isChecked() ? to.optPrinter : to.optClipboard)->setChecked(true);
+    (from.optColour->isChecked() ? to.optColour : to.optBandW)->setChecked(true);
+    to.chkVertical->setChecked(from.chkVertical->isChecked());
+    to.chkHorizontal->setChecked(from.chkHorizontal->isChecked());
+}
 
 QLabel *faultLabel(const QString &name, QWidget *parent)
 {
@@ -93,8 +114,13 @@ void frmParameters::initialise()
 }
 
 // A window taken away without a close event goes with its frame, at the end of the process:
-// frame and browser may be half gone already, so the unload steps run only on a close.
-frmParameters::~frmParameters() = default;
+// frame and browser may be half gone already, so the unload steps run only on a close. Its
+// chart windows, going with the same frame, let go of it.
+frmParameters::~frmParameters()
+{
+    for (frmChart *chart = FirstChart; chart; chart = chart->nextChart)
+        chart->SetParameters(nullptr);
+}
 
 void frmParameters::buildWindow()
 {
@@ -227,18 +253,14 @@ void frmParameters::buildWindow()
         connect(box, &QLineEdit::textChanged, this, [this] { SetClasses(); });
     connect(optDensity, &QRadioButton::toggled, this, [this](bool on) { ChooseDensity(on); });
     connect(cmdPlot, &QPushButton::clicked, this, [this] { handled([this] { PlotClick(); }); });
-    connect(cmdPrintCharts, &QPushButton::clicked, this, [this] {
-        m_asking = true;
-        m_tm.questions.ShowInfoMessage(kChartsLater);
-        m_asking = false;
-    });
+    connect(cmdPrintCharts, &QPushButton::clicked, this, &frmParameters::cmdPrintCharts_Click);
     connect(cmdPrintReport, &QPushButton::clicked, this, [this] {
         m_asking = true;
         ViewStandStockReport(m_tm, this, This_RunId, This_SorH, This_RunDesc, optDensity->isChecked(), *lstCycles, Layout,
                              Data, [this](int p) { setPointer(p); });
         m_asking = false;
     });
-    connect(cmdOK, &QPushButton::clicked, this, &QWidget::close);
+    connect(cmdOK, &QPushButton::clicked, this, [this] { CloseChildWindow(this); });
     connect(cmdHelp, &QPushButton::clicked, this, [this] { m_host.ShowHelpTopic(HelpContextID); });
 
     for (int i = 0; i < ClassRulerView::kPanels; ++i) {
@@ -297,6 +319,7 @@ void frmParameters::Form_Unload()
     if (m_unloaded || !m_loaded)
         return;
     m_unloaded = true;
+    UnloadChartChain(FirstChart);
     if (m_host.LeftForm() == this)
         m_host.LeftForm() = nullptr;
     else if (m_host.RightForm() == this)
@@ -424,6 +447,189 @@ void frmParameters::ChooseDensity(bool density)
     gphMerchVol->Visible(!density);
     // The other chart was filled with the same query: no new one.
     drawChosenChart();
+}
+
+// ---- The chart windows.
+
+void frmParameters::showFailure(const QString &description)
+{
+    m_tm.questions.hideBusyMessage();
+    setPointer(kPointerDefault);
+    m_asking = true;
+    m_tm.questions.ShowErrorMessage(description);
+    m_asking = false;
+}
+
+void frmParameters::cmdPrintCharts_Click()
+{
+    UnloadChartChain(FirstChart);
+    FirstChart = nullptr;
+    if (lstCycles->selectedItems().isEmpty()) {
+        m_asking = true;
+        m_tm.questions.ShowInfoMessage(QStringLiteral("No Cycles Are Selected"));
+        m_asking = false;
+        return;
+    }
+    setPointer(kPointerHourglass);
+    m_tm.questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data..."));
+    try {
+        BeginChartSequence(m_tm.db);
+        bChartsCancelled = false;
+        iSelectedCycles.clear();
+        for (int row = 0; row < lstCycles->count(); ++row) {
+            if (lstCycles->item(row)->isSelected())
+                iSelectedCycles.append(row);
+        }
+        iNumSelectedCycles = static_cast<int>(iSelectedCycles.size());
+        // This window goes once the first page stands: a failure leaves the user where they were.
+        frmChart *chart = CreateChart(1, nullptr, nullptr);
+        HideChild(this);
+        FirstChart = chart;
+        if (m_host.LeftForm() == this)
+            m_host.LeftForm() = chart;
+        else if (m_host.RightForm() == this)
+            m_host.RightForm() = chart;
+        m_host.ArrangeWindows();
+    } catch (const SendrelError &e) {
+        showFailure(e.description());
+    }
+}
+
+frmChart *frmParameters::CreateChart(int Position, frmChart *PrevNeighbour, frmChart *NextNeighbour)
+{
+    if (Position < 1 || Position > iNumSelectedCycles) {
+        m_asking = true;
+        m_tm.questions.message({QStringLiteral("Sendrel"), QStringLiteral("Invalid Cycle Number"), MsgIcon::None, MsgButtons::OK, Answer::OK});
+        m_asking = false;
+        return nullptr;
+    }
+    auto *chart = new frmChart;
+    m_host.AddChildWindow(chart);
+    chart->SetParameters(this);
+    try {
+        const Settings &s = m_tm.settings;
+        (s.PrintTo_Printer ? chart->optPrinter : chart->optClipboard)->setChecked(true);
+        (s.PrintAs_Colour ? chart->optColour : chart->optBandW)->setChecked(true);
+        chart->chkVertical->setChecked(s.VerticalGrid);
+        chart->chkHorizontal->setChecked(s.HorizontalGrid);
+        const bool density = DensityChosen();
+        chart->txtLeftTitle->setText(density ? s.DensityLeftTitle : s.MerchVolLeftTitle);
+        chart->txtBottomTitle->setText(density ? s.DensityBottomTitle : s.MerchVolBottomTitle);
+
+        chart->nextChart = NextNeighbour;
+        if (NextNeighbour) {
+            CarryOver(*NextNeighbour, *chart, false);
+            NextNeighbour->prevChart = chart;
+        }
+        chart->prevChart = PrevNeighbour;
+        if (PrevNeighbour) {
+            CarryOver(*PrevNeighbour, *chart, false);
+            PrevNeighbour->nextChart = chart;
+        }
+        chart->cmdPrev->setEnabled(Position != 1);
+        chart->cmdNext->setEnabled(Position != iNumSelectedCycles);
+
+        const QListWidgetItem *item = lstCycles->item(iSelectedCycles.at(Position - 1));
+        ChartPageRequest request;
+        request.run = {This_RunId, KindOfText(This_SorH)};
+        request.entry = {item->text(), item->data(Qt::UserRole).toInt()};
+        request.density = density;
+        setPointer(kPointerHourglass);
+        m_tm.questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data for cycle: ") + QString::number(request.entry.cycle));
+        chart->cycleNum = static_cast<qint16>(Position);
+        if (!Data.LetEventsRun)
+            Data.LetEventsRun = [] { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
+        const ChartPage page = CompileChartPage(m_tm.db, m_tm.settings, Data, request);
+        m_tm.questions.hideBusyMessage();
+        setPointer(kPointerDefault);
+
+        chart->txtGraphTitle->setText(page.titles.top);
+        chart->setWindowTitle(page.caption);
+        chart->PrintChart();
+        ShowChild(chart);
+    } catch (...) {
+        // A page that failed is no page: the chain stays as it was.
+        m_tm.questions.hideBusyMessage();
+        setPointer(kPointerDefault);
+        if (NextNeighbour && NextNeighbour->prevChart == chart)
+            NextNeighbour->prevChart = nullptr;
+        if (PrevNeighbour && PrevNeighbour->nextChart == chart)
+            PrevNeighbour->nextChart = nullptr;
+        chart->Unload();
+        throw;
+    }
+    return chart;
+}
+
+void frmParameters::DisplayPreviousChart(frmChart *theChart)
+{
+    displayNeighbour(theChart, false);
+}
+
+void frmParameters::DisplayNextChart(frmChart *theChart)
+{
+    displayNeighbour(theChart, true);
+}
+
+void frmParameters::displayNeighbour(frmChart *theChart, bool next)
+{
+    try {
+        frmChart *target = next ? theChart->nextChart : theChart->prevChart;
+        if (!target) {
+            target = next ? CreateChart(theChart->cycleNum + 1, theChart, nullptr) : CreateChart(theChart->cycleNum - 1, nullptr, theChart);
+        } else {
+            CarryOver(*theChart, *target, true);
+            ShowChild(target);
+        }
+        if (!target) {
+            ShowChild(theChart);
+            return;
+        }
+        if (m_host.LeftForm() == theChart)
+            m_host.LeftForm() = target;
+        else if (m_host.RightForm() == theChart)
+            m_host.RightForm() = target;
+    } catch (const SendrelError &e) {
+        // The user stays on the page they tried to leave.
+        ShowChild(theChart);
+        showFailure(e.description());
+    }
+}
+
+void frmParameters::UnloadChartChain(frmChart *theChart)
+{
+    if (!theChart)
+        return;
+    if (theChart->nextChart)
+        UnloadChartChain(theChart->nextChart);
+    theChart->nextChart = nullptr;
+    theChart->prevChart = nullptr;
+    theChart->Unload();
+}
+
+bool frmParameters::DensityChosen() const
+{
+    return optDensity->isChecked();
+}
+
+const RunStore &frmParameters::Store() const
+{
+    return m_tm.db;
+}
+
+UserQuestions &frmParameters::Questions() const
+{
+    return m_tm.questions;
+}
+
+void frmParameters::ChartClosed(frmChart *theChart)
+{
+    if (m_host.LeftForm() == theChart)
+        m_host.LeftForm() = this;
+    else if (m_host.RightForm() == theChart)
+        m_host.RightForm() = this;
+    bChartsCancelled = true;
+    ShowChild(this);
 }
 
 // ---- Class boxes.

@@ -4,9 +4,11 @@
 #include "domain/standstock/ClassLayout.h"
 #include "domain/standstock/ClassRuler.h"
 #include "domain/standstock/StandStockData.h"
+#include "windows/output/frmChart.h"
 
 #include <QPointer>
 #include <QString>
+#include <QVector>
 #include <QWidget>
 
 #include <memory>
@@ -27,9 +29,10 @@ class ReportWindowHost;
 class frmRange;
 
 // The stand and stock window of one run: the years to report, the diameter classes (boxes and
-// ruler), and a sample chart of the stand or stock table for the first selected year. One
-// instance per open window; constructing it is its load step, closing it its unload step.
-class frmParameters : public QWidget {
+// ruler), a sample chart of the stand or stock table for the first selected year, and the chart
+// windows of the selected years, paged one at a time. One instance per open window;
+// constructing it is its load step, closing it its unload step.
+class frmParameters : public QWidget, public ChartWindowParent {
     Q_OBJECT
     // The run, as the delete window asks any report window for it.
     Q_PROPERTY(QString This_RunId MEMBER This_RunId)
@@ -66,6 +69,12 @@ public:
     bool bChartsCancelled = false;
     int HelpContextID = 76;
 
+    // The chart windows: list positions in lstCycles of the years selected at "View Charts"
+    // (every one of them, however many), and the head of the chain of pages made so far.
+    QVector<int> iSelectedCycles;
+    int iNumSelectedCycles = 0;
+    QPointer<frmChart> FirstChart;
+
     // Fills lstCycles with the cycles of the run and selects the first.
     void UpdateHeaderList();
     // The sample charts for the first selected year. A failure of the aggregation is passed on.
@@ -79,8 +88,30 @@ public:
     // The range editor of this window.
     frmRange *RangeEditor() const;
     ClassRulerView *RulerView() const { return m_ruler; }
-    ReportWindowHost &Host() const { return m_host; }
+    ReportWindowHost &Host() const override { return m_host; }
     TreeModel &Model() const { return m_tm; }
+
+    // "View Charts": a new sequence of chart windows, one per selected year, of which the first
+    // is made now and takes this window's place. A failure is shown and this window comes back.
+    void cmdPrintCharts_Click();
+    // Makes and shows the page of a position (from 1) between two neighbours, either may be
+    // empty; nullptr when the position is out of range. A failure passes on, leaving the
+    // neighbours as they were.
+    frmChart *CreateChart(int Position, frmChart *PrevNeighbour, frmChart *NextNeighbour);
+    // Show the neighbour of the chart being left, making it on the first visit; a failure is
+    // shown and the chart being left comes back.
+    void DisplayPreviousChart(frmChart *theChart) override;
+    void DisplayNextChart(frmChart *theChart) override;
+    // Unloads this chart and those after it, the far end first.
+    void UnloadChartChain(frmChart *theChart);
+
+    // What the chart windows read.
+    bool DensityChosen() const override;
+    const StandStockData &Cells() const override { return Data; }
+    const ClassLayout &Classes() const override { return Layout; }
+    const RunStore &Store() const override;
+    UserQuestions &Questions() const override;
+    void ChartClosed(frmChart *theChart) override;
 
     // Chooses the chart as a click on the option does.
     void ChooseDensity(bool density);
@@ -108,6 +139,8 @@ private:
     void panelPressed(int index, double X, int button);
     void panelMoved(int index, double X, int button);
     void panelReleased(int index, double X, int button);
+    void displayNeighbour(frmChart *theChart, bool next);
+    void showFailure(const QString &description);
 
     TreeModel &m_tm;
     std::unique_ptr<ReportWindowHost> m_ownHost;

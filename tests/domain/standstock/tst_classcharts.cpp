@@ -4,6 +4,7 @@
 #include "base/SendrelError.h"
 #include "base/Settings.h"
 #include "domain/output/ChartData.h"
+#include "domain/standstock/ChartPages.h"
 #include "domain/standstock/ClassCharts.h"
 #include "domain/standstock/StandStockData.h"
 
@@ -23,6 +24,7 @@ private slots:
     void axisRules();
     void sampleAndChartWindow();
     void titles();
+    void chartPages();
 };
 
 void TestClassCharts::chartOperations()
@@ -142,6 +144,10 @@ void TestClassCharts::cycleWithoutTrees()
     data.CalcReport(db.db, {QStringLiteral("R"), RunKind::Standing}, 1);
     ChartData density;
     ChartData volume;
+    // A chart window keeps the axes it had.
+    density.ChartYAxisMax(70);
+    PrintClassCharts(db.db, layout, data, density, volume, u"500");
+    QCOMPARE(density.ChartYAxisMax(), 70.0);
     const ClassChartMaxima maxima = FillClassCharts(db.db, layout, data, density, volume);
     SetSampleYAxes(density, volume, maxima);
     for (const ChartData *g : {&density, &volume}) {
@@ -246,6 +252,37 @@ void TestClassCharts::titles()
     QCOMPARE(g.ChartTopTitle(), t.top);
     QCOMPARE(g.ChartLeftTitle(), t.left);
     QCOMPARE(g.ChartBottomTitle(), t.bottom);
+}
+
+// A page of the chart windows and of the chart files: the year's cells and texts, the typed
+// maximum, the grid on both charts, the titles on the chart of the table chosen.
+void TestClassCharts::chartPages()
+{
+    RunDatabase db;
+    db.tm.settings.MerchVolTopTitle = QStringLiteral("Gross Total Volume");
+    db.tm.settings.MerchVolLeftTitle = QStringLiteral("GTV (cu.m/ha)");
+    db.addTree(QStringLiteral("R"), QStringLiteral("S"), 2, 3, 12, 40, 0.25);
+    db.exec(QStringLiteral("INSERT INTO Report_Detail (Report_id) VALUES (1)"));
+    BeginChartSequence(db.db);
+    QCOMPARE(db.count(QStringLiteral("Report_Detail")), 0);
+
+    ClassLayout layout;
+    QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
+    StandStockData data(layout, db.tm.db.NumSpecies);
+    ChartData density;
+    ChartData volume;
+    const ChartPageRequest request{{QStringLiteral("R"), RunKind::Standing}, {QStringLiteral(" 2010 "), 2}, false, QStringLiteral("30"), 1};
+    const ChartPage page = MakeChartPage(db.db, db.tm.settings, layout, data, request, density, volume);
+    QCOMPARE(page.yearText, QStringLiteral("2010"));
+    QCOMPARE(page.caption, QStringLiteral("Gross Total Volume: R (2010)"));
+    QCOMPARE(volume.ChartTopTitle(), QStringLiteral("R (2010): Gross Total Volume"));
+    QCOMPARE(volume.ChartLeftTitle(), QStringLiteral("GTV (cu.m/ha)"));
+    QCOMPARE(density.ChartTopTitle(), QString());
+    QCOMPARE(page.maxima.merchVol, 10.0);
+    QCOMPARE(volume.ChartYAxisMax(), 30.0);
+    QCOMPARE(density.ChartYAxisMax(), 40.0);   // the data is above the typed maximum
+    QCOMPARE(density.ChartGrid(), qint16(1));
+    QCOMPARE(volume.ChartGrid(), qint16(1));
 }
 
 SENDREL_TEST_MAIN(TestClassCharts)

@@ -1,15 +1,18 @@
+// The two windows around a report: "Report Description", asked modally before the compile, and
+// the report viewer, which shows the file, prints it and deletes it when the user leaves.
 #include "support/TestMain.h"
-#include "base/ScriptedQuestions.h"
+#include "support/GuiBench.h"
+
+#include "shell/GuiQuestions.h"
 #include "windows/output/ReportPrinting.h"
 #include "windows/output/frmReport.h"
+#include "windows/output/frmReportText.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QFontInfo>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTextCursor>
 
 using namespace sendrel;
@@ -17,14 +20,14 @@ using namespace sendrel;
 namespace {
 
 // A report of many lines: a stand table block repeated, so that it runs over several pages.
-QByteArray longReport(int blocks, int width)
+QByteArray longReport(int blocks)
 {
     QByteArray text = "   R7: Stand Table\r\n";
-    const QByteArray rule(width, '_');
+    const QByteArray rule(80, '_');
     for (int b = 0; b < blocks; ++b) {
         text += rule + "\r\nRun Name: R7\r\n" + rule + "\r\n";
         for (int i = 0; i < 30; ++i)
-            text += QByteArray::number(5 + 10 * i).rightJustified(10, ' ') + QByteArray("       121").repeated(width / 10 - 1) + "\r\n";
+            text += QByteArray::number(5 + 10 * i).rightJustified(10, ' ') + QByteArray("       121").repeated(7) + "\r\n";
     }
     return text;
 }
@@ -32,31 +35,13 @@ QByteArray longReport(int blocks, int width)
 int pdfPages(const QString &path)
 {
     QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return -1;
-    const QByteArray pdf = f.readAll();
-    if (!pdf.startsWith("%PDF"))
-        return -1;
+    const QByteArray pdf = f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     return static_cast<int>(pdf.count("/Type /Page\n") + pdf.count("/Type /Page\r") + pdf.count("/Type /Page "));
 }
 
-struct DialogCall {
-    int calls = 0;
-    QAbstractPrintDialog::PrintDialogOptions options;
-    QPageLayout::Orientation orientation = QPageLayout::Portrait;
-};
-
-// A print dialog that answers at once: OK with output to a PDF file, or Cancel.
-frmReport::PrintDialogFn pdfDialog(DialogCall &call, const QString &pdfPath, bool accept = true)
+QPlainTextEdit *box(frmReport &w)
 {
-    return [&call, pdfPath, accept](QPrinter &printer, QAbstractPrintDialog::PrintDialogOptions options, QWidget *) {
-        ++call.calls;
-        call.options = options;
-        call.orientation = printer.pageLayout().orientation();
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(pdfPath);
-        return accept;
-    };
+    return w.findChild<QPlainTextEdit *>(QStringLiteral("rtbReport"));
 }
 
 }  // namespace
@@ -64,214 +49,213 @@ frmReport::PrintDialogFn pdfDialog(DialogCall &call, const QString &pdfPath, boo
 class TestFrmReport : public QObject {
     Q_OBJECT
 
-private:
     QTemporaryDir m_dir;
+    ScriptedQuestions m_questions;
 
     QString writeReport(const QString &name, const QByteArray &text)
     {
-        const QString path = m_dir.filePath(name);
-        QFile f(path);
+        QFile f(m_dir.filePath(name));
         if (!f.open(QIODevice::WriteOnly))
             return QString();
         f.write(text);
-        return path;
+        return f.fileName();
     }
 
-    static QPlainTextEdit *box(frmReport &w) { return w.findChild<QPlainTextEdit *>(QStringLiteral("rtbReport")); }
-    static QPushButton *button(frmReport &w, const char *name) { return w.findChild<QPushButton *>(QLatin1String(name)); }
-
 private slots:
-    void titleByReportType_data();
-    void titleByReportType();
-    void showsFileInFixedPitch();
-    void missingFileTellsAndShowsDesignText();
-    void landscapeWidensTheBox();
-    void cancelDeletesTheFile();
-    void closingByFrameKeepsTheFile();
-    void printsWholeReportToPdf();
-    void printsOnlyTheSelection();
-    void cancelledPrintDialogPrintsNothing();
-    void widestLineFitsThePage();
+    void init() { m_questions.clear(); }
+
+    // The file's lines unchanged, in a fixed-pitch box the user cannot edit; the title follows the
+    // kind of report, and a landscape report gets a box 1.7 times as wide.
+    void showsTheFile_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("orientation");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("stand") << 0 << 1 << "Stand Table Report";
+        QTest::newRow("stock, landscape") << 1 << 2 << "Stock Table Report";
+        QTest::newRow("composition") << 2 << 1 << "Species Composition Report";
+        QTest::newRow("other value keeps the design title") << 7 << 1 << "Stand Table Report";
+    }
+
+    void showsTheFile()
+    {
+        QFETCH(int, type);
+        QFETCH(int, orientation);
+        QFETCH(QString, title);
+        frmReport w(m_questions);
+        const QSize designSize = w.size();
+        w.ReportType = type;
+        w.ReportOrientation = static_cast<qint16>(orientation);
+        w.ReportFile = writeReport(QStringLiteral("R7.txt"), "   R7: Stand Table\r\nDBH_Class         PW\r\n      12.5       121\r\n");
+        w.show();
+        QCOMPARE(box(w)->toPlainText(), QStringLiteral("   R7: Stand Table\nDBH_Class         PW\n      12.5       121\n"));
+        QVERIFY(box(w)->isReadOnly() && QFontInfo(box(w)->font()).fixedPitch());
+        QVERIFY(m_questions.messageTexts().isEmpty());
+        QCOMPARE(w.windowTitle(), title);
+        if (orientation == 1) {
+            QCOMPARE(w.size(), designSize);
+            return;
+        }
+        QVERIFY(qAbs(double(box(w)->minimumWidth()) / w.designBoxWidth() - 1.7) < 0.01);
+        QVERIFY(w.width() > box(w)->minimumWidth());
+    }
+
+    // The generator failed (no path) or the file is gone: the user is told and the window opens.
+    void missingFileTellsAndShowsTheDesignText()
+    {
+        frmReport w(m_questions);
+        w.show();
+        QVERIFY(w.isVisible());
+        QCOMPARE(box(w)->toPlainText(), QStringLiteral("Report Failed"));
+        w.hide();
+        w.ReportFile = m_dir.filePath(QStringLiteral("gone.txt"));
+        w.show();
+        QCOMPARE(m_questions.messageTexts(), (QStringList{QStringLiteral("Error loading the report from file "),
+                                                           QStringLiteral("Error loading the report from file ") + w.ReportFile}));
+    }
+
+    // Cancel deletes the file; closing by the frame keeps it.
+    void leaving_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("Cancel") << "cmdCancel";
+        QTest::newRow("frame") << "close";
+    }
+
+    void leaving()
+    {
+        QFETCH(QString, how);
+        frmReport w(m_questions);
+        w.ReportFile = writeReport(QStringLiteral("R7_Stock.txt"), "report\r\n");
+        w.show();
+        leaveDialog(&w, how);
+        QVERIFY(!w.isVisible());
+        QCOMPARE(QFile::exists(w.ReportFile), how == QLatin1String("close"));
+    }
+
+    // The print dialog is preset with the orientation and offers the selection when there is
+    // one; what prints is the selection or the whole text, and the window stays.
+    void printing_data()
+    {
+        QTest::addColumn<int>("orientation");
+        QTest::addColumn<bool>("select");
+        QTest::addColumn<bool>("accept");
+        QTest::addColumn<int>("pages");   // at least
+        QTest::newRow("whole, landscape") << 2 << false << true << 3;
+        QTest::newRow("selection") << 1 << true << true << 1;
+        QTest::newRow("dialog cancelled") << 1 << false << false << 0;
+    }
+
+    void printing()
+    {
+        QFETCH(int, orientation);
+        QFETCH(bool, select);
+        QFETCH(bool, accept);
+        QFETCH(int, pages);
+        frmReport w(m_questions);
+        w.ReportFile = writeReport(QStringLiteral("long.txt"), longReport(4));
+        w.ReportOrientation = static_cast<qint16>(orientation);
+        w.show();
+        if (select) {
+            QTextCursor cursor = box(w)->textCursor();
+            cursor.movePosition(QTextCursor::Down, QTextCursor::KeepAnchor, 2);
+            cursor.movePosition(QTextCursor::EndOfLine, QTextCursor::KeepAnchor);
+            box(w)->setTextCursor(cursor);
+            QCOMPARE(w.textToPrint(), QStringLiteral("   R7: Stand Table\n") + QString(80, QLatin1Char('_')) + QStringLiteral("\nRun Name: R7"));
+        }
+        const QString pdf = m_dir.filePath(QStringLiteral("printed%1.pdf").arg(orientation * 2 + select));
+        QAbstractPrintDialog::PrintDialogOptions offered;
+        QPageLayout::Orientation preset = QPageLayout::Portrait;
+        w.setPrintDialog([&](QPrinter &printer, QAbstractPrintDialog::PrintDialogOptions options, QWidget *) {
+            offered = options;
+            preset = printer.pageLayout().orientation();
+            printer.setOutputFormat(QPrinter::PdfFormat);
+            printer.setOutputFileName(pdf);
+            return accept;
+        });
+        QTest::mouseClick(w.findChild<QPushButton *>(QStringLiteral("cmdPrint")), Qt::LeftButton);
+        QVERIFY(m_questions.messageTexts().isEmpty());
+        QCOMPARE(preset, orientation == 2 ? QPageLayout::Landscape : QPageLayout::Portrait);
+        QCOMPARE(offered.testFlag(QAbstractPrintDialog::PrintSelection), select);
+        QVERIFY(!offered.testFlag(QAbstractPrintDialog::PrintPageRange));
+        QVERIFY(select ? pdfPages(pdf) == 1 : pdfPages(pdf) >= pages);
+        QCOMPARE(QFile::exists(pdf), accept);
+        QVERIFY(w.isVisible() && QFile::exists(w.ReportFile));
+    }
+
+    // The widest line decides the print size: a 140-character line on a portrait page makes the font give way.
+    void widestLineFitsThePage()
+    {
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(m_dir.filePath(QStringLiteral("fit.pdf")));
+        QFont font(QStringLiteral("Courier"));
+        font.setStyleHint(QFont::TypeWriter);
+        font.setPointSizeF(8.5);
+        const QString narrow = QString(80, QLatin1Char('0'));
+        const QString wide = QString(140, QLatin1Char('_'));
+        QCOMPARE(ReportPrintPointSize(printer, narrow, font), 8.5);
+        font.setPointSizeF(ReportPrintPointSize(printer, narrow + QLatin1Char('\n') + wide, font));
+        QVERIFY(font.pointSizeF() < 8.5);
+        QVERIFY(QFontMetricsF(font, &printer).horizontalAdvance(wide) <= printer.pageRect(QPrinter::DevicePixel).width());
+    }
+
+    // "Report Description": 50 characters by typing; a longer title given by the caller is kept
+    // but cannot grow.
+    void reportTitleTypingLimit()
+    {
+        frmReportText form;
+        form.show();
+        QLineEdit *title = form.txtReportTitle;
+        title->setFocus();
+        QTest::keyClicks(title, QString(48, QLatin1Char('a')) + QStringLiteral("bcdef"));
+        QCOMPARE(title->text(), QString(48, QLatin1Char('a')) + QStringLiteral("bc"));
+        QTest::keyClick(title, Qt::Key_Backspace);
+        QTest::keyClicks(title, QStringLiteral("xy"));
+        QCOMPARE(title->text(), QString(48, QLatin1Char('a')) + QStringLiteral("bx"));
+        const QString preset = QString(48, QLatin1Char('R')) + QStringLiteral(": Stand Table");
+        title->setText(preset);
+        title->end(false);
+        QTest::keyClicks(title, QStringLiteral("z"));
+        QCOMPARE(title->text(), preset);
+        QTest::keyClick(title, Qt::Key_Backspace);
+        QTest::keyClicks(title, QStringLiteral("z"));
+        QCOMPARE(title->text(), preset.chopped(1));
+    }
+
+    // Through the desktop's questions, modally: OK gives the edited boxes (the window stays loaded
+    // until they are read); every other way out cancels and gives nothing back.
+    void askReportText_data()
+    {
+        QTest::addColumn<QString>("leave");
+        QTest::newRow("OK") << "cmdOK";
+        QTest::newRow("Cancel") << "cmdCancel";
+        QTest::newRow("Escape") << "Escape";
+        QTest::newRow("close box") << "close";
+    }
+
+    void askReportText()
+    {
+        QFETCH(QString, leave);
+        const bool ok = leave == QLatin1String("cmdOK");
+        GuiQuestions questions;
+        ReportTextRequest request{QStringLiteral("R7: Stock Table"), QStringLiteral("Printed by: \r\n\r\nThin to 400")};
+        QString shownDescription;
+        onNextModal([&](QWidget *w) {
+            auto *form = qobject_cast<frmReportText *>(w);
+            shownDescription = form->txtReportDesc->toPlainText();
+            form->txtReportTitle->selectAll();
+            QTest::keyClicks(form->txtReportTitle, QStringLiteral("Spacing trial"));
+            form->txtReportDesc->moveCursor(QTextCursor::End);
+            QTest::keyClicks(form->txtReportDesc, QStringLiteral(" at 2010"));
+            leaveDialog(form, leave);
+        });
+        QCOMPARE(questions.askReportText(request), ok);
+        QCOMPARE(shownDescription, QStringLiteral("Printed by: \n\nThin to 400"));
+        QCOMPARE(request.title, ok ? QStringLiteral("Spacing trial") : QStringLiteral("R7: Stock Table"));
+        QCOMPARE(request.description, ok ? QStringLiteral("Printed by: \n\nThin to 400 at 2010") : QStringLiteral("Printed by: \r\n\r\nThin to 400"));
+    }
 };
-
-void TestFrmReport::titleByReportType_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QString>("title");
-    QTest::newRow("stand") << 0 << "Stand Table Report";
-    QTest::newRow("stock") << 1 << "Stock Table Report";
-    QTest::newRow("composition") << 2 << "Species Composition Report";
-    QTest::newRow("other value keeps the design title") << 7 << "Stand Table Report";
-}
-
-void TestFrmReport::titleByReportType()
-{
-    QFETCH(int, type);
-    QFETCH(QString, title);
-    ScriptedQuestions questions;
-    frmReport w(questions);
-    w.ReportType = type;
-    w.ReportFile = writeReport(QStringLiteral("title.txt"), "x\r\n");
-    w.show();
-    QCOMPARE(w.windowTitle(), title);
-    QCOMPARE(w.objectName(), QStringLiteral("frmReport"));
-}
-
-void TestFrmReport::showsFileInFixedPitch()
-{
-    ScriptedQuestions questions;
-    frmReport w(questions);
-    w.ReportFile = writeReport(QStringLiteral("R7_Stand.txt"), "   R7: Stand Table\r\nDBH_Class         PW\r\n      12.5       121\r\n");
-    w.show();
-    QCOMPARE(box(w)->toPlainText(), QStringLiteral("   R7: Stand Table\nDBH_Class         PW\n      12.5       121\n"));
-    QVERIFY(box(w)->isReadOnly());
-    QVERIFY(QFontInfo(box(w)->font()).fixedPitch());
-    QCOMPARE(box(w)->font().pointSizeF(), 8.5);
-    QCOMPARE(button(w, "cmdPrint")->text(), QStringLiteral("Print"));
-    QCOMPARE(button(w, "cmdCancel")->text(), QStringLiteral("Cancel"));
-    QVERIFY(questions.messageTexts().isEmpty());
-}
-
-void TestFrmReport::missingFileTellsAndShowsDesignText()
-{
-    ScriptedQuestions questions;
-    frmReport w(questions);
-    w.ReportFile = QString();   // the generator failed
-    w.show();
-    QVERIFY(w.isVisible());
-    QCOMPARE(box(w)->toPlainText(), QStringLiteral("Report Failed"));
-    QCOMPARE(questions.messageTexts(), QStringList{QStringLiteral("Error loading the report from file ")});
-
-    questions.clear();
-    w.hide();
-    w.ReportFile = m_dir.filePath(QStringLiteral("gone.txt"));
-    w.show();
-    QCOMPARE(questions.messageTexts(), QStringList{QStringLiteral("Error loading the report from file ") + w.ReportFile});
-}
-
-void TestFrmReport::landscapeWidensTheBox()
-{
-    ScriptedQuestions questions;
-    frmReport portrait(questions);
-    const QSize designSize = portrait.size();
-    portrait.ReportFile = writeReport(QStringLiteral("p.txt"), "x\r\n");
-    portrait.ReportOrientation = 1;
-    portrait.show();
-    QCOMPARE(portrait.size(), designSize);
-    QCOMPARE(box(portrait)->minimumWidth(), portrait.designBoxWidth());
-
-    frmReport landscape(questions);
-    landscape.ReportFile = portrait.ReportFile;
-    landscape.ReportOrientation = 2;
-    landscape.show();
-    const double ratio = double(box(landscape)->minimumWidth()) / landscape.designBoxWidth();
-    QVERIFY2(qAbs(ratio - 1.7) < 0.01, qPrintable(QString::number(ratio)));
-    QVERIFY(landscape.width() > box(landscape)->minimumWidth());
-    QVERIFY(box(landscape)->width() >= box(landscape)->minimumWidth());
-}
-
-void TestFrmReport::cancelDeletesTheFile()
-{
-    ScriptedQuestions questions;
-    frmReport w(questions);
-    w.ReportFile = writeReport(QStringLiteral("R7_Stock.txt"), "report\r\n");
-    w.show();
-    QTest::mouseClick(button(w, "cmdCancel"), Qt::LeftButton);
-    QVERIFY(!w.isVisible());
-    QCOMPARE(w.result(), int(QDialog::Rejected));
-    QVERIFY(!QFile::exists(w.ReportFile));
-    QVERIFY(questions.messageTexts().isEmpty());
-}
-
-void TestFrmReport::closingByFrameKeepsTheFile()
-{
-    ScriptedQuestions questions;
-    frmReport w(questions);
-    w.ReportFile = writeReport(QStringLiteral("R7_Species.txt"), "report\r\n");
-    w.show();
-    QVERIFY(w.close());
-    QVERIFY(!w.isVisible());
-    QVERIFY(QFile::exists(w.ReportFile));
-}
-
-void TestFrmReport::printsWholeReportToPdf()
-{
-    ScriptedQuestions questions;
-    frmReport w(questions);
-    w.ReportFile = writeReport(QStringLiteral("long.txt"), longReport(4, 80));
-    w.ReportOrientation = 2;
-    w.show();
-    DialogCall call;
-    const QString pdf = m_dir.filePath(QStringLiteral("whole.pdf"));
-    w.setPrintDialog(pdfDialog(call, pdf));
-    QTest::mouseClick(button(w, "cmdPrint"), Qt::LeftButton);
-    QVERIFY2(questions.messageTexts().isEmpty(), qPrintable(questions.messageTexts().join(QLatin1Char('|'))));
-    QCOMPARE(call.calls, 1);
-    QCOMPARE(call.orientation, QPageLayout::Landscape);
-    QVERIFY(!call.options.testFlag(QAbstractPrintDialog::PrintSelection));
-    QVERIFY(!call.options.testFlag(QAbstractPrintDialog::PrintPageRange));
-    // 4 blocks of 33 lines and the title: more than two landscape pages.
-    QVERIFY2(pdfPages(pdf) >= 3, qPrintable(QString::number(pdfPages(pdf))));
-    QVERIFY(w.isVisible());
-    QVERIFY(QFile::exists(w.ReportFile));
-}
-
-void TestFrmReport::printsOnlyTheSelection()
-{
-    ScriptedQuestions questions;
-    frmReport w(questions);
-    w.ReportFile = writeReport(QStringLiteral("sel.txt"), longReport(4, 80));
-    w.show();
-    QTextCursor cursor = box(w)->textCursor();
-    cursor.movePosition(QTextCursor::Start);
-    cursor.movePosition(QTextCursor::Down, QTextCursor::KeepAnchor, 2);
-    cursor.movePosition(QTextCursor::EndOfLine, QTextCursor::KeepAnchor);
-    box(w)->setTextCursor(cursor);
-    QCOMPARE(w.textToPrint(), QStringLiteral("   R7: Stand Table\n") + QString(80, QLatin1Char('_')) + QStringLiteral("\nRun Name: R7"));
-
-    DialogCall call;
-    const QString pdf = m_dir.filePath(QStringLiteral("selection.pdf"));
-    w.setPrintDialog(pdfDialog(call, pdf));
-    QTest::mouseClick(button(w, "cmdPrint"), Qt::LeftButton);
-    QVERIFY(call.options.testFlag(QAbstractPrintDialog::PrintSelection));
-    QCOMPARE(call.orientation, QPageLayout::Portrait);
-    QCOMPARE(pdfPages(pdf), 1);
-}
-
-void TestFrmReport::cancelledPrintDialogPrintsNothing()
-{
-    ScriptedQuestions questions;
-    frmReport w(questions);
-    w.ReportFile = writeReport(QStringLiteral("c.txt"), "x\r\n");
-    w.show();
-    DialogCall call;
-    const QString pdf = m_dir.filePath(QStringLiteral("never.pdf"));
-    w.setPrintDialog(pdfDialog(call, pdf, false));
-    QTest::mouseClick(button(w, "cmdPrint"), Qt::LeftButton);
-    QCOMPARE(call.calls, 1);
-    QVERIFY(!QFile::exists(pdf));
-    QVERIFY(questions.messageTexts().isEmpty());
-}
-
-void TestFrmReport::widestLineFitsThePage()
-{
-    // A twelve-species rule line of 140 characters on a portrait page: the font gives way.
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(m_dir.filePath(QStringLiteral("fit.pdf")));
-    printer.setPageOrientation(QPageLayout::Portrait);
-    QFont font(QStringLiteral("Courier"));
-    font.setStyleHint(QFont::TypeWriter);
-    font.setPointSizeF(8.5);
-    const QString narrow = QString(80, QLatin1Char('0'));
-    const QString wide = QString(140, QLatin1Char('_'));
-    QCOMPARE(ReportPrintPointSize(printer, narrow, font), 8.5);
-    const double smaller = ReportPrintPointSize(printer, narrow + QLatin1Char('\n') + wide, font);
-    QVERIFY(smaller < 8.5);
-    QFont fitted = font;
-    fitted.setPointSizeF(smaller);
-    QVERIFY(QFontMetricsF(fitted, &printer).horizontalAdvance(wide) <= printer.pageRect(QPrinter::DevicePixel).width());
-}
 
 SENDREL_TEST_MAIN(TestFrmReport)
 #include "tst_frmreport.moc"

@@ -1,74 +1,101 @@
+// The stand and stock window: on its own, with a stub for the frame and the browser (its place
+// and count, the years and the sample, the class boxes, the ruler and its range editor, View
+// Reports), and as the browser opens it inside the frame. The arithmetic of classes, ruler and
+// range, and the compile of the report, are the domain's tests.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
 #include "support/SampleRuns.h"
+#include "support/WindowHostStub.h"
 
 #include "base/Numbers.h"
 #include "graph/Graph.h"
+#include "windows/output/frmReport.h"
 #include "windows/standstock/ClassRulerView.h"
 #include "windows/standstock/frmParameters.h"
 #include "windows/standstock/frmRange.h"
-#include "app/GameDB.h"
-#include "support/WindowHostStub.h"
 
-#include <QApplication>
+#include <QCheckBox>
+#include <QFile>
 #include <QGroupBox>
 #include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
+#include <QMdiArea>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
-#include <QTest>
 
 using namespace sendrel;
 using namespace sendrel::test;
 
 namespace {
 
-// One stand and stock window over the sample run, opened the way the browser opens it.
+const QString kMoreTrees = QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, "
+                                          "Total_Volume, Cycle_Number, Standing_Harvested) VALUES ('R1', 3, 1000, 12, 1, 1, 'S')");
+
+// One stand and stock window over the sample run, opened the way the browser opens it, with the
+// classes of the settings (start 0, width 10, 10 classes unless given).
 struct Opened {
     RunDatabase env{RunDatabase::Db::None};
     WindowHostStub host;
     QPointer<frmParameters> w;
-    QList<int> ends;
 
-    explicit Opened(bool show = true)
+    explicit Opened(double start = 0, double width = 10, qint16 count = 10)
     {
+        env.tm.settings.WorkDir = env.workDir();
         env.openAsProgram();
-        env.tm.EndProcess = [this](int code) { ends.append(code); };
+        env.tm.settings.ClassesStart = start;
+        env.tm.settings.ClassesWidth = width;
+        env.tm.settings.NumClasses = count;
         AddSampleRun(env);
         w = new frmParameters(env.tm, host);
         w->This_RunId = QStringLiteral("R1");
-        w->This_RunDesc = QStringLiteral("Spacing trial");
         w->This_SorH = QStringLiteral("S");
         w->UpdateHeaderList();
         w->ChooseDensity(true);
-        w->setWindowTitle(QStringLiteral("Stand & Stock Tables: R1"));
         w->PlotClick();
-        if (show) {
-            w->show();
-            QVERIFY(QTest::qWaitForWindowExposed(w));
-        }
+        w->show();
+        QVERIFY(QTest::qWaitForWindowExposed(w));
     }
-    ~Opened()
-    {
-        delete w;
-    }
+    ~Opened() { delete w; }
 
     template <typename T> T *ctl(const QString &name) const { return Control<T>(w, name); }
     QLineEdit *box(const QString &name) const { return ctl<QLineEdit>(name); }
     QString label(const QString &name) const { return ctl<QLabel>(name)->text(); }
+    Graph *density() const { return ctl<Graph>(QStringLiteral("gphDensity")); }
+    QListWidget *years() const { return ctl<QListWidget>(QStringLiteral("lstCycles")); }
+    void click(const QString &button) const { QTest::mouseClick(ctl<QPushButton>(button), Qt::LeftButton); }
     ClassPanel *panel(int i) const { return w->RulerView()->SSPanel2(i); }
-    frmRange *range() const { return w->RangeEditor(); }
-    QString rangeText(const QString &name) const { return Control<QLineEdit>(range(), name)->text(); }
-    QString rangeError() const { return Control<QLabel>(range(), QStringLiteral("lblDbhError"))->text(); }
+    static QPoint at(int x) { return QPoint(x, ClassRulerView::kPanelHeight / 2); }
 
-    // A point inside panel i, x pixels from its left.
-    static QPoint at(int, int x) { return QPoint(x, ClassRulerView::kPanelHeight / 2); }
-    // The pixel x of a panel's right edge zone.
-    int rightEdge(int i) const { return panel(i)->width() - 2; }
+    // The range editor, opened by a press in the middle of a class's panel.
+    frmRange *range() const { return w->RangeEditor(); }
+    void open(int i) const { QTest::mouseClick(panel(i), Qt::LeftButton, {}, at(panel(i)->width() / 2)); }
+    QLineEdit *rangeBox(const QString &name) const { return Control<QLineEdit>(range(), name); }
+    QString rangeError() const { return Control<QLabel>(range(), QStringLiteral("lblDbhError"))->text(); }
+    // The edges and midpoints of the first three classes.
+    QString edges() const
+    {
+        QStringList all;
+        for (int i = 0; i < 3; ++i) {
+            const ClassType &c = w->Layout.aClass[i];
+            all << QStringLiteral("%1-%2/%3").arg(c.MinDia).arg(c.MaxDia).arg(c.MidPoint);
+        }
+        return all.join(QLatin1Char(' '));
+    }
 };
+
+// Run "A" standing with two years and trees in the first, opened from the browser in the frame.
+frmParameters *openInFrame(GuiBench &b)
+{
+    b.openDatabase();
+    b.addListedRun(QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("Thinned"));
+    b.addHeader(QStringLiteral("A"), QStringLiteral("S"), 2, 2010);
+    b.addTree(QStringLiteral("A"), QStringLiteral("S"), 1, 3, 12.0, 100, 0.5);
+    frmMarquel *m = b.start();
+    clickBox(m->chkSS);
+    QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+    return qobject_cast<frmParameters *>(reportWindows(*b.frame).value(0));
+}
 
 }  // namespace
 
@@ -76,513 +103,336 @@ class tst_frmParameters : public QObject {
     Q_OBJECT
 
 private slots:
-    void loadTakesPlaceCountAndSettings();
-    void unloadGivesBackPlaceAndCount();
-    void unloadStartedWithRunEndsProcess();
-    void yearsOfTheRun();
-    void sampleChartsOfFirstSelectedYear();
-    void noCycleSelected();
-    void switchingTablesNeedsNoQuery();
-    void classBoxLabels_data();
-    void classBoxLabels();
-    void goodEntryRebuildsRuler();
-    void rulerDragMovesEdgeAndEditorFollows();
-    void dragIsHeldAtNeighbour();
-    void resetQuestionCancelAsksOnce();
-    void resetQuestionOKRebuilds();
-    void pressOnNarrowPanelEdgeOpensEditor();
-    void longRulerScrolls();
-    void buttonsOfLaterVersionsReportsAndHelp();
-    void comingBackDrawsTheSampleAgain();
-    void firstDrawingGivesEachClassItsRoom();
-    void pointerTellsWhatAPressWouldDo();
-};
+    // Its life: a place and a count at load, the classes of the settings on the ruler, the range
+    // editor hidden; help of the window and of its editor
+    // goes to the host; closing gives back place and count, and the editor goes with it.
+    void lifeOfTheWindow()
+    {
+        Opened o;
+        QCOMPARE(o.host.NumOpenWindows, 1);
+        QCOMPARE(o.host.LeftForm().data(), o.w.data());
+        QCOMPARE(o.box(QStringLiteral("txtClassWidth"))->text(), QStringLiteral("10"));
+        QCOMPARE(o.panel(9)->text(), QStringLiteral("90+"));
+        QVERIFY(o.panel(10)->isHidden());
+        QCOMPARE(o.panel(3)->x(), o.w->RulerView()->lneScaleTick(3)->x());
+        QVERIFY(o.range()->isHidden());
 
-void tst_frmParameters::loadTakesPlaceCountAndSettings()
-{
-    Opened o(false);
-    QCOMPARE(o.host.NumOpenWindows, 1);
-    QCOMPARE(o.host.LeftForm().data(), o.w.data());
-    QVERIFY(o.host.RightForm().isNull());
-    // A second window takes the right-hand place.
-    auto *second = new frmParameters(o.env.tm, o.host);
-    QCOMPARE(o.host.NumOpenWindows, 2);
-    QCOMPARE(o.host.RightForm().data(), second);
-    second->close();
-    QCOMPARE(o.host.NumOpenWindows, 1);
-    QVERIFY(o.host.RightForm().isNull());
+        o.click(QStringLiteral("cmdHelp"));
+        QTest::mouseClick(Control<QPushButton>(o.range(), QStringLiteral("cmdHelp")), Qt::LeftButton);
+        QCOMPARE(o.host.HelpTopics, (QList<int>{76, 2100}));
 
-    QCOMPARE(o.box(QStringLiteral("txtClassStart"))->text(), QStringLiteral("0"));
-    QCOMPARE(o.box(QStringLiteral("txtClassWidth"))->text(), QStringLiteral("10"));
-    QCOMPARE(o.box(QStringLiteral("txtNumofClasses"))->text(), QStringLiteral("10"));
-    QCOMPARE(o.w->iNumofClasses, qint16(10));
-    QCOMPARE(o.w->Layout.aClass[9].MinDia, 90.0);
-    // Ten panels, the last one the bucket; the range editor is made and hidden.
-    QCOMPARE(o.panel(0)->text(), QStringLiteral("5"));
-    QCOMPARE(o.panel(9)->text(), QStringLiteral("90+"));
-    QVERIFY(!o.panel(9)->isHidden());
-    QVERIFY(o.panel(10)->isHidden());
-    QVERIFY(o.range() != nullptr);
-    QVERIFY(o.range()->isHidden());
-    QCOMPARE(o.range()->ClassNumber(), QStringLiteral("-1"));
-    // Scale: 0 to 100 over 8000 twips, ticks every 10 cm, the last one 40 twips short.
-    QCOMPARE(o.w->Ruler.iTwipsPerCm, qint16(80));
-    QCOMPARE(o.w->RulerView()->lblDBHScale(10)->text(), QStringLiteral("100"));
-    QCOMPARE(o.w->RulerView()->lblDBHScale(3)->text(), QStringLiteral("30"));
-    QCOMPARE(o.w->RulerView()->lneScaleTick(10)->x(), TwipsToPixels(135 + 8000 - 40));
-    // Each panel's edges stand where the scale puts their diameters.
-    QCOMPARE(o.panel(3)->x(), TwipsToPixels(135 + 30 * 80));
-    QCOMPARE(o.panel(3)->x(), o.w->RulerView()->lneScaleTick(3)->x());
-}
-
-void tst_frmParameters::unloadGivesBackPlaceAndCount()
-{
-    Opened o;
-    QPointer<frmRange> range = o.range();
-    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdOK")), Qt::LeftButton);
-    QTRY_VERIFY(o.w.isNull());
-    QTRY_VERIFY(range.isNull());
-    QCOMPARE(o.host.NumOpenWindows, 0);
-    QVERIFY(o.host.LeftForm().isNull());
-    QVERIFY(o.ends.isEmpty());
-    QVERIFY(o.env.tm.DBEngine.IsOpen());
-}
-
-void tst_frmParameters::unloadStartedWithRunEndsProcess()
-{
-    Opened o;
-    o.env.tm.RunOnCommandLine = true;
-    o.w->close();
-    QCOMPARE(o.ends, QList<int>{0});
-    QVERIFY(!o.env.tm.DBEngine.IsOpen());
-    OpenGameDB(o.env.tm, false);   // for the test's own end, which closes it once more
-}
-
-void tst_frmParameters::yearsOfTheRun()
-{
-    Opened o;
-    auto *list = o.ctl<QListWidget>(QStringLiteral("lstCycles"));
-    QCOMPARE(list->count(), 2);
-    QCOMPARE(list->item(0)->text(), QStringLiteral("2000"));
-    QCOMPARE(list->item(0)->data(Qt::UserRole).toInt(), 1);
-    QCOMPARE(list->item(1)->text(), QStringLiteral("2010"));
-    QCOMPARE(list->item(1)->data(Qt::UserRole).toInt(), 2);
-    QVERIFY(list->item(0)->isSelected());
-    QVERIFY(!list->item(1)->isSelected());
-    QCOMPARE(list->selectionMode(), QAbstractItemView::MultiSelection);
-
-    // Harvested trees of the same run: no cycles.
-    o.w->This_SorH = QStringLiteral("H");
-    o.w->UpdateHeaderList();
-    QCOMPARE(list->count(), 0);
-}
-
-void tst_frmParameters::sampleChartsOfFirstSelectedYear()
-{
-    Opened o;
-    auto *density = o.ctl<Graph>(QStringLiteral("gphDensity"));
-    auto *volume = o.ctl<Graph>(QStringLiteral("gphMerchVol"));
-    QCOMPARE(o.ctl<QGroupBox>(QStringLiteral("fraCycle"))->title(), QStringLiteral("Sample for year: 2000"));
-    QCOMPARE(o.w->NextSpecies, qint16(3));
-    // Species by first appearance from the smallest class: PL (8 cm), FD (12 cm), PW (25 cm).
-    QCOMPARE(density->ChartSeriesCount(), qint16(3));
-    QCOMPARE(density->ChartPointCount(), qint16(10));
-    QCOMPARE(density->series()[0].legend, QStringLiteral("PL"));
-    QCOMPARE(density->series()[1].legend, QStringLiteral("FD"));
-    QCOMPARE(density->series()[2].legend, QStringLiteral("PW"));
-    QCOMPARE(density->series()[1].colour, qint16(3));
-    QCOMPARE(density->value(1, 1), 200.0);
-    QCOMPARE(density->value(2, 2), 100.0);
-    QCOMPARE(density->value(2, 3), 50.0);    // 20 cm is the lower edge of 20-30
-    QCOMPARE(density->value(3, 3), 30.0);
-    QCOMPARE(density->value(2, 10), 2.0);    // 95 cm in the bucket
-    QCOMPARE(volume->value(2, 10), 12.0);
-    QCOMPARE(volume->value(3, 3), 16.5);
-    QCOMPARE(density->pointLabels().first(), QStringLiteral("5"));
-    QCOMPARE(density->pointLabels().last(), QStringLiteral("95"));
-    QCOMPARE(density->ChartTopTitle(), QStringLiteral("Stand Table"));
-    QCOMPARE(density->ChartLeftTitle(), QStringLiteral("Density (SPH)"));
-    QCOMPARE(volume->ChartLeftTitle(), QStringLiteral("GTV (cu.m/ha)"));
-    QCOMPARE(volume->ChartBottomTitle(), QStringLiteral("DBH Class (cm)"));
-    QCOMPARE(density->ChartYAxisMin(), 0.0);
-    QVERIFY(density->ChartYAxisMax() >= 200.0);
-    QVERIFY(volume->ChartYAxisMax() >= 20.0 && volume->ChartYAxisMax() < 200.0);
-    QVERIFY(density->shownChart() != nullptr);
-
-    // Two years selected: the sample is the upper one, whichever was clicked last.
-    auto *list = o.ctl<QListWidget>(QStringLiteral("lstCycles"));
-    list->item(1)->setSelected(true);
-    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdPlot")), Qt::LeftButton);
-    QCOMPARE(o.ctl<QGroupBox>(QStringLiteral("fraCycle"))->title(), QStringLiteral("Sample for year: 2000"));
-    list->item(0)->setSelected(false);
-    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdPlot")), Qt::LeftButton);
-    QCOMPARE(o.ctl<QGroupBox>(QStringLiteral("fraCycle"))->title(), QStringLiteral("Sample for year: 2010"));
-    QCOMPARE(density->ChartSeriesCount(), qint16(1));
-    QCOMPARE(density->series()[0].legend, QStringLiteral("FD"));
-    QCOMPARE(density->value(1, 4), 80.0);
-    QVERIFY(o.env.questions.messageTexts().isEmpty());
-}
-
-void tst_frmParameters::noCycleSelected()
-{
-    Opened o;
-    auto *density = o.ctl<Graph>(QStringLiteral("gphDensity"));
-    auto *list = o.ctl<QListWidget>(QStringLiteral("lstCycles"));
-    list->clearSelection();
-    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdPlot")), Qt::LeftButton);
-    QCOMPARE(o.env.questions.messageTexts(), QStringList{QStringLiteral("No cycles selected.")});
-    // The chart keeps its data; the axis goes back to what nothing needs.
-    QCOMPARE(density->ChartSeriesCount(), qint16(3));
-    QCOMPARE(density->value(1, 1), 200.0);
-    QCOMPARE(density->ChartYAxisMin(), 0.0);
-    QVERIFY(density->ChartYAxisMax() < 200.0);
-    QCOMPARE(o.ctl<QGroupBox>(QStringLiteral("fraCycle"))->title(), QStringLiteral("Sample for year: 2000"));
-}
-
-void tst_frmParameters::switchingTablesNeedsNoQuery()
-{
-    Opened o;
-    auto *density = o.ctl<Graph>(QStringLiteral("gphDensity"));
-    auto *volume = o.ctl<Graph>(QStringLiteral("gphMerchVol"));
-    QVERIFY(density->isVisible());
-    QVERIFY(!volume->isVisible());
-    // Trees added behind the window's back show only after a new query.
-    o.env.exec(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, "
-                              "Total_Volume, Cycle_Number, Standing_Harvested) VALUES ('R1', 3, 1000, 12, 1, 1, 'S')"));
-    QTest::mouseClick(o.ctl<QRadioButton>(QStringLiteral("optMerchVol")), Qt::LeftButton);
-    QVERIFY(volume->isVisible());
-    QVERIFY(!density->isVisible());
-    QVERIFY(volume->shownChart() != nullptr);
-    QCOMPARE(volume->value(2, 2), 10.0);
-    QTest::mouseClick(o.ctl<QRadioButton>(QStringLiteral("optDensity")), Qt::LeftButton);
-    QVERIFY(density->isVisible());
-    QVERIFY(!volume->isVisible());
-    QCOMPARE(density->value(2, 2), 100.0);
-    // Refresh queries again.
-    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdPlot")), Qt::LeftButton);
-    QCOMPARE(density->value(2, 2), 1100.0);
-    QCOMPARE(volume->value(2, 2), 1010.0);
-}
-
-void tst_frmParameters::classBoxLabels_data()
-{
-    QTest::addColumn<QString>("start");
-    QTest::addColumn<QString>("width");
-    QTest::addColumn<QString>("count");
-    QTest::addColumn<QStringList>("labels");   // lblDbhError, start, width, count
-
-    const QString range = QStringLiteral("Invalid.       Valid range is:");
-    const QString step = QStringLiteral("        Must be a multiple of:");
-    QTest::newRow("start 2000") << "2000" << "10" << "10" << QStringList{range, "0 - 1000", "", ""};
-    QTest::newRow("range hides step") << "2000" << "0.3" << "10" << QStringList{range, "0 - 1000", "", ""};
-    QTest::newRow("width 0.25") << "0" << "0.25" << "10" << QStringList{step, "", "0.5", ""};
-    QTest::newRow("start 12.25") << "12.25" << "2.5" << "10" << QStringList{step, "0.5", "", ""};
-    QTest::newRow("count 1") << "0" << "10" << "1" << QStringList{range, "", "", "2 - 30"};
-    QTest::newRow("count 31") << "0" << "10" << "31" << QStringList{range, "", "", "2 - 30"};
-    QTest::newRow("count 7.5") << "0" << "10" << "7.5" << QStringList{step, "", "", "1.0"};
-    QTest::newRow("all three out") << "-1" << "0" << "x" << QStringList{range, "0 - 1000", "0.25 - 1000", "2 - 30"};
-    QTest::newRow("good") << "12.5" << "2.5" << "10" << QStringList{"", "", "", ""};
-}
-
-void tst_frmParameters::classBoxLabels()
-{
-    QFETCH(QString, start);
-    QFETCH(QString, width);
-    QFETCH(QString, count);
-    QFETCH(QStringList, labels);
-    Opened o;
-    Retype(o.box(QStringLiteral("txtNumofClasses")), count);
-    Retype(o.box(QStringLiteral("txtClassWidth")), width);
-    Retype(o.box(QStringLiteral("txtClassStart")), start);
-    QCOMPARE(o.label(QStringLiteral("lblDbhError")), labels[0]);
-    QCOMPARE(o.label(QStringLiteral("lblClassStartError")), labels[1]);
-    QCOMPARE(o.label(QStringLiteral("lblClassWidthError")), labels[2]);
-    QCOMPARE(o.label(QStringLiteral("lblNumClassesError")), labels[3]);
-    if (!labels[0].isEmpty()) {
-        // A refused entry leaves the classes of the last good keystroke ("3" on the way to
-        // "31"), ruler and all, while iNumofClasses holds the refused number.
-        const int n = o.w->Layout.ClassCount();
-        QVERIFY(!o.panel(n - 1)->isHidden());
-        QVERIFY(n == 30 || o.panel(n)->isHidden());
-        QCOMPARE(o.panel(n - 1)->text(), DefaultText(o.w->Layout.aClass[n - 1].MinDia) + QLatin1Char('+'));
-        QCOMPARE(o.w->iNumofClasses, ToInt16(ReadNumber(count)));
+        QPointer<frmRange> range = o.range();
+        o.click(QStringLiteral("cmdOK"));
+        QTRY_VERIFY(o.w.isNull() && range.isNull());
+        QCOMPARE(o.host.NumOpenWindows, 0);
+        QVERIFY(o.host.LeftForm().isNull());
+        QVERIFY(o.env.ended.isEmpty());
     }
-    QVERIFY(o.env.questions.asked().isEmpty());
-}
 
-void tst_frmParameters::goodEntryRebuildsRuler()
-{
-    Opened o;
-    Retype(o.box(QStringLiteral("txtClassStart")), QStringLiteral("12.5"));
-    Retype(o.box(QStringLiteral("txtClassWidth")), QStringLiteral("2.5"));
-    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("20"));
-    QCOMPARE(o.w->Layout.ClassCount(), qint16(20));
-    QCOMPARE(o.w->Layout.aClass[19].MinDia, 60.0);
-    QCOMPARE(o.panel(0)->text(), QStringLiteral("13.75"));
-    QCOMPARE(o.panel(19)->text(), QStringLiteral("60+"));
-    QVERIFY(o.panel(20)->isHidden());
-    // The scale starts at the whole centimetre below the start; the first panel at its origin.
-    QCOMPARE(o.w->RulerView()->lblDBHScale(0)->text(), QStringLiteral("12"));
-    QCOMPARE(o.panel(0)->x(), TwipsToPixels(135));
-    // Neighbouring panels meet without a gap or an overlap.
-    for (int i = 1; i < 20; ++i)
-        QCOMPARE(o.panel(i)->x(), o.panel(i - 1)->x() + o.panel(i - 1)->width());
-    // Nothing of the sample changes until Refresh.
-    QCOMPARE(o.ctl<Graph>(QStringLiteral("gphDensity"))->ChartPointCount(), qint16(10));
-    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdPlot")), Qt::LeftButton);
-    QCOMPARE(o.ctl<Graph>(QStringLiteral("gphDensity"))->ChartPointCount(), qint16(20));
-}
+    // The settings go into the boxes quietly: the classes are built once, so that the ruler's
+    // first drawing gives each class its room.
+    void firstDrawingGivesEachClassItsRoom()
+    {
+        Opened o(5, 2.5, 24);
+        QCOMPARE(o.box(QStringLiteral("txtNumofClasses"))->text(), QStringLiteral("24"));
+        QCOMPARE(o.w->Ruler.iDrawWidth, qint16(24 * 600));
+        QVERIFY(o.ctl<QScrollBar>(QStringLiteral("hsScrollDBH"))->isEnabled());
+    }
 
-void tst_frmParameters::rulerDragMovesEdgeAndEditorFollows()
-{
-    Opened o;
-    // A press in the middle of the third class opens the editor on it.
-    QTest::mousePress(o.panel(2), Qt::LeftButton, {}, o.at(2, o.panel(2)->width() / 2));
-    QTest::mouseRelease(o.panel(2), Qt::LeftButton, {}, o.at(2, o.panel(2)->width() / 2));
-    QVERIFY(o.range()->isVisible());
-    QCOMPARE(o.range()->ClassNumber(), QStringLiteral("2"));
-    QCOMPARE(o.rangeText(QStringLiteral("txtMin")), QStringLiteral("20"));
-    QCOMPARE(o.rangeText(QStringLiteral("txtMax")), QStringLiteral("30"));
-    QCOMPARE(o.rangeText(QStringLiteral("txtCentre")), QStringLiteral("25"));
-    QCOMPARE(o.panel(2)->TextColour(), QColor(30, 50, 150));
-    QCOMPARE(o.panel(1)->TextColour(), QColor(Qt::black));
-    QVERIFY(!o.w->Reset.bClassesEdited);
+    void yearsAndTheSample()
+    {
+        Opened o;
+        QCOMPARE(o.years()->item(1)->text(), QStringLiteral("2010"));
+        QCOMPARE(o.years()->item(1)->data(Qt::UserRole).toInt(), 2);
+        QCOMPARE(highlightedRows(o.years()), QList<int>{0});
+        auto *sample = o.ctl<QGroupBox>(QStringLiteral("fraCycle"));
+        QCOMPARE(sample->title(), QStringLiteral("Sample for year: 2000"));
+        QCOMPARE(o.density()->ChartSeriesCount(), qint16(3));
+        QVERIFY(o.density()->shownChart() != nullptr);
 
-    // Drag its right edge 20 pixels (300 twips, 3.75 cm at 80 twips a cm) to the right.
-    const int x0 = o.rightEdge(2);
-    QTest::mousePress(o.panel(2), Qt::LeftButton, {}, o.at(2, x0));
-    QCOMPARE(o.host.MousePointer(), 9);
-    QCOMPARE(QApplication::overrideCursor()->shape(), Qt::SizeHorCursor);
-    QVERIFY(o.w->Reset.bClassesEdited);
-    QTest::mouseMove(o.panel(2), o.at(2, x0 + 20));
-    // (Left 1735 + X (x0 + 20) * 15 - 135) / 80, snapped down to 0.5.
-    const double expected = ClassRuler::SnapDown((1735 + (x0 + 20) * 15.0 - 135) / 80);
-    QCOMPARE(o.w->Layout.aClass[2].MaxDia, expected);
-    QCOMPARE(o.w->Layout.aClass[3].MinDia, expected);
-    QCOMPARE(o.w->Layout.aClass[2].MidPoint, (20 + expected) / 2);
-    QCOMPARE(o.w->Layout.aClass[3].MidPoint, (expected + 40) / 2);
-    // The editor follows, and its change events take nothing back.
-    QCOMPARE(o.rangeText(QStringLiteral("txtMax")), DefaultText(expected));
-    QCOMPARE(o.rangeText(QStringLiteral("txtCentre")), DefaultText((20 + expected) / 2));
-    QCOMPARE(o.rangeError(), QString());
-    QCOMPARE(o.panel(2)->text(), DefaultText((20 + expected) / 2));
-    QCOMPARE(o.panel(3)->x(), o.panel(2)->x() + o.panel(2)->width());
-    QTest::mouseRelease(o.panel(2), Qt::LeftButton, {}, o.at(2, x0 + 20));
-    QCOMPARE(o.host.MousePointer(), 0);
-    QVERIFY(QApplication::overrideCursor() == nullptr);
-    QVERIFY(!o.w->Ruler.bDragRightEdge);
+        // Two years selected: the sample is the upper one, whichever was clicked last. The query
+        // shows the hourglass while it runs.
+        clickRow(o.years(), 1);
+        o.host.Pointers.clear();
+        o.click(QStringLiteral("cmdPlot"));
+        QCOMPARE(o.host.Pointers, (QList<int>{11, 0}));
+        QCOMPARE(sample->title(), QStringLiteral("Sample for year: 2000"));
+        clickRow(o.years(), 0);
+        o.click(QStringLiteral("cmdPlot"));
+        QCOMPARE(sample->title(), QStringLiteral("Sample for year: 2010"));
+        QCOMPARE(o.density()->ChartSeriesCount(), qint16(1));
 
-    // The editor closes: no class highlighted any more.
-    QTest::mouseClick(Control<QPushButton>(o.range(), QStringLiteral("cmdOK")), Qt::LeftButton);
-    QVERIFY(!o.range()->isVisible());
-    QCOMPARE(o.range()->ClassNumber(), QStringLiteral("-1"));
-    QCOMPARE(o.panel(2)->TextColour(), QColor(Qt::black));
-}
+        // No year: the user is told, the charts keep their data and the axis goes back to 0.
+        clickRow(o.years(), 1);
+        o.click(QStringLiteral("cmdPlot"));
+        QCOMPARE(o.env.questions.messageTexts(), QStringList{QStringLiteral("No cycles selected.")});
+        QCOMPARE(o.density()->ChartSeriesCount(), qint16(1));
+        QCOMPARE(o.density()->ChartYAxisMax(), 0.0);
+    }
 
-void tst_frmParameters::dragIsHeldAtNeighbour()
-{
-    Opened o;
-    // The left edge of the fifth class (40-50), dragged far to the left and then far right.
-    QTest::mousePress(o.panel(4), Qt::LeftButton, {}, o.at(4, 2));
-    QVERIFY(o.w->Ruler.bDragLeftEdge);
-    QTest::mouseMove(o.panel(4), o.at(4, -300));
-    QCOMPARE(o.w->Layout.aClass[3].MaxDia, 30.5);
-    QCOMPARE(o.w->Layout.aClass[4].MinDia, 30.5);
-    QTest::mouseMove(o.panel(4), o.at(4, 600));
-    QCOMPARE(o.w->Layout.aClass[4].MinDia, 49.5);
-    QCOMPARE(o.panel(4)->text(), QStringLiteral("49.75"));
-    QTest::mouseRelease(o.panel(4), Qt::LeftButton, {}, o.at(4, 600));
-    // The first class's left edge offers no drag, yet the press marks the layout as edited.
-    QTest::mousePress(o.panel(0), Qt::LeftButton, {}, o.at(0, 1));
-    QTest::mouseMove(o.panel(0), o.at(0, 30));
-    QCOMPARE(o.w->Layout.aClass[0].MinDia, 0.0);
-    QCOMPARE(o.w->Layout.aClass[0].MaxDia, 10.0);
-    QTest::mouseRelease(o.panel(0), Qt::LeftButton, {}, o.at(0, 30));
-    // That press alone makes the next box change ask before the layout goes.
-    o.env.questions.answerMessage(Answer::Cancel);
-    QLineEdit *width = o.box(QStringLiteral("txtClassWidth"));
-    width->setFocus();
-    width->end(false);
-    QTest::keyClick(width, Qt::Key_0);
-    QCOMPARE(o.env.questions.asked().size(), 1);
-    QCOMPARE(width->text(), QStringLiteral("10"));
-    QCOMPARE(o.w->Layout.aClass[4].MinDia, 49.5);
-}
+    // The other table shows at once from the same query; Refresh queries again.
+    void switchingTables()
+    {
+        Opened o;
+        auto *volume = o.ctl<Graph>(QStringLiteral("gphMerchVol"));
+        o.env.exec(kMoreTrees);
+        QTest::mouseClick(o.ctl<QRadioButton>(QStringLiteral("optMerchVol")), Qt::LeftButton);
+        QVERIFY(volume->isVisible() && !o.density()->isVisible());
+        QVERIFY(volume->shownChart() != nullptr);
+        QCOMPARE(volume->value(2, 2), 10.0);
+        QTest::mouseClick(o.ctl<QRadioButton>(QStringLiteral("optDensity")), Qt::LeftButton);
+        QVERIFY(o.density()->isVisible() && !volume->isVisible());
+        o.click(QStringLiteral("cmdPlot"));
+        QCOMPARE(o.density()->value(2, 2), 1100.0);
+        QCOMPARE(volume->value(2, 2), 1010.0);
+    }
 
-void tst_frmParameters::resetQuestionCancelAsksOnce()
-{
-    Opened o;
-    const int x0 = o.rightEdge(2);
-    QTest::mousePress(o.panel(2), Qt::LeftButton, {}, o.at(2, x0));
-    QTest::mouseMove(o.panel(2), o.at(2, x0 + 20));
-    QTest::mouseRelease(o.panel(2), Qt::LeftButton, {}, o.at(2, x0 + 20));
-    const double edge = o.w->Layout.aClass[2].MaxDia;
-    QVERIFY(edge != 30.0);
+    // Each fault goes to its own label; a refused entry leaves the classes and the ruler, a good
+    // one redraws the ruler, and the sample keeps its classes until Refresh.
+    void classBoxes()
+    {
+        Opened o;
+        Retype(o.box(QStringLiteral("txtClassWidth")), QStringLiteral("0"));
+        Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("x"));
+        Retype(o.box(QStringLiteral("txtClassStart")), QStringLiteral("-1"));
+        QCOMPARE(o.label(QStringLiteral("lblDbhError")), QStringLiteral("Invalid.       Valid range is:"));
+        QCOMPARE(o.label(QStringLiteral("lblClassStartError")), QStringLiteral("0 - 1000"));
+        QCOMPARE(o.label(QStringLiteral("lblClassWidthError")), QStringLiteral("0.25 - 1000"));
+        QCOMPARE(o.label(QStringLiteral("lblNumClassesError")), QStringLiteral("2 - 30"));
+        QCOMPARE(o.panel(9)->text(), QStringLiteral("90+"));
+        QVERIFY(o.panel(10)->isHidden());
+        Retype(o.box(QStringLiteral("txtClassStart")), QStringLiteral("0"));
+        Retype(o.box(QStringLiteral("txtClassWidth")), QStringLiteral("2.5"));
+        Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
+        QCOMPARE(o.label(QStringLiteral("lblNumClassesError")), QString());
+        QCOMPARE(o.panel(29)->text(), QStringLiteral("72.5+"));
+        for (int i = 1; i < 30; ++i)
+            QCOMPARE(o.panel(i)->x(), o.panel(i - 1)->x() + o.panel(i - 1)->width());
+        QVERIFY(o.env.questions.asked().isEmpty());
+        QCOMPARE(o.density()->ChartPointCount(), qint16(10));
+        o.click(QStringLiteral("cmdPlot"));
+        QCOMPARE(o.density()->ChartPointCount(), qint16(30));
 
-    o.env.questions.answerMessage(Answer::Cancel);
-    QLineEdit *count = o.box(QStringLiteral("txtNumofClasses"));
-    count->setFocus();
-    count->selectAll();
-    QTest::keyClick(count, Qt::Key_5);
-    QCOMPARE(o.env.questions.asked().size(), 1);
-    QCOMPARE(count->text(), QStringLiteral("10"));
-    QCOMPARE(o.w->Layout.aClass[2].MaxDia, edge);
-    QCOMPARE(o.w->Layout.ClassCount(), qint16(10));
-    QVERIFY(!o.w->bInChange);
-    QCOMPARE(o.label(QStringLiteral("lblDbhError")), QString());
-}
+        // The long ruler scrolls; back to ten classes it fits, and stands at its start again.
+        auto *scroll = o.ctl<QScrollBar>(QStringLiteral("hsScrollDBH"));
+        QVERIFY(scroll->isEnabled());
+        scroll->setValue(1500);
+        QCOMPARE(o.w->RulerView()->DrawArea()->x(), -100);
+        Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("10"));
+        QVERIFY(!scroll->isEnabled());
+        QCOMPARE(o.w->RulerView()->DrawArea()->x(), 0);
+    }
 
-void tst_frmParameters::resetQuestionOKRebuilds()
-{
-    Opened o;
-    QTest::mousePress(o.panel(5), Qt::LeftButton, {}, o.at(5, 1));
-    QTest::mouseMove(o.panel(5), o.at(5, -20));
-    QTest::mouseRelease(o.panel(5), Qt::LeftButton, {}, o.at(5, -20));
-    QVERIFY(o.w->Layout.aClass[5].MinDia < 50.0);
+    // The arrows show over an edge that can be dragged, and go off the panels. A drag moves the
+    // edge; the editor open on the class follows, and its change events (raised by the program)
+    // take nothing back.
+    void dragMovesEdgeAndEditorFollows()
+    {
+        Opened o;
+        QMouseEvent hover(QEvent::MouseMove, QPointF(2, 5), QPointF(), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(o.panel(3), &hover);
+        QCOMPARE(o.host.MousePointer(), 9);
+        QApplication::sendEvent(o.ctl<QGroupBox>(QStringLiteral("SSPanel3")), &hover);
+        QCOMPARE(o.host.MousePointer(), 0);
+        o.open(2);
+        QCOMPARE(o.rangeBox(QStringLiteral("txtMin"))->text(), QStringLiteral("20"));
+        const int x0 = o.panel(2)->width() - 2;
+        QTest::mousePress(o.panel(2), Qt::LeftButton, {}, o.at(x0));
+        QCOMPARE(o.host.MousePointer(), 9);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::SizeHorCursor);
+        QTest::mouseMove(o.panel(2), o.at(x0 + 20));
+        const double edge = o.w->Layout.aClass[2].MaxDia;
+        QVERIFY(edge > 30.0);
+        QCOMPARE(o.w->Layout.aClass[3].MinDia, edge);
+        QCOMPARE(o.rangeBox(QStringLiteral("txtMax"))->text(), DefaultText(edge));
+        QCOMPARE(o.rangeBox(QStringLiteral("txtCentre"))->text(), DefaultText((20 + edge) / 2));
+        QCOMPARE(o.rangeError(), QString());
+        QCOMPARE(o.panel(3)->x(), o.panel(2)->x() + o.panel(2)->width());
+        QTest::mouseRelease(o.panel(2), Qt::LeftButton, {}, o.at(x0 + 20));
+        QCOMPARE(o.host.MousePointer(), 0);
+        QVERIFY(!QApplication::overrideCursor());
+    }
 
-    o.env.questions.answerMessage(Answer::OK);
-    QLineEdit *count = o.box(QStringLiteral("txtNumofClasses"));
-    count->setFocus();
-    count->end(false);
-    QTest::keyClick(count, Qt::Key_Backspace);   // "1": refused, after the question
-    QCOMPARE(o.env.questions.asked().size(), 1);
-    QCOMPARE(o.label(QStringLiteral("lblNumClassesError")), QStringLiteral("2 - 30"));
-    QTest::keyClick(count, Qt::Key_2);           // "12": no question any more
-    QCOMPARE(o.env.questions.asked().size(), 1);
-    QCOMPARE(o.w->Layout.ClassCount(), qint16(12));
-    QCOMPARE(o.w->Layout.aClass[5].MinDia, 50.0);
-    QCOMPARE(o.panel(11)->text(), QStringLiteral("110+"));
-}
+    // After a drag a box change asks first. Cancel writes the box back without a second
+    // question; OK rebuilds from the boxes and asks no more while the user types on.
+    void resetQuestion_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QString>("typed");   // after Backspace at the end of "10"
+        QTest::addColumn<QString>("box");
+        QTest::addColumn<QString>("last");
+        QTest::newRow("Cancel") << int(Answer::Cancel) << "" << "10" << "90+";
+        QTest::newRow("OK") << int(Answer::OK) << "2" << "12" << "110+";
+    }
 
-void tst_frmParameters::pressOnNarrowPanelEdgeOpensEditor()
-{
-    Opened o;
-    // 1 cm classes over 8000 twips from 0 to 10: 800 twips each; 0.5 cm makes 400, and a
-    // 30-class layout of 0.5 cm 600 each. A class of 1 cm among 30 of 10 cm is narrow enough.
-    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
-    // Make class 3 narrow by dragging its right edge onto its left.
-    QTest::mousePress(o.panel(3), Qt::LeftButton, {}, o.at(3, o.rightEdge(3)));
-    QTest::mouseMove(o.panel(3), o.at(3, -200));
-    QTest::mouseRelease(o.panel(3), Qt::LeftButton, {}, o.at(3, -200));
-    QCOMPARE(o.w->Layout.aClass[3].MaxDia, 30.5);
-    QVERIFY(o.panel(3)->Width() < ClassRuler::kNarrowPanel);
-    QVERIFY(o.range()->isHidden());
-    // An edge press on it opens the editor, and the drag stays on until the release.
-    QTest::mousePress(o.panel(3), Qt::LeftButton, {}, o.at(3, 0));
-    QVERIFY(o.range()->isVisible());
-    QCOMPARE(o.range()->ClassNumber(), QStringLiteral("3"));
-    QCOMPARE(o.rangeText(QStringLiteral("txtMax")), QStringLiteral("30.5"));
-    QVERIFY(o.w->Ruler.bDragLeftEdge);
-    QTest::mouseRelease(o.panel(3), Qt::LeftButton, {}, o.at(3, 0));
-    QVERIFY(!o.w->Ruler.bDragLeftEdge);
-}
+    void resetQuestion()
+    {
+        QFETCH(int, answer);
+        QFETCH(QString, typed);
+        QFETCH(QString, box);
+        QFETCH(QString, last);
+        Opened o;
+        const int x0 = o.panel(2)->width() - 2;
+        QTest::mousePress(o.panel(2), Qt::LeftButton, {}, o.at(x0));
+        QTest::mouseMove(o.panel(2), o.at(x0 + 20));
+        QTest::mouseRelease(o.panel(2), Qt::LeftButton, {}, o.at(x0 + 20));
+        const double edge = o.w->Layout.aClass[2].MaxDia;
+        o.env.questions.answerMessage(static_cast<Answer>(answer));
+        QLineEdit *count = o.box(QStringLiteral("txtNumofClasses"));
+        count->setFocus();
+        count->end(false);
+        QTest::keyClick(count, Qt::Key_Backspace);
+        QTest::keyClicks(count, typed);
+        QCOMPARE(o.env.questions.asked().size(), 1);
+        QCOMPARE(count->text(), box);
+        QVERIFY(!o.w->bInChange);
+        QCOMPARE(o.panel(o.w->Layout.ClassCount() - 1)->text(), last);
+        QCOMPARE(o.w->Layout.aClass[2].MaxDia, answer == int(Answer::OK) ? 30.0 : edge);
+    }
 
-void tst_frmParameters::longRulerScrolls()
-{
-    Opened o;
-    auto *scroll = o.ctl<QScrollBar>(QStringLiteral("hsScrollDBH"));
-    QVERIFY(!scroll->isEnabled());
-    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("30"));
-    // 30 classes: 18000 twips of ruler, wider than the view.
-    QCOMPARE(o.w->Ruler.iDrawWidth, qint16(18000));
-    QVERIFY(scroll->isEnabled());
-    QCOMPARE(scroll->maximum(), int(18000 + 250 - o.w->RulerView()->ViewAreaWidth() + 400));
-    scroll->setValue(1500);
-    QCOMPARE(o.w->RulerView()->DrawArea()->x(), -100);
-    // Back to ten classes: the ruler fits, and stands at its start again.
-    Retype(o.box(QStringLiteral("txtNumofClasses")), QStringLiteral("10"));
-    QVERIFY(!scroll->isEnabled());
-    QCOMPARE(o.w->RulerView()->DrawArea()->x(), 0);
-}
+    // "View Reports" over the selected years: the report file in the Work folder, shown modally
+    // until Cancel deletes it; the pointer is the default again however it ends.
+    void viewReports_data()
+    {
+        QTest::addColumn<bool>("answered");
+        QTest::addColumn<bool>("tablesGone");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("viewed") << true << false << "";
+        QTest::newRow("cancelled") << false << false << "";
+        QTest::newRow("compile fails") << true << true << "The following error occured:";
+    }
 
-void tst_frmParameters::buttonsOfLaterVersionsReportsAndHelp()
-{
-    Opened o;
-    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdPrintCharts")), Qt::LeftButton);
-    // "View Reports" asks for the title first; cancelling it compiles nothing.
-    o.env.questions.answerReportText(false);
-    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdPrintReport")), Qt::LeftButton);
-    QCOMPARE(o.env.questions.pendingAnswers(), 0);
-    QCOMPARE(o.env.questions.asked().last().title, o.w->This_RunId + QStringLiteral(": Stand Table"));
-    const QStringList texts = o.env.questions.messageTexts();
-    QCOMPARE(texts.size(), 1);
-    QVERIFY(texts[0].contains(QStringLiteral("later version")));
-    QCOMPARE(o.ctl<QPushButton>(QStringLiteral("cmdPrintCharts"))->text(), QStringLiteral("View Charts"));
-    QCOMPARE(o.ctl<QPushButton>(QStringLiteral("cmdPrintReport"))->text(), QStringLiteral("View Reports"));
-    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdHelp")), Qt::LeftButton);
-    QTest::mouseClick(Control<QPushButton>(o.range(), QStringLiteral("cmdHelp")), Qt::LeftButton);
-    QCOMPARE(o.host.HelpTopics, (QList<int>{76, 2100}));
-}
+    void viewReports()
+    {
+        QFETCH(bool, answered);
+        QFETCH(bool, tablesGone);
+        QFETCH(QString, said);
+        Opened o;
+        if (tablesGone)
+            o.env.exec(QStringLiteral("DROP TABLE Report_Header"));
+        clickRow(o.years(), 1);
+        o.env.questions.answerReportText(answered);
+        QString file;
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, [&] {
+            if (auto *viewer = qobject_cast<frmReport *>(QApplication::activeModalWidget())) {
+                file = viewer->ReportFile;
+                QVERIFY(QFile::exists(file));
+                QTest::mouseClick(viewer->findChild<QPushButton *>(QStringLiteral("cmdCancel")), Qt::LeftButton);
+            }
+        });
+        poll.start(10);
+        o.host.Pointers.clear();
+        o.click(QStringLiteral("cmdPrintReport"));
+        QCOMPARE(o.env.questions.asked().first().title, QStringLiteral("R1: Stand Table"));
+        QCOMPARE(file.isEmpty(), !answered || tablesGone);
+        if (!file.isEmpty()) {
+            QCOMPARE(QDir::cleanPath(file), QDir::cleanPath(o.env.workDir() + QStringLiteral("/R1_Stand.txt")));
+            QVERIFY(!QFile::exists(file));
+            // Both years, by the cycle numbers of the list.
+            QCOMPARE(o.env.questions.lastBusyMessage(), QStringLiteral("Compiling report data for cycle: 2"));
+        }
+        const QStringList texts = o.env.questions.messageTexts();
+        QCOMPARE(texts.size(), said.isEmpty() ? 0 : 1);
+        QVERIFY(said.isEmpty() || texts.first().startsWith(said));
+        QCOMPARE(o.host.MousePointer(), 0);
+        QCOMPARE(o.host.Pointers.contains(11), answered);
+    }
 
-void tst_frmParameters::comingBackDrawsTheSampleAgain()
-{
-    Opened o;
-    auto *density = o.ctl<Graph>(QStringLiteral("gphDensity"));
-    o.w->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(o.w));
-    // Its first activation follows the browser's own drawing: no second query.
-    o.env.exec(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Species_Code, Trees_per_ha, Current_Diameter, "
-                              "Total_Volume, Cycle_Number, Standing_Harvested) VALUES ('R1', 3, 1000, 12, 1, 1, 'S')"));
-    QCOMPARE(density->value(2, 2), 100.0);
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&other));
-    QCOMPARE(density->value(2, 2), 100.0);
-    o.w->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(o.w));
-    QCOMPARE(density->value(2, 2), 1100.0);
-    QVERIFY(o.env.questions.messageTexts().isEmpty());
-}
+    // The range editor: each opening fills its boxes one by one, and the change events between
+    // them damage no edge.
+    void rangeOpensOnThePressedClass()
+    {
+        Opened o(10, 5, 3);
+        const QString before = o.edges();
+        for (int i : {1, 2, 0, 2, 1}) {
+            o.open(i);
+            QCOMPARE(o.range()->ClassNumber(), QString::number(i));
+            QCOMPARE(o.rangeError(), QString());
+        }
+        QVERIFY(o.range()->isVisible());
+        QCOMPARE(o.edges(), before);
+        QCOMPARE(o.rangeBox(QStringLiteral("txtMax"))->text(), QStringLiteral("20"));
+        QCOMPARE(o.rangeBox(QStringLiteral("txtCentre"))->text(), QStringLiteral("17.5"));
+        QCOMPARE(o.panel(1)->TextColour(), QColor(30, 50, 150));
+        QCOMPARE(o.panel(2)->TextColour(), QColor(Qt::black));
+        QVERIFY(!o.w->Reset.bClassesEdited);
 
-void tst_frmParameters::firstDrawingGivesEachClassItsRoom()
-{
-    RunDatabase env{RunDatabase::Db::None};
-    env.openAsProgram();
-    env.tm.settings.ClassesStart = 5;
-    env.tm.settings.ClassesWidth = 2.5;
-    env.tm.settings.NumClasses = 24;
-    WindowHostStub host;
-    QPointer<frmParameters> w = new frmParameters(env.tm, host);
-    // One SetClasses at load: 24 classes of 600 twips, a ruler longer than the view.
-    QCOMPARE(Control<QLineEdit>(w, QStringLiteral("txtNumofClasses"))->text(), QStringLiteral("24"));
-    QCOMPARE(w->Ruler.iDrawWidth, qint16(24 * 600));
-    QCOMPARE(w->Ruler.iTwipsPerCm, qint16(240));
-    QCOMPARE(w->RulerView()->SSPanel2(0)->Width(), 600.0);
-    QCOMPARE(w->RulerView()->SSPanel2(23)->text(), QStringLiteral("62.5+"));
-    QVERIFY(Control<QScrollBar>(w, QStringLiteral("hsScrollDBH"))->isEnabled());
-    delete w;
-}
+        // Close hides the editor and clears the highlight; the same editor comes back.
+        QPointer<frmRange> first = o.range();
+        QTest::mouseClick(Control<QPushButton>(o.range(), QStringLiteral("cmdOK")), Qt::LeftButton);
+        QVERIFY(o.range()->isHidden());
+        QCOMPARE(o.range()->ClassNumber(), QStringLiteral("-1"));
+        QCOMPARE(o.panel(1)->TextColour(), QColor(Qt::black));
+        o.open(0);
+        QCOMPARE(o.range(), first.data());
+    }
 
-void tst_frmParameters::pointerTellsWhatAPressWouldDo()
-{
-    Opened o;
-    auto hover = [](QWidget *target, int x) {
-        QMouseEvent move(QEvent::MouseMove, QPointF(x, 5), target->mapToGlobal(QPointF(x, 5)), Qt::NoButton, Qt::NoButton,
-                         Qt::NoModifier);
-        QApplication::sendEvent(target, &move);
-    };
-    hover(o.panel(3), 2);
-    QCOMPARE(o.host.MousePointer(), 9);
-    QCOMPARE(QApplication::overrideCursor()->shape(), Qt::SizeHorCursor);
-    hover(o.panel(3), o.panel(3)->width() / 2);
-    QCOMPARE(o.host.MousePointer(), 0);
-    QVERIFY(QApplication::overrideCursor() == nullptr);
-    // The first class's left edge and the last class's right edge offer no drag.
-    hover(o.panel(0), 1);
-    QCOMPARE(o.host.MousePointer(), 0);
-    hover(o.panel(9), o.panel(9)->width() - 1);
-    QCOMPARE(o.host.MousePointer(), 0);
-    hover(o.panel(9), 1);
-    QCOMPARE(o.host.MousePointer(), 9);
-    // Off the panels the arrows go.
-    hover(o.ctl<QGroupBox>(QStringLiteral("SSPanel3")), 5);
-    QCOMPARE(o.host.MousePointer(), 0);
-    // The sample's query shows the hourglass while it runs.
-    o.host.Pointers.clear();
-    QTest::mouseClick(o.ctl<QPushButton>(QStringLiteral("cmdPlot")), Qt::LeftButton);
-    QCOMPARE(o.host.Pointers, (QList<int>{11, 0}));
-}
+    // An accepted edge moves the class and its neighbour, on the ruler too, and sets the centre.
+    // It is no drag: a new entry in the class boxes replaces it without a question. A refused
+    // edge shows its fault and changes nothing.
+    void rangeEdits()
+    {
+        Opened o(10, 5, 3);
+        o.open(1);
+        Retype(o.rangeBox(QStringLiteral("txtMin")), QStringLiteral("10"));
+        QCOMPARE(o.rangeError(), QStringLiteral("Minimum must be  10.5 or larger."));
+        QCOMPARE(o.edges(), QStringLiteral("10-15/12.5 15-20/17.5 20-25/22.5"));
+        QCOMPARE(o.panel(1)->text(), QStringLiteral("17.5"));
+        Retype(o.rangeBox(QStringLiteral("txtMin")), QStringLiteral("15.5"));
+        QCOMPARE(o.rangeError(), QString());
+        QCOMPARE(o.edges(), QStringLiteral("10-15.5/12.75 15.5-20/17.75 20-25/22.5"));
+        QCOMPARE(o.rangeBox(QStringLiteral("txtCentre"))->text(), QStringLiteral("17.75"));
+        QCOMPARE(o.panel(0)->text(), QStringLiteral("12.75"));
+        QCOMPARE(o.panel(1)->x(), o.panel(0)->x() + o.panel(0)->width());
+        Retype(o.box(QStringLiteral("txtClassWidth")), QStringLiteral("4"));
+        QVERIFY(o.env.questions.asked().isEmpty());
+        QCOMPARE(o.edges(), QStringLiteral("10-14/12 14-18/16 18-22/20"));
+        // The editor follows the new classes, whole.
+        QCOMPARE(o.rangeBox(QStringLiteral("txtMin"))->text(), QStringLiteral("14"));
+        QCOMPARE(o.rangeBox(QStringLiteral("txtMax"))->text(), QStringLiteral("18"));
+        QCOMPARE(o.rangeError(), QString());
+    }
+
+    // In the frame: the browser's window beside it, drawn for the first year; the frame's
+    // arrows while a drag goes on; the editor a hidden child window whose close box only hides
+    // it; the sample drawn again when the window comes back to the front.
+    void inTheFrame()
+    {
+        GuiBench b;
+        frmParameters *w = openInFrame(b);
+        QVERIFY(w && b.frame->SubWindowOf(w)->isVisible());
+        QVERIFY(w->findChild<QRadioButton *>(QStringLiteral("optDensity"))->isChecked());
+        QCOMPARE(w->findChild<QGroupBox *>(QStringLiteral("fraCycle"))->title(), QStringLiteral("Sample for year: 2000"));
+        QCOMPARE(w->findChild<Graph *>(QStringLiteral("gphDensity"))->value(1, 2), 100.0);
+        QMdiSubWindow *editor = b.frame->SubWindowOf(w->RangeEditor());
+        QVERIFY(!editor->isVisible());
+
+        ClassPanel *p = w->RulerView()->SSPanel2(1);
+        const QPoint edge(p->width() - 2, 5);
+        QTest::mousePress(p, Qt::LeftButton, {}, edge);
+        QCOMPARE(b.frame->MousePointer(), 9);
+        QTest::mouseRelease(p, Qt::LeftButton, {}, edge);
+        QCOMPARE(b.frame->MousePointer(), 0);
+        QTest::mouseClick(p, Qt::LeftButton, {}, QPoint(p->width() / 2, 5));
+        QVERIFY(editor->isVisible());
+        editor->close();
+        QApplication::processEvents();
+        QVERIFY(w->RangeEditor() && !editor->isVisible());
+
+        // Coming back to the window from another draws the sample again.
+        b.addTree(QStringLiteral("A"), QStringLiteral("S"), 1, 3, 15.0, 50, 0.5);
+        b.frame->mdiArea()->setActiveSubWindow(b.frame->SubWindowOf(b.frame->Marquel));
+        QCOMPARE(w->findChild<Graph *>(QStringLiteral("gphDensity"))->value(1, 2), 100.0);
+        b.frame->mdiArea()->setActiveSubWindow(b.frame->SubWindowOf(w));
+        QCOMPARE(w->findChild<Graph *>(QStringLiteral("gphDensity"))->value(1, 2), 150.0);
+
+        b.frame->SubWindowOf(w)->close();
+        QApplication::processEvents();
+        QCOMPARE(b.frame->Marquel->NumOpenWindows, qint16(0));
+        QVERIFY(b.frame->RightForm().isNull() && b.ended.isEmpty());
+    }
+};
 
 SENDREL_TEST_MAIN(tst_frmParameters)
 #include "tst_frmParameters.moc"

@@ -1,0 +1,312 @@
+#include "windows/output/frmChart.h"
+
+#include "base/SendrelError.h"
+#include "base/UserQuestions.h"
+#include "domain/standstock/ClassCharts.h"
+#include "graph/Graph.h"
+#include "windows/common/ChildFrame.h"
+#include "windows/common/ReportWindowHost.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRegularExpressionValidator>
+#include <QVBoxLayout>
+
+namespace sendrel {
+
+namespace {
+
+constexpr int kTitleLength = 80;
+// As many digits as an axis can take: the Y axis maximum is a whole number of stems or cubic metres.
+constexpr int kYAxisDigits = 15;
+
+template <typename T> T *named(T *w, const char *name)
+{
+    w->setObjectName(QString::fromLatin1(name));
+    return w;
+}
+
+}  // namespace
+
+frmChart::frmChart(QWidget *parent)
+    : QWidget(parent)
+{
+    setObjectName(QStringLiteral("frmChart"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Chart Print Preview"));
+    buildWindow();
+}
+
+frmChart::~frmChart() = default;
+
+void frmChart::buildWindow()
+{
+    gphDensity = named(new Graph(this), "gphDensity");
+    gphMerchVol = named(new Graph(this), "gphMerchVol");
+    for (Graph *g : {gphDensity, gphMerchVol}) {
+        g->setKind(ChartData::Kind::ClassBars);
+        g->setMinimumSize(560, 340);
+    }
+    gphMerchVol->Visible(false);
+
+    auto *fraTitles = named(new QGroupBox(QStringLiteral("Edit Chart Titles:"), this), "fraTitles");
+    txtGraphTitle = named(new QLineEdit(fraTitles), "txtGraphTitle");
+    txtLeftTitle = named(new QLineEdit(fraTitles), "txtLeftTitle");
+    txtBottomTitle = named(new QLineEdit(fraTitles), "txtBottomTitle");
+    {
+        auto *grid = new QGridLayout(fraTitles);
+        int row = 0;
+        for (const auto &[caption, box] : {std::pair{QStringLiteral("Top:"), txtGraphTitle},
+                                           {QStringLiteral("Left:"), txtLeftTitle},
+                                           {QStringLiteral("Bottom:"), txtBottomTitle}}) {
+            box->setMaxLength(kTitleLength);
+            auto *label = new QLabel(caption, fraTitles);
+            label->setBuddy(box);
+            grid->addWidget(label, row, 0);
+            grid->addWidget(box, row, 1);
+            ++row;
+        }
+    }
+
+    auto *fraYAxis = named(new QGroupBox(QStringLiteral("Y Axis Max:"), this), "fraYAxis");
+    txtYAxisMax = named(new QLineEdit(fraYAxis), "txtYAxisMax");
+    // Digits only: whatever else is typed or pasted is refused.
+    txtYAxisMax->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), txtYAxisMax));
+    txtYAxisMax->setMaxLength(kYAxisDigits);
+    txtYAxisMax->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000000")));
+    cmdApply = named(new QPushButton(QStringLiteral("Apply"), fraYAxis), "cmdApply");
+    {
+        auto *box = new QVBoxLayout(fraYAxis);
+        box->addWidget(txtYAxisMax);
+        box->addWidget(cmdApply);
+        box->addStretch();
+    }
+
+    auto optionFrame = [this](const QString &caption, const char *name, QRadioButton *&first, const QString &firstText,
+                              const char *firstName, QRadioButton *&second, const QString &secondText, const char *secondName) {
+        auto *frame = named(new QGroupBox(caption, this), name);
+        first = named(new QRadioButton(firstText, frame), firstName);
+        second = named(new QRadioButton(secondText, frame), secondName);
+        auto *group = new QButtonGroup(frame);
+        group->addButton(first);
+        group->addButton(second);
+        auto *box = new QVBoxLayout(frame);
+        box->addWidget(first);
+        box->addWidget(second);
+        box->addStretch();
+        return frame;
+    };
+    QGroupBox *fraPrintAs = optionFrame(QStringLiteral("Print as:"), "fraPrintAs", optColour, QStringLiteral("Colour"), "optColour",
+                                        optBandW, QStringLiteral("B+W"), "optBandW");
+    QGroupBox *fraPrintTo = optionFrame(QStringLiteral("Print to:"), "fraPrintTo", optPrinter, QStringLiteral("Printer"), "optPrinter",
+                                        optClipboard, QStringLiteral("Clipboard"), "optClipboard");
+    optColour->setChecked(true);
+    optPrinter->setChecked(true);
+
+    auto *fraGrids = named(new QGroupBox(QStringLiteral("Grids:"), this), "fraGrids");
+    chkHorizontal = named(new QCheckBox(QStringLiteral("Horizontal"), fraGrids), "chkHorizontal");
+    chkVertical = named(new QCheckBox(QStringLiteral("Vertical"), fraGrids), "chkVertical");
+    {
+        auto *box = new QVBoxLayout(fraGrids);
+        box->addWidget(chkHorizontal);
+        box->addWidget(chkVertical);
+        box->addStretch();
+    }
+
+    cmdPrev = named(new QPushButton(QStringLiteral("<"), this), "cmdPrev");
+    cmdNext = named(new QPushButton(QStringLiteral(">"), this), "cmdNext");
+    cmdPrint = named(new QPushButton(QStringLiteral("Print"), this), "cmdPrint");
+    cmdCancel = named(new QPushButton(QStringLiteral("Cancel"), this), "cmdCancel");
+    cmdHelp = named(new QPushButton(QStringLiteral("Help"), this), "cmdHelp");
+    for (QPushButton *b : {cmdPrev, cmdNext})
+        b->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("<<<<")) + 16);
+
+    // The chart over all the width; below it the titles and the Y axis, then the options and
+    // the buttons.
+    auto *middle = new QHBoxLayout;
+    middle->addWidget(fraTitles, 1);
+    middle->addWidget(fraYAxis);
+    auto *options = new QHBoxLayout;
+    options->addWidget(fraPrintAs);
+    options->addWidget(fraPrintTo);
+    options->addWidget(fraGrids);
+    options->addStretch();
+    auto *buttons = new QGridLayout;
+    buttons->addWidget(cmdPrev, 0, 0);
+    buttons->addWidget(cmdNext, 0, 1);
+    buttons->addWidget(cmdPrint, 0, 2);
+    buttons->addWidget(cmdCancel, 1, 0, 1, 2);
+    buttons->addWidget(cmdHelp, 1, 2);
+    options->addLayout(buttons);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(gphDensity, 1);
+    layout->addWidget(gphMerchVol, 1);
+    layout->addLayout(middle);
+    layout->addLayout(options);
+    // The place of the stand and stock window it stands in for.
+    resize(664, 640);
+
+    for (QLineEdit *box : {txtGraphTitle, txtLeftTitle, txtBottomTitle})
+        connect(box, &QLineEdit::textChanged, this, &frmChart::titleChanged);
+    connect(cmdApply, &QPushButton::clicked, this, &frmChart::cmdApply_Click);
+    for (QCheckBox *box : {chkHorizontal, chkVertical})
+        connect(box, &QCheckBox::toggled, this, &frmChart::ApplyGrids);
+    connect(cmdPrev, &QPushButton::clicked, this, [this] { page(false); });
+    connect(cmdNext, &QPushButton::clicked, this, [this] { page(true); });
+    connect(cmdPrint, &QPushButton::clicked, this, &frmChart::cmdPrint_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &QWidget::close);
+    connect(cmdHelp, &QPushButton::clicked, this, [this] {
+        if (m_parameters)
+            m_parameters->Host().ShowHelpTopic(HelpContextID);
+    });
+}
+
+void frmChart::SetParameters(ChartWindowParent *theParameters)
+{
+    m_parameters = theParameters;
+    // Titles typed before the first filling go to the chart that will be shown.
+    if (m_parameters) {
+        m_questions = &m_parameters->Questions();
+        gphDensity->Visible(m_parameters->DensityChosen());
+        gphMerchVol->Visible(!m_parameters->DensityChosen());
+    }
+}
+
+Graph *frmChart::VisibleChart() const
+{
+    if (m_parameters)
+        return m_parameters->DensityChosen() ? gphDensity : gphMerchVol;
+    return gphDensity->Visible() ? gphDensity : gphMerchVol;
+}
+
+void frmChart::titleChanged()
+{
+    Graph *g = VisibleChart();
+    g->ChartTopTitle(txtGraphTitle->text());
+    g->ChartLeftTitle(txtLeftTitle->text());
+    g->ChartBottomTitle(txtBottomTitle->text());
+    g->ChartDraw(2);
+}
+
+void frmChart::PrintChart()
+{
+    if (!m_parameters)
+        return;
+    const bool density = m_parameters->DensityChosen();
+    gphDensity->Visible(density);
+    gphMerchVol->Visible(!density);
+    const ClassChartMaxima maxima = PrintClassCharts(m_parameters->Store(), m_parameters->Classes(), m_parameters->Cells(),
+                                                     *gphDensity, *gphMerchVol, txtYAxisMax->text());
+    MaxDensity = maxima.density;
+    MaxMerchVol = maxima.merchVol;
+    gphDensity->ChartDraw(2);
+    gphMerchVol->ChartDraw(2);
+}
+
+void frmChart::cmdApply_Click()
+{
+    ApplyYAxisRule(*gphDensity, MaxDensity, txtYAxisMax->text());
+    ApplyYAxisRule(*gphMerchVol, MaxMerchVol, txtYAxisMax->text());
+    for (Graph *g : {gphDensity, gphMerchVol}) {
+        if (g->Visible())
+            g->ChartDraw(2);
+    }
+}
+
+void frmChart::ApplyGrids()
+{
+    const qint16 grid = GridFrom(chkHorizontal->isChecked(), chkVertical->isChecked());
+    for (Graph *g : {gphDensity, gphMerchVol}) {
+        g->ChartGrid(grid);
+        g->ChartDraw(2);
+    }
+}
+
+void frmChart::cmdPrint_Click()
+{
+    Graph *g = VisibleChart();
+    try {
+        if (optPrinter->isChecked()) {
+            const qint16 style = optColour->isChecked() ? 3 : 2;
+            gphDensity->ChartPrintStyle(style);
+            gphMerchVol->ChartPrintStyle(style);
+            g->ChartDraw(5);
+            g->ChartDraw(2);
+        } else {
+            // The copy is black and white on request; the screen returns to colour.
+            g->ChartScreenStyle(optColour->isChecked() ? 1 : 0);
+            g->ChartDraw(2);
+            g->ChartDraw(4);
+            g->ChartScreenStyle(1);
+            g->ChartDraw(2);
+        }
+    } catch (const SendrelError &e) {
+        g->ChartScreenStyle(1);
+        g->ChartDraw(2);
+        showError(e.description());
+    }
+}
+
+void frmChart::showError(const QString &description)
+{
+    if (m_questions)
+        m_questions->ShowErrorMessage(description);
+}
+
+void frmChart::page(bool next)
+{
+    ChartWindowParent *parent = m_parameters;
+    HideChild(this);
+    if (!parent)
+        return;
+    if (next)
+        parent->DisplayNextChart(this);
+    else
+        parent->DisplayPreviousChart(this);
+}
+
+void frmChart::Unload()
+{
+    m_unloading = true;
+    m_parameters = nullptr;
+    ChildFrame(this)->close();
+}
+
+void frmChart::closeEvent(QCloseEvent *event)
+{
+    if (m_unloading) {
+        QWidget::closeEvent(event);
+        return;
+    }
+    // Cancel or the frame's close: the parent comes back in this window's place; the window
+    // itself stays, hidden, with the rest of its sequence.
+    event->ignore();
+    ChartWindowParent *parent = m_parameters;
+    HideChild(this);
+    m_parameters = nullptr;
+    if (parent)
+        parent->ChartClosed(this);
+}
+
+void frmChart::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isWindow() && isActiveWindow())
+        VisibleChart()->ChartDraw(2);
+}
+
+void frmChart::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    VisibleChart()->ChartDraw(2);
+}
+
+}  // namespace sendrel

@@ -1,0 +1,238 @@
+// The windows of the import subsystem: the dialogs of an import, shown modally through the
+// desktop's questions ("Standing or Harvested", "Enter Run ID", "Duplicate Run Id"), each ending
+// as the user leaves it; and the delete window, as the browser's menu shows it.
+#include "support/TestMain.h"
+#include "support/GuiBench.h"
+
+#include "base/SendrelError.h"
+#include "shell/GuiQuestions.h"
+#include "windows/import/frmDeleteRuns.h"
+#include "windows/import/frmDuplicateId.h"
+#include "windows/import/frmRunId.h"
+#include "windows/import/frmSorH.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+using namespace sendrel;
+
+class tst_ImportWindows : public QObject {
+    Q_OBJECT
+
+private slots:
+    // OK without a choice tells the user and keeps the window; no kind is taken by default.
+    void sorHNeedsAChoice()
+    {
+        ScriptedQuestions q;
+        frmSorH form(q);
+        form.show();
+        QTest::mouseClick(form.cmdOK, Qt::LeftButton);
+        QCOMPARE(q.messageTexts(), QStringList{QStringLiteral("You must specify Harvested or Standing.")});
+        QVERIFY(form.isVisible() && form.bImportCancelled);
+    }
+
+    // Each import gets a cleared window; OK (or Return) gives the kind, every other way out none.
+    void sorHAnswers_data()
+    {
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QString>("leave");
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("harvested") << "optHarvested" << "cmdOK" << "H";
+        QTest::newRow("standing by Return") << "optStanding" << "Return" << "S";
+        QTest::newRow("Cancel") << "optStanding" << "cmdCancel" << "";
+        QTest::newRow("close box") << "optHarvested" << "close" << "";
+    }
+
+    void sorHAnswers()
+    {
+        QFETCH(QString, option);
+        QFETCH(QString, leave);
+        QFETCH(QString, kind);
+        GuiQuestions q;
+        bool cleared = false;
+        onNextModal([&](QWidget *w) {
+            auto *f = qobject_cast<frmSorH *>(w);
+            cleared = !f->optStanding->isChecked() && !f->optHarvested->isChecked();
+            clickBox(f->findChild<QRadioButton *>(option));
+            leaveDialog(f, leave);
+        });
+        QCOMPARE(q.askStandingOrHarvested(), kind);
+        QVERIFY(cleared);
+    }
+
+    // The name offered comes up selected in the focused box; OK follows the text, and Return in
+    // an empty box does nothing; Cancel and the close box cancel. The problem line is emptied at
+    // each showing.
+    void runIdAnswers()
+    {
+        GuiQuestions q;
+        QString name = QStringLiteral("RUN1");
+        QStringList seen;
+        onNextModal([&](QWidget *w) {
+            auto *f = qobject_cast<frmRunId *>(w);
+            QCOMPARE(f->focusWidget(), f->txtRunId);
+            seen << f->txtRunId->selectedText();   // typing replaces the name offered
+            f->lblNameProblem->setText(QStringLiteral("left over"));
+            Retype(f->txtRunId, QString());
+            seen << (f->cmdOK->isEnabled() ? QStringLiteral("enabled") : QStringLiteral("disabled"));
+            QTest::keyClick(f->txtRunId, Qt::Key_Return);
+            QTest::keyClicks(f->txtRunId, QStringLiteral("Thin 40%"));
+            QTest::mouseClick(f->cmdOK, Qt::LeftButton);
+        });
+        QCOMPARE(q.askRunId(name), kDialogCheck);
+        QCOMPARE(name, QStringLiteral("Thin 40%"));
+        onNextModal([&](QWidget *w) {
+            seen << qobject_cast<frmRunId *>(w)->lblNameProblem->text();
+            w->close();
+        });
+        QCOMPARE(q.askRunId(name), kDialogCancel);
+        QCOMPARE(seen, (QStringList{"RUN1", "disabled", ""}));
+        onNextModal([](QWidget *w) { leaveDialog(w, QStringLiteral("cmdCancel")); });
+        QCOMPARE(q.askRunId(name), kDialogCancel);
+    }
+
+    // 25 characters bind what is typed; a longer name given by the program stays until edited.
+    void runIdLengthLimit()
+    {
+        frmRunId f;
+        f.show();
+        const QString longName = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ1234");   // 30
+        f.txtRunId->setText(longName);
+        f.txtRunId->end(false);
+        QTest::keyClick(f.txtRunId, Qt::Key_5);
+        QCOMPARE(f.txtRunId->text(), longName);
+        QTest::keyClick(f.txtRunId, Qt::Key_Backspace);
+        QCOMPARE(f.txtRunId->text().size(), 29);
+
+        f.txtRunId->clear();
+        QTest::keyClicks(f.txtRunId, QStringLiteral("123456789012345678901234567890"));
+        QCOMPARE(f.txtRunId->text(), QStringLiteral("1234567890123456789012345"));
+    }
+
+    // Rename shows the next free name that the finder gives; Rename is the default button.
+    void duplicateIdButtons_data()
+    {
+        QTest::addColumn<QString>("leave");
+        QTest::addColumn<QString>("result");
+        QTest::addColumn<QString>("renamed");
+        QTest::newRow("Overwrite") << "cmdOverWrite" << "OVERWRITE" << "";
+        QTest::newRow("Rename") << "cmdRename" << "RENAME" << "X:3";
+        QTest::newRow("Return") << "Return" << "RENAME" << "X:3";
+        QTest::newRow("Cancel") << "cmdCancel" << "CANCEL" << "";
+        QTest::newRow("Escape") << "Escape" << "CANCEL" << "";
+    }
+
+    void duplicateIdButtons()
+    {
+        QFETCH(QString, leave);
+        QFETCH(QString, result);
+        QFETCH(QString, renamed);
+        GuiQuestions q;
+        q.setNextFreeRunId([](const QString &name) { return name + QStringLiteral(":3"); });
+        QString shown;
+        onNextModal([&](QWidget *w) {
+            shown = qobject_cast<frmDuplicateId *>(w)->lblRunId->text();
+            leaveDialog(w, leave);
+        });
+        QCOMPARE(q.askDuplicateId(QStringLiteral("X")), result);
+        QCOMPARE(shown, QStringLiteral("X"));
+        QCOMPARE(q.lastRenamedId(), renamed);
+        QVERIFY(!q.duplicateIdWindow()->isVisible());
+    }
+
+    // A failure of the name lookup reaches the import once the window is gone.
+    void duplicateIdLookupFailure()
+    {
+        GuiQuestions q;
+        q.setNextFreeRunId([](const QString &) -> QString {
+            throw SendrelError(-2147467259, QStringLiteral("db"), QStringLiteral("locked"));
+        });
+        onNextModal([](QWidget *w) { leaveDialog(w, QStringLiteral("cmdRename")); });
+        QVERIFY_THROWS_EXCEPTION(SendrelError, q.askDuplicateId(QStringLiteral("X")));
+        QVERIFY(!q.duplicateIdWindow()->isVisible());
+    }
+
+    // The delete window as the browser's menu shows it: modal over the frame, the browser's runs,
+    // the runs open in report windows of the frame, and both lists read again after a delete.
+    void deleteFromTheMenu_data()
+    {
+        QTest::addColumn<QString>("openBox");   // "": no report window; else the box for A:Standing
+        QTest::addColumn<QString>("selected");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QStringList>("left");
+        const QStringList all{"A:Harvested\t", "A:Standing\t", "B:Standing\t"};
+        const QString refused = QStringLiteral("Can't delete this Run: A:Standing while open.");
+        QTest::newRow("deleted") << "" << "B:Standing" << "Delete run: B:Standing" << all.mid(0, 2);
+        QTest::newRow("open in a stand and stock window") << "chkSS" << "A:Standing" << refused << all;
+        QTest::newRow("open in a composition window") << "chkStandLevels" << "A:Standing" << refused << all;
+        QTest::newRow("the other kind of an open run") << "chkSS" << "A:Harvested" << "Delete run: A:Harvested" << all.mid(1);
+    }
+
+    void deleteFromTheMenu()
+    {
+        QFETCH(QString, openBox);
+        QFETCH(QString, selected);
+        QFETCH(QString, message);
+        QFETCH(QStringList, left);
+        GuiBench b;
+        b.openDatabase();
+        for (const auto &[run, kind] : {std::pair{"A", "S"}, {"A", "H"}, {"B", "S"}})
+            b.addListedRun(QString::fromLatin1(run), QString::fromLatin1(kind), QString());
+        frmMarquel *m = b.start();
+        if (!openBox.isEmpty()) {
+            clickRow(m->lstRuns, 0);
+            clickRow(m->lstRuns, rowOf(m->lstRuns, QStringLiteral("A:Standing")));
+            clickBox(m->findChild<QCheckBox *>(openBox));
+            QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+            QCOMPARE(reportWindows(*b.frame).size(), 1);
+        }
+        b.questions.answerMessage(Answer::OK);
+        const QStringList before = m->RunEntries();
+        QStringList shown, afterDelete;
+        onNextModal([&](QWidget *w) {
+            auto *d = qobject_cast<frmDeleteRuns *>(w);
+            QVERIFY(d && d->parentWidget() == b.frame.get());
+            shown = rowTexts(d->lstRuns);
+            clickRow(d->lstRuns, rowOf(d->lstRuns, selected));
+            QTest::mouseClick(d->cmdDelete, Qt::LeftButton);
+            if (d->isVisible())   // it stays open after a delete
+                afterDelete = rowTexts(d->lstRuns);
+            QTest::mouseClick(d->cmdCancel, Qt::LeftButton);
+        });
+        m->mnu_Runs_Delete->trigger();
+        QCOMPARE(shown, before);
+        QCOMPARE(b.questions.messageTexts(), QStringList{message});
+        QCOMPARE(afterDelete, left);
+        QCOMPARE(m->RunEntries(), left);
+    }
+
+    // A failure of the delete is shown at the top; the pointer comes back and the window stays.
+    void failureIsShown()
+    {
+        GuiBench b;
+        b.openDatabase();
+        b.addListedRun(QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("Run"));
+        frmMarquel *m = b.start();
+        bool stayed = false;
+        onNextModal([&](QWidget *w) {
+            auto *d = qobject_cast<frmDeleteRuns *>(w);
+            d->Delete = [](const QStringList &) { throw SendrelError(-2147467259, QStringLiteral("db"), QStringLiteral("locked")); };
+            b.frame->SetMousePointer(11);
+            clickRow(d->lstRuns, 0);
+            QTest::mouseClick(d->cmdDelete, Qt::LeftButton);
+            stayed = d->isVisible();
+            d->reject();
+        });
+        m->mnu_Runs_Delete->trigger();
+        QVERIFY(stayed);
+        QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The following error occured:\nlocked")});
+        QCOMPARE(b.frame->MousePointer(), 0);
+    }
+};
+
+SENDREL_TEST_MAIN(tst_ImportWindows)
+#include "tst_ImportWindows.moc"
