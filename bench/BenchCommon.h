@@ -57,9 +57,11 @@ inline QByteArray LoadAverage()
 
 // A large run straight into a new run database at path: `cycles` cycles in the years 2000, 2010,
 // ... of `treesPerCycle` standing records each, over `species` species; with harvest, a
-// harvested list of the same Run Id whose cycles match the standing ones by year, removing about
-// a fifth of the stems. Diameters 2 to 80 cm, volumes after a simple form factor.
-inline void MakeLargeRun(const QString &path, const QString &runId, int cycles, int treesPerCycle, int species, bool harvest)
+// harvested list of the same Run Id whose cycles match the standing ones by year, of
+// `harvestedPerCycle` records each (by default a fifth of the standing ones, removing about a
+// fifth of the stems). Diameters 2 to 80 cm, volumes after a simple form factor.
+inline void MakeLargeRun(const QString &path, const QString &runId, int cycles, int treesPerCycle, int species, bool harvest,
+                         int harvestedPerCycle = -1)
 {
     CreateRunDatabase(path);
     clsDBEngine engine;
@@ -81,7 +83,7 @@ inline void MakeLargeRun(const QString &path, const QString &runId, int cycles, 
         run.bind(1, runId).bind(2, QString::fromLatin1(kind)).run();
         for (int c = 1; c <= cycles; ++c) {
             header.bind(1, runId).bind(2, c).bind(3, 1990 + 10 * c).bind(4, QString::fromLatin1(kind)).run();
-            const int trees = standing ? treesPerCycle : treesPerCycle / 5;
+            const int trees = standing ? treesPerCycle : harvestedPerCycle >= 0 ? harvestedPerCycle : treesPerCycle / 5;
             for (int t = 0; t < trees; ++t) {
                 const double d = 2.0 + rng.generateDouble() * 78.0;
                 const double volume = 0.0003 * d * d;

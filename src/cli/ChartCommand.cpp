@@ -2,8 +2,10 @@
 
 #include "base/SendrelError.h"
 #include "cli/Selection.h"
+#include "domain/composition/StandLevelsSeries.h"
 #include "domain/output/ChartData.h"
 #include "domain/standstock/ChartPages.h"
+#include "domain/standstock/ClassCharts.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -13,6 +15,7 @@ namespace sendrel {
 namespace {
 
 const QStringList kGrids = {QStringLiteral("none"), QStringLiteral("horizontal"), QStringLiteral("vertical"), QStringLiteral("both")};
+const QStringList kStatistics = {QStringLiteral("sph"), QStringLiteral("basal-area"), QStringLiteral("gtv")};
 
 class ChartCommand : public Command {
 public:
@@ -20,13 +23,16 @@ public:
     QString synopsis() const override
     {
         return QStringLiteral("stand|stock RUN --kind S|H [--cycle C|--year Y|--cycles C1,..|--years Y1,..] [--classes S,W,N] "
+                              "[--y-max N] [--grid none|horizontal|vertical|both] [--bw] -o FILE.png|FILE.svg|FILE.pdf\n"
+                              "       sendrel-cli [--db PATH] chart composition RUN --kind S|H [--statistic sph|basal-area|gtv] "
                               "[--y-max N] [--grid none|horizontal|vertical|both] [--bw] -o FILE.png|FILE.svg|FILE.pdf");
     }
     QString summary() const override
     {
         return QStringLiteral("Draws the chart window's chart of each selected year (all years when none is given): a PDF gets one "
                               "page per year in the order of the selection; PNG and SVG get one file per year, NAME-YEAR.png, "
-                              "unless one year is selected.");
+                              "unless one year is selected. For composition: the composition window's chart of one statistic "
+                              "over all years.");
     }
     QList<QCommandLineOption> options() const override
     {
@@ -37,6 +43,8 @@ public:
                 QCommandLineOption(QStringLiteral("years"), QStringLiteral("Several calendar years."), QStringLiteral("Y1,Y2,..")),
                 QCommandLineOption(QStringLiteral("classes"), QStringLiteral("The diameter classes (default: the settings')."),
                                    QStringLiteral("START,WIDTH,COUNT")),
+                QCommandLineOption(QStringLiteral("statistic"), QStringLiteral("Composition: density (default), basal area or gross total volume."),
+                                   QStringLiteral("sph|basal-area|gtv")),
                 QCommandLineOption(QStringLiteral("y-max"), QStringLiteral("The Y axis maximum, digits only; it widens the axis, "
                                                                            "never cuts data off."),
                                    QStringLiteral("N")),
@@ -51,8 +59,17 @@ public:
     int run(CliContext &ctx, const QCommandLineParser &parser, const QStringList &args) override
     {
         const QString what = args.at(0);
-        if (what != QLatin1String("stand") && what != QLatin1String("stock"))
+        const bool composition = what == QLatin1String("composition");
+        if (what != QLatin1String("stand") && what != QLatin1String("stock") && !composition)
             throw CliUsageFault{QStringLiteral("chart takes stand, stock or composition, not '%1'").arg(what)};
+        const QStringList ownOptions = composition ? QStringList{QStringLiteral("cycle"), QStringLiteral("year"), QStringLiteral("cycles"),
+                                                                 QStringLiteral("years"), QStringLiteral("classes")}
+                                                   : QStringList{QStringLiteral("statistic")};
+        for (const QString &option : ownOptions) {
+            if (parser.isSet(option))
+                throw CliUsageFault{QStringLiteral("--%1 is no option of chart %2").arg(option, what)};
+        }
+        const int statistic = ChoiceOption(parser, QStringLiteral("statistic"), kStatistics, 0);
         const bool density = what == QLatin1String("stand");
         const RunKind kind = KindOption(parser);
         const QString yMax = parser.value(QStringLiteral("y-max"));
@@ -66,6 +83,33 @@ public:
             throw CliUsageFault{QStringLiteral("-o needs a .png, .svg or .pdf file")};
         if (!CurrentChartFileWriter())
             throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"), QStringLiteral("This build cannot draw charts."));
+
+        const bool bw = parser.isSet(QStringLiteral("bw"));
+        if (composition) {
+            CliSession session(ctx);
+            session.open();
+            const RunKey run = session.requireRun(args.at(1), kind);
+            std::array<ChartData, kStandLevelsCharts> charts;
+            const StandLevelsState state =
+                CalcStandLevelsReport(session.tm.db, session.questions, run.runId, run.letter(), {&charts[0], &charts[1], &charts[2], &charts[3]});
+            if (!state.filled) {
+                throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
+                                   QStringLiteral("Run %1 has no %2.").arg(EscapedForLine(run.displayName()),
+                                                                            state.CycleRS.isEmpty() ? QStringLiteral("cycles") : QStringLiteral("trees")));
+            }
+            const auto shown = static_cast<StandLevelsStatistic>(statistic);
+            ChartData &chart = charts[statistic];
+            const StandLevelsTitles titles = StandLevelsChartTitles(session.tm.settings, shown, run.runId);
+            chart.ChartTopTitle(titles.top);
+            chart.ChartLeftTitle(titles.left);
+            chart.ChartBottomTitle(titles.bottom);
+            ApplyYAxisRule(chart, state.maximum(shown), yMax);
+            chart.ChartGrid(grid >= 0 ? static_cast<qint16>(grid) : GridFrom(session.tm.settings.HorizontalGrid, session.tm.settings.VerticalGrid));
+            chart.ChartScreenStyle(bw ? 0 : 1);
+            chart.ChartPrintStyle(bw ? 2 : 3);
+            CurrentChartFileWriter()({chart}, output);
+            return CliOk;
+        }
 
         CliSession session(ctx);
         ClassLayout layout;
@@ -83,7 +127,6 @@ public:
         request.density = density;
         request.yAxisMax = yMax;
         request.grid = grid >= 0 ? static_cast<qint16>(grid) : GridFrom(session.tm.settings.HorizontalGrid, session.tm.settings.VerticalGrid);
-        const bool bw = parser.isSet(QStringLiteral("bw"));
         QList<ChartData> pages;
         QStringList years;
         // Each page as a chart window makes it when the user pages to its year.

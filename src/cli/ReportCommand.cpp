@@ -4,6 +4,7 @@
 #include "base/SendrelError.h"
 #include "cli/Selection.h"
 #include "cli/TableOutput.h"
+#include "domain/composition/StandLevelsReport.h"
 #include "domain/export/StandStockExport.h"
 #include "domain/output/ReportFile.h"
 #include "domain/standstock/StandStockReport.h"
@@ -15,18 +16,24 @@ namespace {
 // The title box of the report dialog takes at most this many typed characters.
 constexpr int kMostTitleCharacters = 50;
 
+const QStringList kStatistics = {QStringLiteral("sph"), QStringLiteral("basal-area"), QStringLiteral("gtv")};
+
 class ReportCommand : public Command {
 public:
     QString name() const override { return QStringLiteral("report"); }
     QString synopsis() const override
     {
         return QStringLiteral("stand|stock RUN --kind S|H [--cycles C1,C2,..|--years Y1,Y2,..] [--classes START,WIDTH,COUNT] "
+                              "[--title TEXT] [--description TEXT] [--format txt|csv|xlsx] [-o FILE|-]\n"
+                              "       sendrel-cli [--db PATH] report composition RUN --kind S|H [--statistic sph|basal-area|gtv] "
                               "[--title TEXT] [--description TEXT] [--format txt|csv|xlsx] [-o FILE|-]");
     }
     QString summary() const override
     {
-        return QStringLiteral("Fills the report tables and writes the report file, byte for byte the desktop's. Without -o it goes "
-                              "to its normal place in the Work folder and its path is printed; -o - writes it to stdout.");
+        return QStringLiteral("Fills the report tables and writes the report file, byte for byte the desktop's: the stand or stock "
+                              "table of the selected years, or the species composition of one statistic through all years. "
+                              "Without -o it goes to its normal place in the Work folder and its path is printed; -o - writes it "
+                              "to stdout.");
     }
     QList<QCommandLineOption> options() const override
     {
@@ -36,6 +43,8 @@ public:
                 QCommandLineOption(QStringLiteral("classes"),
                                    QStringLiteral("The diameter classes (default: the settings', else 0,10,10)."),
                                    QStringLiteral("START,WIDTH,COUNT")),
+                QCommandLineOption(QStringLiteral("statistic"), QStringLiteral("Composition: density (default), basal area or gross total volume."),
+                                   QStringLiteral("sph|basal-area|gtv")),
                 QCommandLineOption(QStringLiteral("title"), QStringLiteral("The report's title, at most 50 characters."), QStringLiteral("TEXT")),
                 QCommandLineOption(QStringLiteral("description"), QStringLiteral("The report's description."), QStringLiteral("TEXT")),
                 QCommandLineOption(QStringLiteral("format"),
@@ -49,14 +58,23 @@ public:
     int run(CliContext &ctx, const QCommandLineParser &parser, const QStringList &args) override
     {
         const QString what = args.at(0);
-        if (what != QLatin1String("stand") && what != QLatin1String("stock"))
-            throw CliUsageFault{QStringLiteral("report takes stand or stock, not '%1'").arg(what)};
+        const bool composition = what == QLatin1String("composition");
+        if (what != QLatin1String("stand") && what != QLatin1String("stock") && !composition)
+            throw CliUsageFault{QStringLiteral("report takes stand, stock or composition, not '%1'").arg(what)};
         const RunKind kind = KindOption(parser);
         if (parser.isSet(QStringLiteral("title")) && parser.value(QStringLiteral("title")).size() > kMostTitleCharacters)
             throw CliUsageFault{QStringLiteral("--title takes at most %1 characters, as the dialog does").arg(kMostTitleCharacters)};
         if (parser.isSet(QStringLiteral("o")) && parser.value(QStringLiteral("o")).isEmpty())
             throw CliUsageFault{QStringLiteral("-o needs a file, or - for the standard output")};
         const TableFormat format = FormatOption(parser, {QStringLiteral("txt"), QStringLiteral("csv"), QStringLiteral("xlsx")});
+        const QStringList ownOptions = composition ? QStringList{QStringLiteral("cycles"), QStringLiteral("years"), QStringLiteral("classes")}
+                                                   : QStringList{QStringLiteral("statistic")};
+        for (const QString &option : ownOptions) {
+            if (parser.isSet(option))
+                throw CliUsageFault{QStringLiteral("--%1 is no option of report %2").arg(option, what)};
+        }
+        if (composition)
+            return runComposition(ctx, parser, args.at(1), kind, format);
 
         CliSession session(ctx);
         ClassLayout layout;
@@ -92,6 +110,64 @@ public:
 
         StandStockData data(layout, session.tm.db.NumSpecies);
         const CompiledStandStockReport report = CompileStandStockReport(session.tm.db, session.questions, request, layout, data);
+        if (!report.compiled || report.text.isEmpty())
+            return CliFailure;   // what went wrong has been told on stderr
+        if (output == QLatin1String("-"))
+            ctx.out << report.text;
+        else if (output.isEmpty())
+            ctx.out << report.ReportFile << '\n';
+        return CliOk;
+    }
+
+private:
+    // The composition window's "View Report", with the statistic of --statistic and the
+    // dialog's presets unless --title and --description say otherwise.
+    int runComposition(CliContext &ctx, const QCommandLineParser &parser, const QString &runId, RunKind kind, TableFormat format)
+    {
+        const auto statistic = static_cast<StandLevelsStatistic>(ChoiceOption(parser, QStringLiteral("statistic"), kStatistics, 0));
+        CliSession session(ctx);
+        if (parser.isSet(QStringLiteral("title")))
+            session.questions.reportTitle = parser.value(QStringLiteral("title"));
+        if (parser.isSet(QStringLiteral("description")))
+            session.questions.reportDescription = parser.value(QStringLiteral("description"));
+        session.open();
+        const RunKey run = session.requireRun(runId, kind);
+        RunStore &db = session.tm.db;
+
+        StandLevelsReportRequest request;
+        request.This_RunId = run.runId;
+        request.This_SorH = run.letter();
+        // The description as the run browser hands it to the window.
+        for (const RunRow &row : db.runs(run.runId)) {
+            if (row.key == run)
+                request.This_RunDesc = row.description;
+        }
+        request.statistic = statistic;
+        request.title = StandLevelsChartTitles(session.tm.settings, statistic, run.runId).top;
+        // The cycles, species and numbers that the window would find, read once: the report needs
+        // no chart.
+        request.sums = ReadStandLevelsCycleSums(db, run.runId, run.letter());
+        request.CycleRS = request.sums->cycles;
+        request.SpeciesListRS = request.sums->species;
+        const QString output = parser.value(QStringLiteral("o"));
+        if (format != TableFormat::Txt) {
+            // The report's table as numbers, without its text.
+            if (request.CycleRS.isEmpty() || request.SpeciesListRS.isEmpty())
+                throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
+                                   QStringLiteral("Run %1 has no cycles or no trees to report.").arg(EscapedForLine(run.displayName())));
+            const ExportTable table = StandLevelsExportTable(db, *request.sums, statistic);
+            QString defaultPath = ReportFilePath(session.tm.ReportFolder(), run.runId, ReportKind::Species);
+            defaultPath.replace(defaultPath.size() - 4, 4, FormatSuffix(format));
+            WriteTableOutput(ctx, format, output, defaultPath, QByteArray(), {table}, table);
+            return CliOk;
+        }
+        if (output.isEmpty())
+            request.reportPath = ReportFilePath(session.tm.ReportFolder(), run.runId, ReportKind::Species);
+        else if (output != QLatin1String("-"))
+            request.reportPath = output;
+        session.tm.CurrentRunId = run.runId;
+
+        const CompiledStandLevelsReport report = CompileStandLevelsReport(db, session.questions, request);
         if (!report.compiled || report.text.isEmpty())
             return CliFailure;   // what went wrong has been told on stderr
         if (output == QLatin1String("-"))

@@ -82,7 +82,11 @@ QVector<QColor> makePalette()
 const Qt::BrushStyle kPatterns[] = {Qt::SolidPattern, Qt::Dense6Pattern, Qt::BDiagPattern, Qt::Dense3Pattern,
                                     Qt::CrossPattern, Qt::FDiagPattern, Qt::HorPattern, Qt::DiagCrossPattern,
                                     Qt::VerPattern, Qt::Dense5Pattern, Qt::Dense1Pattern, Qt::Dense4Pattern};
-const Qt::PenStyle kDashes[] = {Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine, Qt::DashDotDotLine};
+// Lines in black and white: a dash pattern of their own for each of twelve series (eleven species
+// and their total), in units of the pen's width, each short enough to show in a legend's marker;
+// an empty pattern is a solid line.
+const QList<QList<qreal>> kDashPatterns = {{},     {3, 2},  {1, 1.5}, {3, 1.5, 1, 1.5}, {1, 3},       {2, 1},
+                                            {4, 1}, {2, 3},  {1, 1, 1, 3}, {5, 2},     {1, 1.5, 3, 1.5}, {1, 5}};
 
 // Category labels must differ for the axis to keep them apart; a repeated label gets
 // invisible characters behind it.
@@ -237,8 +241,8 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
                 line->append(all[s].xs.value(p), all[s].values[p]);
             QPen pen(colour ? PaletteColour(all[s].colour) : QColor(Qt::black));
             pen.setWidthF(2.0);
-            if (!colour)
-                pen.setStyle(kDashes[s % std::size(kDashes)]);
+            if (!colour && !kDashPatterns[s % kDashPatterns.size()].isEmpty())
+                pen.setDashPattern(kDashPatterns[s % kDashPatterns.size()]);
             line->setPen(pen);
             line->setPointsVisible(true);
             chart->addSeries(line);
@@ -259,6 +263,10 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
     // no marker, and a chart without legends has no legend at all.
     QLegend *legend = chart->legend();
     legend->setAlignment(Qt::AlignRight);
+    // In black and white a line's marker is a piece of the line, so that lines are told apart by
+    // their dashes.
+    if (data.kind() == Kind::TimeLines && !colour)
+        legend->setMarkerShape(QLegend::MarkerShapeFromSeries);
     legend->setFont(withSize(chart->font(), colour ? 9 : 11));
     bool anyLegend = false;
     for (QAbstractSeries *s : drawn) {

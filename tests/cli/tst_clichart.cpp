@@ -84,6 +84,28 @@ private slots:
         QCOMPARE(m_written.first().second.first().ChartYAxisMax(), 20.0);
     }
 
+    // The composition window's chart of one statistic over the years, with its titles and options.
+    void composition()
+    {
+        QCOMPARE(chart({"composition", "r1", "--kind", "S", "--statistic", "gtv", "--y-max", "50", "--grid", "vertical", "--bw", "-o", "c.png"})
+                     .code,
+                 0);
+        QCOMPARE(m_written.size(), 1);
+        const ChartData &c = m_written.first().second.first();
+        QCOMPARE(c.kind(), ChartData::Kind::TimeLines);
+        QCOMPARE(c.ChartTopTitle(), QStringLiteral("R1: Gross Total Volume by Species"));
+        QCOMPARE(c.ChartLeftTitle(), QStringLiteral("GTV (cu.m/ha)"));
+        QCOMPARE(c.ChartBottomTitle(), QStringLiteral("Calendar Year"));
+        QCOMPARE(c.series().last().legend, QStringLiteral("Total"));
+        QCOMPARE(c.series().last().values, (QVector<double>{30, 30, 20, 20, 0, 0}));
+        QCOMPARE(c.ChartYAxisMax(), 50.0);
+        QCOMPARE(c.ChartGrid(), qint16(2));
+        QCOMPARE(c.ChartScreenStyle(), qint16(0));
+        const CliRun r = chart({"composition", "R1", "--kind", "H", "-o", "c.png"});
+        QCOMPARE(r.code, 1);
+        QVERIFY2(r.err.contains(QStringLiteral("There is no run R1:Harvested")), qPrintable(r.err));
+    }
+
     // Several years: a PDF holds one page per year in the order of the list; PNG and SVG get a
     // file per year.
     void severalYears_data()
@@ -127,6 +149,8 @@ private slots:
         QTest::newRow("grid diagonal") << QStringList{"stand", "R1", "--kind", "S", "--grid", "diagonal", "-o", "x.png"};
         QTest::newRow("y-max not digits") << QStringList{"stand", "R1", "--kind", "S", "--y-max", "1e3", "-o", "x.png"};
         QTest::newRow("unknown chart") << QStringList{"pie", "R1", "--kind", "S", "-o", "x.png"};
+        QTest::newRow("a year of the composition") << QStringList{"composition", "R1", "--kind", "S", "--year", "2000", "-o", "x.png"};
+        QTest::newRow("a statistic of a stand chart") << QStringList{"stand", "R1", "--kind", "S", "--statistic", "sph", "-o", "x.png"};
     }
     void usageErrors()
     {

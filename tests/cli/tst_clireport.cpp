@@ -77,6 +77,36 @@ private slots:
         SENDREL_COMPARE_GOLDEN(ReadWholeFile(placed), golden);
     }
 
+    // The composition report of each statistic: the desktop's file, with its title and the run's
+    // description and parameters as the dialog proposes them.
+    void composition_data()
+    {
+        QTest::addColumn<QString>("statistic");
+        QTest::newRow("sph") << "sph";
+        QTest::newRow("basal-area") << "basal-area";
+        QTest::newRow("gtv") << "gtv";
+    }
+    void composition()
+    {
+        QFETCH(QString, statistic);
+        const QString golden = QStringLiteral("reports/composition_%1.txt").arg(statistic);
+        CliRun r = report({"composition", "clirpt", "--kind", "S", "--statistic", statistic, "-o", "-"});
+        QCOMPARE(r.code, 0);
+        SENDREL_COMPARE_GOLDEN(r.out.toUtf8(), golden);
+        r = report({"composition", "CLIRPT", "--kind", "standing", "--statistic", statistic});
+        const QString placed = QDir(m_db->workDir()).filePath(QStringLiteral("CLIRPT_Species.txt"));
+        QCOMPARE(r.out, placed + QLatin1Char('\n'));
+        SENDREL_COMPARE_GOLDEN(ReadWholeFile(placed), golden);
+
+        // As numbers: the report's rows, one header row, each year a line.
+        r = report({"composition", "CLIRPT", "--kind", "S", "--statistic", statistic, "--format", "csv", "-o", "-"});
+        QCOMPARE(r.code, 0);
+        const QStringList lines = r.out.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
+        QVERIFY2(lines.first().startsWith(QLatin1String("Year,")) && lines.first().contains(QLatin1String("Total (")), qPrintable(r.out));
+        QCOMPARE(lines.size(), 4);
+        QVERIFY(lines.at(1).startsWith(QLatin1String("2000,")));
+    }
+
     void yearsTitleAndDescription()
     {
         const CliRun r = report({"stand", "CLIRPT", "--kind", "S", "--years", "2020,2000", "--title", "O'Brien's cut", "--description",
@@ -114,6 +144,8 @@ private slots:
         QTest::newRow("a year the run lacks") << QStringList{"stock", "CLIRPT", "--kind", "S", "--years", "1999"}
                                               << "Run CLIRPT:Standing has no year 1999.";
         QTest::newRow("a run without cycles") << QStringList{"stand", "EMPTY", "--kind", "S"} << "No Cycles Are Selected";
+        QTest::newRow("a composition without cycles") << QStringList{"composition", "EMPTY", "--kind", "S"}
+                                                      << "Run EMPTY:Standing has no cycles: there is nothing to report.";
         QTest::newRow("no tree in the classes") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "100,10,3"}
                                                 << "Error printing report";
         QTest::newRow("an output that cannot be written")
@@ -135,13 +167,19 @@ private slots:
     {
         QTest::addColumn<QStringList>("args");
         QTest::addColumn<QString>("said");
-        QTest::newRow("an unknown report") << QStringList{"volume", "CLIRPT", "--kind", "S"} << "report takes stand or stock, not 'volume'";
+        QTest::newRow("an unknown report") << QStringList{"volume", "CLIRPT", "--kind", "S"} << "report takes stand, stock or composition, not 'volume'";
         QTest::newRow("cycles and years") << QStringList{"stand", "CLIRPT", "--kind", "S", "--cycles", "1", "--years", "2000"}
                                           << "give one of --cycle, --year, --cycles and --years";
         QTest::newRow("cycles not numbers") << QStringList{"stand", "CLIRPT", "--kind", "S", "--cycles", "1,two"}
                                             << "--cycles takes whole numbers separated by commas";
         QTest::newRow("classes of two parts") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "0,10"}
                                               << "--classes takes START,WIDTH,COUNT";
+        QTest::newRow("classes of a composition") << QStringList{"composition", "CLIRPT", "--kind", "S", "--classes", "0,10,10"}
+                                                  << "--classes is no option of report composition";
+        QTest::newRow("a statistic of a stand table") << QStringList{"stand", "CLIRPT", "--kind", "S", "--statistic", "gtv"}
+                                                      << "--statistic is no option of report stand";
+        QTest::newRow("an unknown statistic") << QStringList{"composition", "CLIRPT", "--kind", "S", "--statistic", "merch"}
+                                              << "--statistic takes sph, basal-area, gtv, not 'merch'";
         QTest::newRow("a title of 51") << QStringList{"stand", "CLIRPT", "--kind", "S", "--title", QString(51, QLatin1Char('t'))}
                                        << "--title takes at most 50 characters";
     }

@@ -8,9 +8,9 @@
 #include "domain/import/ImportTreeList.h"
 #include "domain/import/RunDeletion.h"
 #include "windows/browser/FrameReportHost.h"
-#include "windows/browser/frmReportPlaceholder.h"
 #include "windows/common/FrameHost.h"
 #include "windows/common/RunListDelegate.h"
+#include "windows/composition/frmStandLevels.h"
 #include "windows/import/frmDeleteRuns.h"
 #include "windows/standstock/frmParameters.h"
 #include "windows/summary/frmStandSummary.h"
@@ -50,8 +50,7 @@ public:
     bool isRunOpen(const RunKey &run) const override
     {
         for (const QWidget *form : m_frame.ChildForms()) {
-            const bool reportWindow = form->inherits("sendrel::frmParameters") || form->inherits("sendrel::frmStandLevels")
-                                      || form->inherits("sendrel::frmReportPlaceholder");
+            const bool reportWindow = form->inherits("sendrel::frmParameters") || form->inherits("sendrel::frmStandLevels");
             if (!reportWindow)
                 continue;
             const RunKey shown{form->property("This_RunId").toString(), KindOfText(form->property("This_SorH").toString())};
@@ -459,16 +458,22 @@ QWidget *frmMarquel::OpenStandLevelsWindow(int position)
     }
     const RunEntry run = SplitRunEntry(lstRuns->item(position)->text());
     Hourglass hourglass(m_frame);
-    auto *window = new frmReportPlaceholder(m_tm, std::make_unique<FrameReportHost>(m_frame, *this),
-                                            frmReportPlaceholder::Kind::StandLevels);
-    window->Form_Load();
-    QMdiSubWindow *sub = m_frame.SubWindowOf(window);
+    // Its load counts it in, takes a place of the frame and makes it a child window there.
+    auto *window = new frmStandLevels(m_tm, std::make_unique<FrameReportHost>(m_frame, *this));
     window->This_RunId = run.runId;
     window->This_SorH = KindLetter(run.kind());
     window->This_RunDesc = run.description;
+    window->CalcStandLevelsReport();
     window->setWindowTitle(QStringLiteral("Species Composition through time: ") + run.runId);
-    window->ShowRun();
-    sub->show();
+    const Settings &settings = m_tm.settings;
+    for (StandLevelsStatistic s : {StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea, StandLevelsStatistic::MerchVol,
+                                   StandLevelsStatistic::TotalVol})
+        window->SetTitles(s, StandLevelsChartTitles(settings, s, run.runId));
+    window->SetPrintOptions(settings.PrintTo_Printer, settings.PrintAs_Colour);
+    window->SetGrids(settings.VerticalGrid, settings.HorizontalGrid);
+    window->ChooseStatistic(DefaultStandLevelsStatistic(settings));
+    if (QMdiSubWindow *sub = m_frame.SubWindowOf(window))
+        sub->show();
     return window;
 }
 

@@ -1,6 +1,7 @@
 #include "support/TestMain.h"
 
 #include "base/SendrelError.h"
+#include "domain/composition/StandLevelsSeries.h"
 #include "domain/summary/StandSummaryTable.h"
 #include "support/RunDatabase.h"
 
@@ -148,6 +149,30 @@ private slots:
         QCOMPARE(*StandDensityIndex(0, 0), 0.0);
         QVERIFY(!StandDensityIndex(-1, 10));
         QCOMPARE(SummaryCellText(-0.0004, 2), QStringLiteral("0.00"));
+    }
+
+    // The summary's stand before and after harvest is the composition's "Total" at a cycle's two
+    // points, to the last bit: both add the same records in the same order.
+    void sumsAreTheCompositionsTotals()
+    {
+        const StandSummary summary = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), RunKind::Standing});
+        const StandLevelsSums composition = ReadStandLevelsSums(m_db->db, QStringLiteral("HAND"), QStringLiteral("S"));
+        QCOMPARE(summary.rows.size(), composition.cycles.size());
+        auto total = [&](int point, double StandLevelsCell::*statistic) {
+            double sum = 0;
+            for (int s = 0; s < composition.species.size(); ++s)
+                sum += composition.cell(point, s).*statistic;
+            return sum;
+        };
+        for (int i = 0; i < summary.rows.size(); ++i) {
+            const StandSummaryRow &row = summary.rows.at(i);
+            QCOMPARE(row.before.sph, total(2 * i, &StandLevelsCell::sph));
+            QCOMPARE(row.before.basalArea, total(2 * i, &StandLevelsCell::basalArea));
+            QCOMPARE(row.before.totalVolume, total(2 * i, &StandLevelsCell::totalVol));
+            QCOMPARE(row.after.sph, total(2 * i + 1, &StandLevelsCell::sph));
+            QCOMPARE(row.after.basalArea, total(2 * i + 1, &StandLevelsCell::basalArea));
+            QCOMPARE(row.after.totalVolume, total(2 * i + 1, &StandLevelsCell::totalVol));
+        }
     }
 
     void aRunThatIsGone()

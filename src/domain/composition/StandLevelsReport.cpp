@@ -1,0 +1,288 @@
+#include "domain/composition/StandLevelsReport.h"
+
+#include "base/Numbers.h"
+#include "base/SendrelError.h"
+#include "base/UserQuestions.h"
+#include "domain/output/ReportTables.h"
+#include "store/RunStore.h"
+
+#include <QRegularExpression>
+
+#include <optional>
+
+namespace sendrel {
+
+namespace {
+
+const QString kCrLf = QStringLiteral("\r\n");
+const QString kPleaseWait = QStringLiteral("Please wait...");
+
+constexpr int kColumnPairs = 12;          // Sp1/Value1 to Sp12/Value12
+constexpr int kSpecies2Pairs = 11;        // Str_Code1/Name1 to Str_Code11/Name11
+constexpr int kMostSpeciesAlone = 11;     // from the twelfth species on, "Others: " joins the rest
+constexpr int kOwnColumnsWithOthers = 10;
+constexpr int kLandscapeFromSpecies = 5;
+// The frame's mouse pointers.
+constexpr int kPointerDefaultForReport = 0;
+constexpr int kPointerHourglassForReport = 11;
+
+// The description box may give bare line feeds; the report and its table keep CR LF.
+QString withCrLf(const QString &text)
+{
+    static const QRegularExpression bareLineFeed(QStringLiteral("(?<!\\r)\\n"));
+    QString result = text;
+    result.replace(bareLineFeed, kCrLf);
+    return result;
+}
+
+// A number as it reaches the table through its default text: fifteen significant digits.
+double throughText(double value)
+{
+    return DefaultText(value).toDouble();
+}
+
+double statisticOf(const StandLevelsCell &cell, StandLevelsStatistic statistic)
+{
+    switch (statistic) {
+    case StandLevelsStatistic::Sph: return cell.sph;
+    case StandLevelsStatistic::BasalArea: return cell.basalArea;
+    case StandLevelsStatistic::MerchVol:
+    case StandLevelsStatistic::TotalVol: break;
+    }
+    // Both volume reports read gross total volume.
+    return cell.totalVol;
+}
+
+QString insertOf(const QString &head, const QString &pair, int pairs)
+{
+    QString columns = head;
+    QString marks;
+    for (int n = 0; n < head.count(QLatin1Char(',')) + 1; ++n)
+        marks += n ? QStringLiteral(", ?") : QStringLiteral("?");
+    for (int n = 1; n <= pairs; ++n) {
+        columns += pair.arg(n);
+        marks += QStringLiteral(", ?, ?");
+    }
+    return QStringLiteral("INSERT INTO ") + columns + QStringLiteral(") VALUES (") + marks + QLatin1Char(')');
+}
+
+// The three tables of one composition report, with statements prepared once.
+class StandLevelsTableWriter {
+public:
+    explicit StandLevelsTableWriter(RunStore &db)
+        : m_db(db),
+          m_species2(db.DBEngine, insertOf(QStringLiteral("Species2 (Report_id"), QStringLiteral(", Str_Code%1, Name%1"), kSpecies2Pairs)),
+          m_header(db.DBEngine, QStringLiteral("INSERT INTO Report_Header (Report_id, Run_ID, Report_Type, Num_Species, Report_Title, [Desc]) "
+                                               "VALUES (1, ?, ?, ?, ?, ?)")),
+          m_row(db.DBEngine, insertOf(QStringLiteral("Stand_Levels_Report (Report_id, [Year]"), QStringLiteral(", Sp%1, Value%1"), kColumnPairs))
+    {
+    }
+
+    // One pair per species up to the tenth; with eleven species the eleventh too; from twelve
+    // 'Ot', 'All Other'. A code the species table lacks shows the table's first species.
+    void writeSpecies2(const QList<qint64> &species)
+    {
+        const QList<SpeciesInfo> &table = m_db.speciesList();
+        const int count = static_cast<int>(species.size());
+        const int own = count > kMostSpeciesAlone ? kOwnColumnsWithOthers : count;
+        m_species2.bind(1, 1);
+        for (int n = 0; n < kSpecies2Pairs; ++n) {
+            const int at = 2 + 2 * n;
+            if (n < own && !table.isEmpty()) {
+                const SpeciesInfo *s = m_db.species(species.at(n));
+                const SpeciesInfo &shown = s ? *s : table.first();
+                m_species2.bind(at, shown.strCode).bind(at + 1, shown.name);
+            } else if (n == own && count > kMostSpeciesAlone) {
+                m_species2.bind(at, QStringLiteral("Ot")).bind(at + 1, QStringLiteral("All Other"));
+            } else {
+                m_species2.bindNull(at).bindNull(at + 1);
+            }
+        }
+        m_species2.run();
+    }
+
+    void writeHeader(const QString &runId, StandLevelsStatistic statistic, qint64 numSpecies, const QString &title, const QString &desc)
+    {
+        m_header.bind(1, runId).bind(2, StandLevelsReportType(statistic)).bind(3, numSpecies).bind(4, title).bind(5, desc).run();
+    }
+
+    void writeRows(const QList<StandLevelsReportRow> &rows)
+    {
+        for (const StandLevelsReportRow &row : rows) {
+            m_row.bind(1, 1).bind(2, static_cast<qint64>(row.year));
+            int n = 0;
+            for (; n < row.headings.size(); ++n)
+                m_row.bind(3 + 2 * n, row.headings.at(n)).bind(4 + 2 * n, throughText(row.values.at(n)));
+            for (; n < kColumnPairs; ++n)
+                m_row.bindNull(3 + 2 * n).bindNull(4 + 2 * n);
+            m_row.run();
+        }
+    }
+
+private:
+    RunStore &m_db;
+    Statement m_species2;
+    Statement m_header;
+    Statement m_row;
+};
+
+}  // namespace
+
+QList<StandLevelsReportRow> StandLevelsReportRows(const RunStore &db, const QList<CycleRow> &cycles, const QList<qint64> &species,
+                                                  const StandLevelsCycleSums &sums, StandLevelsStatistic statistic)
+{
+    const int count = static_cast<int>(species.size());
+    const bool withOthers = count > kMostSpeciesAlone;
+    const int own = withOthers ? kOwnColumnsWithOthers : count;
+    QStringList headings;
+    for (int s = 0; s < own; ++s)
+        headings.append(db.SpeciesStrCode(ToInt16(static_cast<double>(species.at(s)))));
+    if (withOthers)
+        headings.append(QStringLiteral("Others: "));
+    headings.append(QStringLiteral("Total:"));
+    QList<StandLevelsReportRow> rows;
+    for (const CycleRow &c : cycles) {
+        StandLevelsReportRow row{c.year, headings, {}};
+        double others = 0;
+        double total = 0;
+        for (int s = 0; s < count; ++s) {
+            const StandLevelsCell cell = sums.cell(c.cycle, species.at(s));
+            const double value = cell.found ? statisticOf(cell, statistic) : 0.0;
+            if (cell.found)
+                total += value;
+            if (s < own)
+                row.values.append(value);
+            else if (cell.found)
+                others += value;
+        }
+        if (withOthers)
+            row.values.append(others);
+        row.values.append(total);
+        rows.append(row);
+    }
+    return rows;
+}
+
+ExportTable StandLevelsExportTable(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic statistic)
+{
+    static const char *const kNames[] = {"SPH", "Basal area", "GTV", "Total volume"};
+    static const char *const kUnits[] = {"(SPH)", "(sq.m/ha)", "(cu.m/ha)", "(cu.m/ha)"};
+    const int i = static_cast<int>(statistic);
+    ExportTable table;
+    table.name = QString::fromLatin1(kNames[i]);
+    const QList<StandLevelsReportRow> rows = StandLevelsReportRows(db, sums.cycles, sums.species, sums, statistic);
+    table.headers.append(QStringLiteral("Year"));
+    QStringList headings = rows.isEmpty() ? QStringList() : rows.first().headings;
+    for (QString heading : headings) {
+        heading.remove(QLatin1Char(':'));
+        table.headers.append(heading.trimmed() + QLatin1Char(' ') + QString::fromLatin1(kUnits[i]));
+    }
+    for (const StandLevelsReportRow &row : rows) {
+        QList<QVariant> cells{QVariant(static_cast<double>(row.year))};
+        for (double v : row.values)
+            cells.append(v);
+        table.rows.append(cells);
+    }
+    return table;
+}
+
+QString StandLevelsReportType(StandLevelsStatistic statistic)
+{
+    switch (statistic) {
+    case StandLevelsStatistic::Sph: return QStringLiteral("SL_SPH");
+    case StandLevelsStatistic::BasalArea: return QStringLiteral("SL_BASAL_AREA");
+    case StandLevelsStatistic::MerchVol: return QStringLiteral("SL_MERCH_VOL");
+    case StandLevelsStatistic::TotalVol: break;
+    }
+    return QStringLiteral("SL_TOTAL_VOL");
+}
+
+QString StandLevelsReportDescription(const QString &runDesc)
+{
+    return QStringLiteral("Printed By:  ") + kCrLf + kCrLf + runDesc;
+}
+
+CompiledStandLevelsReport CompileStandLevelsReport(RunStore &db, UserQuestions &questions, StandLevelsReportRequest &request,
+                                                   const ReportClock &clock)
+{
+    CompiledStandLevelsReport report;
+    request.This_SorH = StandLevelsKind(request.This_SorH);
+    const RunKey run{request.This_RunId, KindOfText(request.This_SorH)};
+    const QString gone = QStringLiteral("Run %1 is no longer in the database: another application has deleted it. "
+                                        "There is nothing to report.").arg(run.displayName());
+    if (request.CycleRS.isEmpty() || request.SpeciesListRS.isEmpty()) {
+        questions.ShowInfoMessage(QStringLiteral("Run %1 has no %2: there is nothing to report.")
+                                      .arg(run.displayName(), request.CycleRS.isEmpty() ? QStringLiteral("cycles") : QStringLiteral("trees")));
+        return report;
+    }
+
+    bool busy = false;
+    // The scratch tables are written and read back in one transaction: another program's report
+    // can neither mix its rows in nor see these half written.
+    std::optional<WriteTransaction> transaction;
+    auto endBusy = [&] {
+        if (busy)
+            questions.hideBusyMessage();
+        busy = false;
+        if (request.SetMousePointer)
+            request.SetMousePointer(kPointerDefaultForReport);
+    };
+    try {
+        if (!db.runExists(run)) {
+            questions.ShowInfoMessage(gone);
+            return report;
+        }
+        if (const std::optional<QVariant> parameters = db.runParameters(request.This_RunId); parameters && !parameters->isNull())
+            request.This_RunDesc += kCrLf + parameters->toString();
+
+        ReportTextRequest text;
+        text.title = request.title;
+        text.description = StandLevelsReportDescription(request.This_RunDesc);
+        if (!questions.askReportText(text))
+            return report;
+        text.description = withCrLf(text.description);
+        request.This_RunDesc = text.description;
+
+        if (request.SetMousePointer)
+            request.SetMousePointer(kPointerHourglassForReport);
+        questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data..."));
+        busy = true;
+
+        transaction.emplace(db.DBEngine);
+        // Deleted while the dialog was up: nothing is touched.
+        if (!db.runExists(run)) {
+            transaction->rollback();
+            endBusy();
+            questions.ShowInfoMessage(gone);
+            return report;
+        }
+        ClearReportTables(db, true);
+        StandLevelsTableWriter writer(db);
+        writer.writeSpecies2(request.SpeciesListRS);
+        writer.writeHeader(request.This_RunId, request.statistic, request.SpeciesListRS.size(), text.title, request.This_RunDesc);
+        writer.writeRows(StandLevelsReportRows(db, request.CycleRS, request.SpeciesListRS,
+                                               request.sums ? *request.sums : ReadStandLevelsCycleSums(db, request.This_RunId, request.This_SorH),
+                                               request.statistic));
+
+        const GeneratedReport generated = GenerateReport(db, questions, ReportKind::Species, request.This_RunId, request.reportPath,
+                                                         request.This_RunDesc, clock);
+        // The generator's own failure leaves the tables as they were written.
+        transaction->commit();
+        report.ReportFile = generated.path;
+        report.text = generated.text;
+        report.columns = generated.columns;
+        report.ReportOrientation = request.SpeciesListRS.size() < kLandscapeFromSpecies ? 1 : 2;
+        report.compiled = true;
+        if (busy)
+            questions.hideBusyMessage();
+        return report;
+    } catch (const SendrelError &e) {
+        // What was written before the failure stays, as each statement would have left it.
+        KeepWhatWasWritten(transaction);
+        endBusy();
+        questions.ShowErrorMessage(e.description());
+        return report;
+    }
+}
+
+}  // namespace sendrel

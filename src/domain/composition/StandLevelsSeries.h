@@ -1,0 +1,124 @@
+#pragma once
+
+#include "domain/output/ChartData.h"
+#include "store/RunStore.h"
+
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringView>
+#include <QVector>
+#include <QtGlobal>
+
+#include <array>
+#include <utility>
+
+namespace sendrel {
+
+class UserQuestions;
+struct Settings;
+
+// Species composition through time: density, basal area and gross total volume of each species
+// over the calendar years of a run, as four time charts (the fourth, total volume, only ever
+// holds zeros) and as the state that the composition report reads.
+
+// The statistics, in the order of the window's options and charts.
+enum class StandLevelsStatistic { Sph = 0, BasalArea = 1, MerchVol = 2, TotalVol = 3 };
+inline constexpr int kStandLevelsCharts = 4;
+
+// Square metres of a circle of 1 cm diameter, to 13 digits of pi: the statements' constant.
+inline constexpr double kBasalAreaFactor = 7.853981633974E-05;
+
+// The sums of one species at one point, as that point's grouped statement gives them.
+struct StandLevelsCell {
+    double sph = 0;
+    double basalArea = 0;
+    double totalVol = 0;   // the statements' MerchVol column is read by no chart or report
+    bool found = false;    // the statement gave a row
+};
+
+// A run as the charts take it, before anything is drawn: its cycles, its species, and the sums
+// of every species at every point. A run of standing trees has two points per cycle at the same
+// year: the stand as imported, then the stand less the trees harvested in that year (found
+// through the harvested list's cycle of the same year). Harvested trees have one point per cycle.
+//
+// Orders: cycles as the rows of Model_Header stand in the table (rowid); species in the order of
+// their first tree record of the run and kind in the table (rowid). Points: cycle by cycle, each
+// cycle's passes in turn.
+struct StandLevelsSums {
+    QString kind;                      // "S" or "H"
+    int passes = 1;                    // 2 for "S", 1 for "H"
+    QList<CycleRow> cycles;
+    QList<qint64> species;
+    QVector<StandLevelsCell> cells;    // point-major, species within
+    const StandLevelsCell &cell(int point, int speciesIndex) const { return cells.at(point * species.size() + speciesIndex); }
+};
+
+// "H" for a text beginning with "H" or "h", else "S" ("Standing", "s", "" are all standing).
+QString StandLevelsKind(QStringView This_SorH);
+
+// Reads the sums of a run in one pass over its tree records: every header of the run (of the
+// kind only, for harvested trees) with its trees, in the order the per-point statements add
+// them, summed as SQLite's SUM adds. The cost grows with the run's records, once. Species are
+// in the order of their first tree record of the run and kind in the table (rowid).
+StandLevelsSums ReadStandLevelsSums(RunStore &db, const QString &This_RunId, const QString &This_SorH);
+
+// The first pass alone, by cycle number and species code, with the run's cycles and species:
+// the report's numbers, read the same way.
+struct StandLevelsCycleSums {
+    QList<CycleRow> cycles;
+    QList<qint64> species;
+    QHash<std::pair<qint64, qint64>, StandLevelsCell> cells;
+    StandLevelsCell cell(qint64 cycle, qint64 species) const { return cells.value({cycle, species}); }
+};
+StandLevelsCycleSums ReadStandLevelsCycleSums(RunStore &db, const QString &This_RunId, const QString &This_SorH);
+
+// The same sums, one grouped statement with its HAVING tail per point and species, as the plan
+// of the chart filling reads them: passes x cycles x species statements, each grouping the
+// whole run. For comparison and measurement only.
+StandLevelsSums ReadStandLevelsSumsPerPoint(RunStore &db, const QString &This_RunId, const QString &This_SorH);
+
+// What the window keeps after the charts are filled: the report and the Apply button read it.
+struct StandLevelsState {
+    QString kind;
+    QList<CycleRow> CycleRS;
+    QList<qint64> SpeciesListRS;
+    double MaxSph = 0;
+    double MaxBasalArea = 0;
+    double MaxMerchVol = 0;
+    double MaxTotalVol = 0;
+    // False when the run has no cycles or no trees of its kind: the charts stay reset.
+    bool filled = false;
+
+    double maximum(StandLevelsStatistic statistic) const;
+};
+
+// The four charts in the order of the statistics: Sph, BasalArea, MerchVol (gross total volume),
+// TotalVol.
+using StandLevelsCharts = std::array<ChartData *, kStandLevelsCharts>;
+
+// Fills the charts from the sums: one series per species and a last one "Total"; x values the
+// calendar years; in the second pass a species below 0 shows 0 while the "Total" keeps the
+// unclamped sum; legends by SpeciesStrCode ("xx" for a code the species table lacks), colours by
+// SpeciesColourIndex, "Total" in palette 13; the x axis over the years, each y axis from 0 over
+// the largest "Total", both widened by NiceAxisScale to 8 divisions. Titles, grid and styles of
+// the charts stay. Without cycles or species the charts are only reset.
+StandLevelsState FillStandLevelsCharts(const RunStore &db, const StandLevelsSums &sums, const StandLevelsCharts &charts);
+
+// The whole filling of the composition charts of a run behind the busy message: reset, read,
+// fill. Nothing is drawn. A database failure is passed on, the busy message down.
+StandLevelsState CalcStandLevelsReport(RunStore &db, UserQuestions &questions, const QString &This_RunId,
+                                       const QString &This_SorH, const StandLevelsCharts &charts);
+
+// The titles that the run browser gives each chart: Run Id and ": Density by Species" (and the
+// others) on top, the left and bottom titles of the settings.
+struct StandLevelsTitles {
+    QString top;
+    QString left;
+    QString bottom;
+};
+StandLevelsTitles StandLevelsChartTitles(const Settings &settings, StandLevelsStatistic statistic, const QString &runId);
+// The statistic that the settings choose first: SPH, basal area, GTV, else total volume.
+StandLevelsStatistic DefaultStandLevelsStatistic(const Settings &settings);
+
+}  // namespace sendrel
