@@ -132,6 +132,8 @@ void clsDBEngine::open(bool create)
         // statement orders them by species and diameter) stays in memory instead of spilling to a
         // temporary file. It is taken only as needed and belongs to this connection.
         Statement(*this, QStringLiteral("PRAGMA cache_size = -16384")).run();
+        // Pages read through a memory map rather than copied in by the page cache.
+        Statement(*this, QStringLiteral("PRAGMA mmap_size = 1073741824")).next();
         Statement(*this, QStringLiteral("PRAGMA synchronous = NORMAL")).run();
         // The write-ahead log grows to the size of the largest transaction (a whole import); at
         // the next checkpoint it goes back to this size, not to stay that large while the
