@@ -30,6 +30,9 @@ frmSendrel::frmSendrel(TreeModel &tm, QWidget *parent) : QMainWindow(parent), m_
     setWindowIcon(ProgramIcon());
     m_mdi->setObjectName(QStringLiteral("mdiArea"));
     m_mdi->setBackground(QColor(171, 171, 171));
+    // On a small screen the arranged windows reach past the frame: the work area scrolls to them.
+    m_mdi->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_mdi->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(m_mdi);
     resize(1024, 720);
     buildMenus();

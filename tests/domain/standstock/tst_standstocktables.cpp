@@ -237,7 +237,7 @@ void TestStandStockTables::compileThreeCyclesAndFile()
             fillData(r, layout, 10, 5, 3, {{0, 7, 0.4, 0.1}, {1, 1, 99.5, 20}, {1, 7, 10, 1}});
     };
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("browser text"), true,
-                                    {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}, {4, QStringLiteral("2030")}}, {}};
+                                    {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}, {4, QStringLiteral("2030")}}, {}, {}};
     request.reportPath = ReportFilePath(db.workDir(), QStringLiteral("R7"), ReportKind::Stand);
     db.questions.answerReportText(true);
     const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, FixedClock, calc);
@@ -284,7 +284,7 @@ void TestStandStockTables::compileOrientationByColumns()
             cells.append({0, code, 1, 1});
         fillData(r, layout, 0, 10, 2, cells);
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), false, {{1, QStringLiteral("2000")}}, {}};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), false, {{1, QStringLiteral("2000")}}, {}, {}};
     request.reportPath = ReportFilePath(db.workDir(), QStringLiteral("R7"), ReportKind::Stock);
     db.questions.answerReportText(true);
     const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, FixedClock, calc);
@@ -302,7 +302,7 @@ void TestStandStockTables::compileWithoutCycles()
     RunDatabase db;
     ClassLayout layout;
     StandStockData r(layout, db.tm.db.NumSpecies);
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("keep"), true, {}, {}};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("keep"), true, {}, {}, {}};
     const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, ReportClockNow, [](qint16) { QFAIL("no cycle to aggregate"); });
     QVERIFY(!report.compiled);
     QCOMPARE(db.questions.messageTexts(), QStringList{QStringLiteral("No Cycles Are Selected")});
@@ -316,7 +316,7 @@ void TestStandStockTables::compileCancelledTouchesNothing()
     db.exec(QStringLiteral("INSERT INTO Report_Header (Report_Id, Run_ID) VALUES (9, 'OLD')"));
     ClassLayout layout;
     StandStockData r(layout, db.tm.db.NumSpecies);
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("browser text"), true, {{1, QStringLiteral("2000")}}, {}};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("browser text"), true, {{1, QStringLiteral("2000")}}, {}, {}};
     db.questions.answerReportText(false);
     const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, ReportClockNow, [](qint16) { QFAIL("cancelled"); });
     QVERIFY(!report.compiled);
@@ -340,7 +340,7 @@ void TestStandStockTables::compileFailureStopsAndTells()
         ++calls;
         fillData(r, layout, 0, 10, 2, {{0, 1, 1, 1}});
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}, {}};
     db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
     const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, FixedClock, calc);
     QVERIFY(!report.compiled);
@@ -365,7 +365,7 @@ void TestStandStockTables::compileYearWithoutSpeciesFailsInGenerator()
         else
             fillData(r, layout, 0, 10, 2, {});
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}};
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}, {}};
     db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
     const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, FixedClock, calc);
     // The second block has a header and no rows: the generator says so, the viewer opens on nothing.
