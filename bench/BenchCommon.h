@@ -3,6 +3,7 @@
 // What the benchmarks share: their options (paths given explicitly, never an option taken for
 // one), a large run made straight into a database, and clocks.
 
+#include "store/CycleSums.h"
 #include "store/DBEngine.h"
 #include "store/Schema.h"
 
@@ -100,6 +101,9 @@ inline void MakeLargeRun(const QString &path, const QString &runId, int cycles, 
             }
         }
     }
+    // The sums of each cycle and species, as the import keeps them.
+    for (RunKind kind : {RunKind::Standing, RunKind::Harvested})
+        WriteCycleSums(engine, {runId, kind}, SumCycleRecords(engine, {runId, kind}));
     transaction.commit();
     Statement(engine, QStringLiteral("ANALYZE")).run();
     engine.CloseDB();

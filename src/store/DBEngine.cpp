@@ -256,6 +256,11 @@ qint32 clsDBEngine::AddRecord(const QString &table, const QVariantList &values, 
     return AutoN ? static_cast<qint32>(sqlite3_last_insert_rowid(handle())) : 0;
 }
 
+qint64 clsDBEngine::lastInsertRowid() const
+{
+    return sqlite3_last_insert_rowid(handle());
+}
+
 // Statement
 
 Statement::Statement(clsDBEngine &engine, const QString &sql) : m_engine(engine)
@@ -469,6 +474,32 @@ void WriteTransaction::rollback() noexcept
     } catch (const SendrelError &) {
         // The failure that brought us here is the one to tell.
     }
+}
+
+// ReadSnapshot
+
+ReadSnapshot::ReadSnapshot(clsDBEngine &engine) : m_engine(engine), m_open(!engine.InTransaction())
+{
+    if (m_open)
+        Statement(m_engine, QStringLiteral("BEGIN")).run();
+}
+
+ReadSnapshot::~ReadSnapshot()
+{
+    if (!m_open || !m_engine.InTransaction())
+        return;
+    try {
+        Statement(m_engine, QStringLiteral("ROLLBACK")).run();
+    } catch (const SendrelError &) {
+        // Nothing was written; a failed end of a read changes nothing.
+    }
+}
+
+void ReadSnapshot::end()
+{
+    if (m_open && m_engine.InTransaction())
+        Statement(m_engine, QStringLiteral("COMMIT")).run();
+    m_open = false;
 }
 
 }  // namespace sendrel

@@ -70,6 +70,9 @@ public:
     // A failure of SQLite (result code rc on this connection) in the program's form.
     SendrelError errorFrom(int rc) const;
 
+    // The rowid of the last row added on this connection.
+    qint64 lastInsertRowid() const;
+
 private:
     friend class Statement;
     void open(bool create);
@@ -147,6 +150,23 @@ public:
 private:
     clsDBEngine &m_engine;
     bool m_open = false;
+};
+
+// Reads that must see the database as of one moment, also while another program writes: a read
+// transaction from construction to end() or destruction. Inside an open transaction it adds
+// nothing, that transaction already being one moment.
+class ReadSnapshot {
+public:
+    explicit ReadSnapshot(clsDBEngine &engine);
+    ~ReadSnapshot();
+    ReadSnapshot(const ReadSnapshot &) = delete;
+    ReadSnapshot &operator=(const ReadSnapshot &) = delete;
+
+    void end();
+
+private:
+    clsDBEngine &m_engine;
+    bool m_open;
 };
 
 }  // namespace sendrel

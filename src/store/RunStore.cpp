@@ -1,6 +1,7 @@
 #include "store/RunStore.h"
 
 #include "base/SendrelError.h"
+#include "store/CycleSums.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -144,6 +145,7 @@ std::optional<QVariant> RunStore::runParameters(const QString &runId)
 
 void RunStore::deleteRun(const RunKey &run)
 {
+    DeleteCycleSums(DBEngine, run);
     for (const char *table : {"Model_Entries", "Model_Header", "Model_Run"}) {
         Statement remove(DBEngine, QStringLiteral("DELETE FROM %1 WHERE Run_Id = ?1 AND Standing_Harvested = ?2").arg(QLatin1String(table)));
         remove.bind(1, run.runId).bind(2, run.letter()).run();

@@ -85,8 +85,8 @@ public:
     // The run_parameters of the Run row: nothing without a row, a null variant when it is null.
     std::optional<QVariant> runParameters(const QString &runId);
 
-    // Removes the rows of one run from Model_Entries, Model_Header and Model_Run, in that order.
-    // Each statement stands alone: a caller wanting all or nothing opens a transaction.
+    // Removes the rows of one run: its kept sums, then Model_Entries, Model_Header and Model_Run,
+    // in that order. Each statement stands alone: a caller wanting all or nothing opens a transaction.
     void deleteRun(const RunKey &run);
 
     // Reads every page of the file and fails when one is damaged, saying that nothing was written.

@@ -1,6 +1,7 @@
 #include "store/Schema.h"
 
 #include "base/SendrelError.h"
+#include "store/CycleSums.h"
 #include "store/DBEngine.h"
 
 #include <QFile>
@@ -77,6 +78,8 @@ QStringList RunDatabaseSchema()
         "  Col_25_26 INTEGER,\n"
         "  MerchVolLessDWB REAL)");
     s << QStringLiteral("CREATE INDEX Model_Entries_Cycle ON Model_Entries (Run_Id, Standing_Harvested, Cycle_Number)");
+    // Model_Cycle_Sums (the sums of each run's records by cycle and species) is made by
+    // MakeCycleSumsTable, also in a database from before it.
 
     s << QStringLiteral(
         "CREATE TABLE Run (\n"
@@ -159,6 +162,7 @@ void CreateRunDatabase(const QString &path)
         WriteTransaction transaction(engine);
         for (const QString &statement : RunDatabaseSchema())
             Statement(engine, statement).run();
+        MakeCycleSumsTable(engine);
         Statement species(engine, QStringLiteral("INSERT INTO Species (Num_Code, Str_Code, Name, Variant_ID) VALUES (?1, ?2, ?3, 2)"));
         for (const SpeciesRow &row : InstalledSpecies())
             species.bind(1, row.Num_Code).bind(2, QString::fromLatin1(row.Str_Code)).bind(3, QString::fromLatin1(row.Name)).run();

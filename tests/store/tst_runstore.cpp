@@ -1,6 +1,7 @@
 #include "support/TestMain.h"
 
 #include "base/SendrelError.h"
+#include "store/CycleSums.h"
 #include "store/RunStore.h"
 #include "store/Schema.h"
 #include "support/RunDatabase.h"
@@ -183,6 +184,51 @@ private slots:
         QVERIFY2(r.bytesBefore > 1000000 && r.bytesAfter * 4 < r.bytesBefore, qPrintable(QStringLiteral("%1 -> %2").arg(r.bytesBefore).arg(r.bytesAfter)));
         QCOMPARE(r.bytesAfter, QFileInfo(f.path()).size() + QFileInfo(f.path() + QStringLiteral("-wal")).size());
         QCOMPARE(f.count(QStringLiteral("Model_Entries")), 1);
+    }
+
+    // Kept sums are read while they still describe the records; otherwise the records are summed.
+    // The kept ones are marked (a stem added to each) to tell which were read.
+    void keptSumsOnlyWhileTheRecordsStay_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<bool>("keptRead");
+        QTest::newRow("records unchanged") << "" << true;
+        QTest::newRow("last record of a cycle deleted") << "DELETE FROM Model_Entries WHERE rowid = (SELECT MAX(rowid) FROM Model_Entries WHERE Cycle_Number = 2)" << false;
+        QTest::newRow("a record added to a cycle") << "INSERT INTO Model_Entries (Run_Id, Standing_Harvested, Cycle_Number, Species_Code, Trees_per_ha) "
+                                                      "VALUES ('K', 'S', 1, 3, 1)" << false;
+        QTest::newRow("a cycle's sums missing") << "DELETE FROM Model_Cycle_Sums WHERE Cycle_Number = 1" << false;
+        QTest::newRow("a database from before the sums") << "DROP TABLE Model_Cycle_Sums" << false;
+    }
+    void keptSumsOnlyWhileTheRecordsStay()
+    {
+        QFETCH(QString, change);
+        QFETCH(bool, keptRead);
+        RunDatabase f;
+        const RunKey run{QStringLiteral("K"), RunKind::Standing};
+        f.addRun(run.runId, QStringLiteral("S"));
+        f.addHeader(run.runId, QStringLiteral("S"), 1, 2000);
+        f.addHeader(run.runId, QStringLiteral("S"), 2, 2010);
+        for (int t = 0; t < 6; ++t)
+            f.addTree(run.runId, QStringLiteral("S"), 1 + t % 2, 3 + t % 3, 10 + t, 100 + t, 0.5 * t);
+        f.addTree(QStringLiteral("OTHER"), QStringLiteral("S"), 1, 3, 20, 7, 1);
+        WriteCycleSums(f.db.DBEngine, run, SumCycleRecords(f.db.DBEngine, run));
+        f.exec(QStringLiteral("UPDATE Model_Cycle_Sums SET Sph = Sph + 1"));
+        if (!change.isEmpty())
+            f.exec(change);
+
+        const QList<CycleSpeciesSums> read = ReadCycleSums(f.db.DBEngine, run);
+        const QList<CycleSpeciesSums> records = SumCycleRecords(f.db.DBEngine, run);
+        QCOMPARE(read.size(), records.size());
+        for (qsizetype i = 0; i < read.size(); ++i) {
+            QCOMPARE(read[i].species, records[i].species);
+            QCOMPARE(read[i].sums.sph, records[i].sums.sph + (keptRead ? 1 : 0));
+            QCOMPARE(read[i].sums.netMerchVolume, records[i].sums.netMerchVolume);
+        }
+
+        // A delete takes the run's kept sums with it, in a database from before them too.
+        f.db.deleteRun(run);
+        QCOMPARE(f.count(QStringLiteral("Model_Cycle_Sums")), 0);
+        QVERIFY(ReadCycleSums(f.db.DBEngine, run).isEmpty());
     }
 
     void runsCyclesAndTrees()

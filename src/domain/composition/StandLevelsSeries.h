@@ -1,6 +1,7 @@
 #pragma once
 
 #include "domain/output/ChartData.h"
+#include "store/CycleSums.h"
 #include "store/RunStore.h"
 
 #include <QHash>
@@ -25,9 +26,6 @@ struct Settings;
 // The statistics, in the order of the window's options and charts.
 enum class StandLevelsStatistic { Sph = 0, BasalArea = 1, MerchVol = 2, TotalVol = 3 };
 inline constexpr int kStandLevelsCharts = 4;
-
-// Square metres of a circle of 1 cm diameter, to 13 digits of pi: the statements' constant.
-inline constexpr double kBasalAreaFactor = 7.853981633974E-05;
 
 // The sums of one species at one point, as that point's grouped statement gives them.
 struct StandLevelsCell {
@@ -57,10 +55,11 @@ struct StandLevelsSums {
 // "H" for a text beginning with "H" or "h", else "S" ("Standing", "s", "" are all standing).
 QString StandLevelsKind(QStringView This_SorH);
 
-// Reads the sums of a run in one pass over its tree records: every header of the run (of the
-// kind only, for harvested trees) with its trees, in the order the per-point statements add
-// them, summed as SQLite's SUM adds. The cost grows with the run's records, once. Species are
-// in the order of their first tree record of the run and kind in the table (rowid).
+// Reads the sums of a run from the sums of its tree records by cycle and species that the import
+// keeps (ReadCycleSums): the first pass those of each cycle of the kind, the second pass, per
+// year, those of every header of the run with that year, the harvested negative. The cost grows
+// with cycles and species, not with the records. Species are in the order of their first tree
+// record of the run and kind in the table (rowid).
 StandLevelsSums ReadStandLevelsSums(RunStore &db, const QString &This_RunId, const QString &This_SorH);
 
 // The first pass alone, by cycle number and species code, with the run's cycles and species:
@@ -72,11 +71,6 @@ struct StandLevelsCycleSums {
     StandLevelsCell cell(qint64 cycle, qint64 species) const { return cells.value({cycle, species}); }
 };
 StandLevelsCycleSums ReadStandLevelsCycleSums(RunStore &db, const QString &This_RunId, const QString &This_SorH);
-
-// The same sums, one grouped statement with its HAVING tail per point and species, as the plan
-// of the chart filling reads them: passes x cycles x species statements, each grouping the
-// whole run. For comparison and measurement only.
-StandLevelsSums ReadStandLevelsSumsPerPoint(RunStore &db, const QString &This_RunId, const QString &This_SorH);
 
 // What the window keeps after the charts are filled: the report and the Apply button read it.
 struct StandLevelsState {

@@ -240,6 +240,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
         }
         committing = true;
         entries.flush();
+        WriteCycleSums(engine, {runId, runKind}, entries.sums().groups());
         transaction->commit();
         result.ending = ImportEnding::Completed;
     } catch (const SendrelError &e) {

@@ -26,7 +26,7 @@ void bindLatin1(Statement &stmt, int index, const char *text, int length, QByteA
 }  // namespace
 
 ModelEntryInserter::ModelEntryInserter(clsDBEngine &engine, const QString &runId, const QString &kind)
-    : m_runId(runId.toUtf8()), m_kind(kind.toUtf8())
+    : m_engine(engine), m_runId(runId.toUtf8()), m_kind(kind.toUtf8())
 {
     // Columns by position, as AddRecord fills them: the first 30 of the table.
     QStringList names;
@@ -92,6 +92,14 @@ void ModelEntryInserter::bindRow(Statement &stmt, int row, const TreeRecord &rec
     }
 }
 
+void ModelEntryInserter::addToSums(qint64 rowid, const TreeRecord &record)
+{
+    // The values as the row holds them: whole-number columns cut to their integer.
+    const auto &v = record.values;
+    m_sums.add(rowid, static_cast<qint64>(v[EntryPos::CycleNumber]), static_cast<qint64>(v[EntryPos::SpeciesCode]), v[EntryPos::TreesPerHa],
+               v[EntryPos::CurrentDiameter], v[EntryPos::TotalVolume], v[EntryPos::GrossMerchVolume], v[EntryPos::MerchVolLessDWB]);
+}
+
 void ModelEntryInserter::AddModelEntry(const TreeRecord &record)
 {
     nextRow() = record;
@@ -106,6 +114,11 @@ void ModelEntryInserter::addNextRow()
     for (int i = 0; i < kBatchRows; ++i)
         bindRow(*m_batch, i, m_rows[i]);
     m_batch->run();
+    // The rows of one statement take the rowids after the table's last, one by one. Should SQLite
+    // ever choose otherwise, the kept sums would not match the records and would not be used.
+    const qint64 first = m_engine.lastInsertRowid() - (kBatchRows - 1);
+    for (int i = 0; i < kBatchRows; ++i)
+        addToSums(first + i, m_rows[i]);
 }
 
 void ModelEntryInserter::flush()
@@ -115,6 +128,7 @@ void ModelEntryInserter::flush()
     for (int i = 0; i < waiting; ++i) {
         bindRow(*m_single, 0, m_rows[i]);
         m_single->run();
+        addToSums(m_engine.lastInsertRowid(), m_rows[i]);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "domain/import/TreeListReader.h"
 
+#include "store/CycleSums.h"
 #include "store/DBEngine.h"
 
 #include <QByteArray>
@@ -38,9 +39,15 @@ public:
     // Writes the rows that wait.
     void flush();
 
+    // The sums of the rows written so far, by cycle and species, for the run's kept sums.
+    const CycleSumsBuilder &sums() const { return m_sums; }
+
 private:
     void bindRow(Statement &stmt, int row, const TreeRecord &record);
+    void addToSums(qint64 rowid, const TreeRecord &record);
 
+    clsDBEngine &m_engine;
+    CycleSumsBuilder m_sums;
     std::unique_ptr<Statement> m_single;
     std::unique_ptr<Statement> m_batch;
     int m_waiting = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "store/CycleSums.h"
 #include "store/Run.h"
 
 #include <QList>
@@ -11,24 +12,13 @@ namespace sendrel {
 
 class RunStore;
 
-// Square metres of a circle of 1 cm diameter to 13 digits of pi: the constant of every basal
-// area sum of the program, so that a summary's basal area is the composition's.
-inline constexpr double kSummaryBasalAreaFactor = 7.853981633974E-05;
 // Reineke's reference diameter (cm) and slope, in the metric form of the index.
 inline constexpr double kReinekeReferenceDiameter = 25.4;
 inline constexpr double kReinekeSlope = 1.605;
 
-// The per-hectare sums of a group of tree records: stems (Trees_per_ha), basal area
-// (d * d * k * tph, d in cm), gross total volume (Total_Volume * tph), gross merchantable volume
-// (Gross_Merch_Volume * tph) and merchantable volume less decay, waste and breakage
-// (MerchVolLessDWB * tph). A NULL factor adds nothing, as in a SQL SUM.
-struct StandSums {
-    double sph = 0;
-    double basalArea = 0;
-    double totalVolume = 0;
-    double grossMerchVolume = 0;
-    double netMerchVolume = 0;
-};
+// The per-hectare sums of a group of tree records: stems, basal area, gross total, gross
+// merchantable and net merchantable volume (see TreeSums).
+using StandSums = TreeSums;
 
 // Quadratic mean diameter, cm: sqrt(BA / SPH / k), the diameter of the tree of mean basal area.
 // None without stems, or with more stems or basal area taken away than there were.
@@ -67,20 +57,19 @@ struct StandSummaryRow {
 // cycles share a year, each row's after-harvest sums are those of the whole year, as the
 // composition's second pass shows them.
 //
-// The sums add as the composition's statements add: per header row of the run and species, the
-// header's tree records in table order (the cycle's "before" sums); per year and species, every
-// header's records with harvested ones negative (after) or alone (removed). A row's total adds its
-// species in the order of their first tree record of the kind, the composition's series order.
+// The sums are the composition's: per cycle and species those that the import keeps (the cycle's
+// "before" sums); per year and species those of every header of the year, the harvested list's
+// negative (after) or alone (removed). A row's total adds its species in the order of their first
+// tree record of the kind, as the composition's "Total" adds them.
 struct StandSummary {
     RunKey run;
     bool hasHarvest = false;   // standing run: whether the Run Id has a harvested list
     QList<StandSummaryRow> rows;
 };
 
-// Reads the summary as of one moment: the run's headers in one statement, then each header's tree
-// records through one prepared statement, so the cost grows with the records once. Fails
-// (SendrelError) naming the run when it is not in the database, also when another program deleted
-// it since it was listed.
+// Reads the summary as of one moment, from the kept sums: the cost grows with cycles and species,
+// not with the records. Fails (SendrelError) naming the run when it is not in the database, also
+// when another program deleted it since it was listed.
 StandSummary ReadStandSummary(RunStore &db, const RunKey &run);
 
 }  // namespace sendrel

@@ -3,6 +3,7 @@
 #include "domain/import/ImportTreeList.h"
 #include "domain/import/ModelEntryInserter.h"
 #include "domain/import/TreeListReader.h"
+#include "store/CycleSums.h"
 
 #include "support/RunDatabase.h"
 #include "support/TreeListLines.h"
@@ -130,6 +131,22 @@ private slots:
         QCOMPARE(fast.size(), trees + 1);
         QCOMPARE(fast, f.rows(typed.arg(QStringLiteral("SLOW"))));
         QVERIFY(fast.last().startsWith(QStringLiteral("\u00e9t\u00e9|")));
+
+        // The sums kept beside the rows are those of the rows, to the last bit, with the rowids of
+        // each group's first and last row.
+        QCOMPARE(f.rows(QStringLiteral("SELECT Cycle_Number, Species_Code, First_Record, Last_Record FROM Model_Cycle_Sums ORDER BY First_Record")),
+                 f.rows(QStringLiteral("SELECT Cycle_Number, Species_Code, MIN(rowid), MAX(rowid) FROM Model_Entries "
+                                       "WHERE Run_Id = 'FAST' GROUP BY 1, 2 ORDER BY 3")));
+        auto bits = [](const QList<CycleSpeciesSums> &groups) {
+            QStringList out;
+            for (const CycleSpeciesSums &g : groups) {
+                for (double v : {g.sums.sph, g.sums.basalArea, g.sums.totalVolume, g.sums.grossMerchVolume, g.sums.netMerchVolume})
+                    out.append(QString::number(v, 'g', 17));
+            }
+            return out;
+        };
+        const RunKey fastRun{QStringLiteral("FAST"), RunKind::Standing};
+        QCOMPARE(bits(ReadCycleSums(f.db.DBEngine, fastRun)), bits(SumCycleRecords(f.db.DBEngine, fastRun)));
     }
 
     void emptyCyclesBlankLinesAndRepeatedCycles()
