@@ -339,12 +339,14 @@ Statement &Statement::bind(int index, const QVariant &value)
 int Statement::step()
 {
     // SQLite waits for a lock by itself (the busy timeout); a lock it refuses at once is tried
-    // again until the same wait is used up. Never after a row has come, which would repeat rows.
+    // again until the same wait is used up. Never after a row has come, which would repeat rows
+    // (and the clock is not read for each row of a large read).
+    if (sqlite3_stmt_busy(m_stmt) != 0)
+        return sqlite3_step(m_stmt);
     const auto deadline = std::chrono::steady_clock::now() + m_engine.lockWait();
-    const bool fresh = sqlite3_stmt_busy(m_stmt) == 0;
     for (;;) {
         const int rc = sqlite3_step(m_stmt);
-        if (!isBusy(rc) || !fresh || std::chrono::steady_clock::now() >= deadline)
+        if (!isBusy(rc) || std::chrono::steady_clock::now() >= deadline)
             return rc;
         sqlite3_reset(m_stmt);
         QThread::msleep(10);

@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace sendrel {
 
 namespace {
@@ -193,6 +195,38 @@ QList<CycleRow> RunStore::cycles(const RunKey &run)
     QList<CycleRow> rows;
     while (list.next())
         rows.append({static_cast<qint32>(list.integer(0)), static_cast<qint32>(list.integer(1))});
+    return rows;
+}
+
+std::vector<TreeRow> RunStore::treesOfCycle(const RunKey &run, qint64 cycle)
+{
+    // Read in the index's order and sorted here: SQLite's sorter took two thirds of the time of a
+    // stand table's cycle. A stable sort keeps records alike in species and diameter in table order.
+    Statement trees(DBEngine, QStringLiteral("SELECT Species_Code, Current_Diameter, Total_Volume, Trees_per_ha, "
+                                             "Species_Code IS NULL, Current_Diameter IS NULL "
+                                             "FROM Model_Entries WHERE Run_Id = ?1 AND Standing_Harvested = ?2 AND Cycle_Number = ?3"));
+    trees.bind(1, run.runId).bind(2, run.letter()).bind(3, cycle);
+    struct Keyed {
+        bool speciesNull;
+        bool diameterNull;
+        TreeRow row;
+    };
+    std::vector<Keyed> keyed;
+    while (trees.next())
+        keyed.push_back({trees.integer(4) != 0, trees.integer(5) != 0, {trees.real(0), trees.real(1), trees.real(2), trees.real(3)}});
+    std::stable_sort(keyed.begin(), keyed.end(), [](const Keyed &a, const Keyed &b) {
+        if (a.speciesNull != b.speciesNull)
+            return a.speciesNull;
+        if (a.row.speciesCode != b.row.speciesCode)
+            return a.row.speciesCode < b.row.speciesCode;
+        if (a.diameterNull != b.diameterNull)
+            return a.diameterNull;
+        return a.row.diameter < b.row.diameter;
+    });
+    std::vector<TreeRow> rows;
+    rows.reserve(keyed.size());
+    for (const Keyed &k : keyed)
+        rows.push_back(k.row);
     return rows;
 }
 

@@ -10,6 +10,7 @@
 #include <QVariant>
 
 #include <optional>
+#include <vector>
 
 namespace sendrel {
 
@@ -103,8 +104,10 @@ public:
     // not part of the lookup.
     QList<CycleRow> cycles(const RunKey &run);
 
-    // Calls f(const TreeRow &) for every tree record of one cycle of a run, ordered by species
-    // code and diameter.
+    // The tree records of one cycle of a run, ordered by species code and diameter as an ORDER BY
+    // orders them (NULL first), records of the same species and diameter in table order.
+    std::vector<TreeRow> treesOfCycle(const RunKey &run, qint64 cycle);
+    // Calls f(const TreeRow &) for each of them in that order.
     template <typename F> void forEachTree(const RunKey &run, qint64 cycle, F &&f);
 
 private:
@@ -114,18 +117,8 @@ private:
 
 template <typename F> void RunStore::forEachTree(const RunKey &run, qint64 cycle, F &&f)
 {
-    Statement trees(DBEngine, QStringLiteral("SELECT Species_Code, Current_Diameter, Total_Volume, Trees_per_ha "
-                                             "FROM Model_Entries WHERE Run_Id = ?1 AND Standing_Harvested = ?2 "
-                                             "AND Cycle_Number = ?3 ORDER BY Species_Code, Current_Diameter"));
-    trees.bind(1, run.runId).bind(2, run.letter()).bind(3, cycle);
-    TreeRow row;
-    while (trees.next()) {
-        row.speciesCode = trees.real(0);
-        row.diameter = trees.real(1);
-        row.totalVolume = trees.real(2);
-        row.treesPerHa = trees.real(3);
+    for (const TreeRow &row : treesOfCycle(run, cycle))
         f(row);
-    }
 }
 
 }  // namespace sendrel
