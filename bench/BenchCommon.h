@@ -25,8 +25,12 @@ inline void ParseOptions(QCommandLineParser &parser, const QList<QCommandLineOpt
     parser.setApplicationDescription(description);
     parser.addOptions(options);
     parser.addHelpOption();
-    if (!parser.parse(QCoreApplication::arguments()) || !parser.positionalArguments().isEmpty()) {
-        std::fprintf(stderr, "%s\n%s", qPrintable(parser.errorText()), qPrintable(parser.helpText()));
+    const bool parsed = parser.parse(QCoreApplication::arguments());
+    if (!parsed || !parser.positionalArguments().isEmpty()) {
+        // The parser has no error text for a stray argument: that one is ours to name.
+        const QString error =
+            parsed ? QStringLiteral("unexpected argument: %1").arg(parser.positionalArguments().constFirst()) : parser.errorText();
+        std::fprintf(stderr, "%s\n%s", qPrintable(error), qPrintable(parser.helpText()));
         std::exit(2);
     }
     if (parser.isSet(QStringLiteral("help"))) {

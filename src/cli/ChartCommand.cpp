@@ -75,12 +75,14 @@ public:
         const QString yMax = parser.value(QStringLiteral("y-max"));
         static const QRegularExpression digits(QStringLiteral("^[0-9]{1,15}$"));
         if (parser.isSet(QStringLiteral("y-max")) && !digits.match(yMax).hasMatch())
-            throw CliUsageFault{QStringLiteral("--y-max takes digits only, not '%1'").arg(yMax)};
+            throw RefusedValue(QStringLiteral("y-max"), QStringLiteral("digits only"), yMax);
         const int grid = ChoiceOption(parser, QStringLiteral("grid"), kGrids, -1);
         const QString output = parser.value(QStringLiteral("o"));
         const QString type = QFileInfo(output).suffix().toLower();
-        if (output.isEmpty() || (type != QLatin1String("png") && type != QLatin1String("svg") && type != QLatin1String("pdf")))
+        if (output.isEmpty())
             throw CliUsageFault{QStringLiteral("-o needs a .png, .svg or .pdf file")};
+        if (type != QLatin1String("png") && type != QLatin1String("svg") && type != QLatin1String("pdf"))
+            throw RefusedValue(QStringLiteral("o"), QStringLiteral("a .png, .svg or .pdf file"), output);
         if (!CurrentChartFileWriter())
             throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"), QStringLiteral("This build cannot draw charts."));
 

@@ -130,7 +130,8 @@ int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
     if (global.isSet(wait)) {
         static const QRegularExpression seconds(QStringLiteral("^[0-9]{1,5}(\\.[0-9]+)?$"));
         if (!seconds.match(global.value(wait)).hasMatch())
-            return usageError(ctx, QStringLiteral("--wait takes a number of seconds, not '%1'").arg(global.value(wait)), toolUsage());
+            return usageError(ctx, RefusedValue(QStringLiteral("wait"), QStringLiteral("a number of seconds"), global.value(wait)).message,
+                              toolUsage());
         ctx.lockWait = std::chrono::milliseconds(static_cast<qint64>(global.value(wait).toDouble() * 1000));
     }
 
@@ -186,6 +187,13 @@ int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
     }
 }
 
+CliUsageFault RefusedValue(const QString &option, const QString &what, const QString &value)
+{
+    // Escaped, so that a value with a line end in it still makes one line of stderr.
+    return CliUsageFault{QStringLiteral("%1%2 takes %3, not '%4'")
+                             .arg(option.size() == 1 ? QStringLiteral("-") : QStringLiteral("--"), option, what, EscapedForLine(value))};
+}
+
 RunKind KindOption(const QCommandLineParser &parser)
 {
     if (!parser.isSet(QStringLiteral("kind")))
@@ -193,7 +201,7 @@ RunKind KindOption(const QCommandLineParser &parser)
     const QString text = parser.value(QStringLiteral("kind"));
     const std::optional<RunKind> kind = ParseKind(text);
     if (!kind)
-        throw CliUsageFault{QStringLiteral("--kind takes standing, harvested, S or H, not '%1'").arg(text)};
+        throw RefusedValue(QStringLiteral("kind"), QStringLiteral("standing, harvested, S or H"), text);
     return *kind;
 }
 
@@ -205,7 +213,7 @@ QList<qint64> NumberListOption(const QCommandLineParser &parser, const QString &
     for (const QString &part : text.split(QLatin1Char(','))) {
         const QString p = part.trimmed();
         if (!wholeNumber.match(p).hasMatch())
-            throw CliUsageFault{QStringLiteral("--%1 takes whole numbers separated by commas, not '%2'").arg(name, text)};
+            throw RefusedValue(name, QStringLiteral("whole numbers separated by commas"), text);
         numbers.append(p.toLongLong());
     }
     return numbers;
@@ -218,18 +226,18 @@ int ChoiceOption(const QCommandLineParser &parser, const QString &name, const QS
     const QString text = parser.value(name);
     const qsizetype at = choices.indexOf(text.toLower());
     if (at < 0)
-        throw CliUsageFault{QStringLiteral("--%1 takes %2, not '%3'").arg(name, choices.join(QStringLiteral(", ")), text)};
+        throw RefusedValue(name, choices.join(QStringLiteral(", ")), text);
     return static_cast<int>(at);
 }
 
-QString RunIdArgument(const QString &text, const QString &what)
+QString RunIdArgument(const QString &text, const QString &option)
 {
     if (text.isEmpty())
-        throw CliUsageFault{QStringLiteral("%1 needs a Run Id").arg(what)};
-    if (text.size() > kMostRunIdCharacters)
-        throw CliUsageFault{QStringLiteral("%1 takes a Run Id of at most %2 characters, as the desktop's Run Id box does")
-                                .arg(what)
-                                .arg(kMostRunIdCharacters)};
+        throw CliUsageFault{QStringLiteral("--%1 needs a Run Id").arg(option)};
+    if (text.size() > kMostRunIdCharacters) {
+        throw RefusedValue(option, QStringLiteral("a Run Id of at most %1 characters, as the desktop's Run Id box does").arg(kMostRunIdCharacters),
+                           text);
+    }
     return text;
 }
 

@@ -72,14 +72,18 @@ const ChartFileWriter &CurrentChartFileWriter();
 
 // Values shared by the commands, checked in one way with one wording.
 
+// An option's value refused: "--NAME takes WHAT, not 'VALUE'" (-NAME for a one-letter option), the
+// one wording for every refused value. A value that is missing or empty "needs" one instead.
+CliUsageFault RefusedValue(const QString &option, const QString &what, const QString &value);
+
 // --kind: standing, harvested, S or H, in any case.
 RunKind KindOption(const QCommandLineParser &parser);
 // "1,2,4": whole numbers separated by commas.
 QList<qint64> NumberListOption(const QCommandLineParser &parser, const QString &name);
 // One of the words given, as its index.
 int ChoiceOption(const QCommandLineParser &parser, const QString &name, const QStringList &choices, int fallback);
-// A Run Id as a user gives it: at most 25 characters, as the desktop's Run Id box takes.
-QString RunIdArgument(const QString &text, const QString &what);
+// A Run Id as a user gives it to an option: at most 25 characters, as the desktop's Run Id box takes.
+QString RunIdArgument(const QString &text, const QString &option);
 
 inline constexpr int kMostRunIdCharacters = 25;
 

@@ -20,7 +20,7 @@ int numberOption(const QCommandLineParser &parser, const QString &name, int mini
     bool ok = false;
     const int n = parser.value(name).toInt(&ok);
     if (!ok || n < minimum || n > maximum)
-        throw CliUsageFault{QStringLiteral("--%1 takes a number from %2 to %3").arg(name).arg(minimum).arg(maximum)};
+        throw RefusedValue(name, QStringLiteral("a number from %1 to %2").arg(minimum).arg(maximum), parser.value(name));
     return n;
 }
 

@@ -38,7 +38,7 @@ public:
         const RunKind kind = KindOption(parser);
         QString runId;
         if (parser.isSet(QStringLiteral("run-id")))
-            runId = RunIdArgument(parser.value(QStringLiteral("run-id")), QStringLiteral("--run-id"));
+            runId = RunIdArgument(parser.value(QStringLiteral("run-id")), QStringLiteral("run-id"));
         const int onDuplicate = ChoiceOption(parser, QStringLiteral("on-duplicate"),
                                              {QStringLiteral("fail"), QStringLiteral("overwrite"), QStringLiteral("rename")}, 0);
 

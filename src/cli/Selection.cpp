@@ -24,7 +24,7 @@ QList<CycleListEntry> SelectedEntries(const QCommandLineParser &parser, const QV
     const bool byCycle = given.startsWith(QLatin1String("cycle"));
     const QList<qint64> wanted = NumberListOption(parser, given);
     if (!given.endsWith(QLatin1Char('s')) && wanted.size() != 1)
-        throw CliUsageFault{QStringLiteral("--%1 takes one whole number").arg(given)};
+        throw RefusedValue(given, QStringLiteral("one whole number"), parser.value(given));
     auto keyOf = [byCycle](const CycleListEntry &e) { return byCycle ? static_cast<qint64>(e.cycle) : static_cast<qint64>(ReadNumber(e.yearText)); };
     for (const qint64 w : wanted) {
         bool found = false;
@@ -47,9 +47,10 @@ void LayoutFromFlagsOrSettings(const QCommandLineParser &parser, const Settings 
 {
     ClassEntryCheck check;
     if (parser.isSet(QStringLiteral("classes"))) {
-        const QStringList parts = parser.value(QStringLiteral("classes")).split(QLatin1Char(','));
+        const QString classes = parser.value(QStringLiteral("classes"));
+        const QStringList parts = classes.split(QLatin1Char(','));
         if (parts.size() != 3)
-            throw CliUsageFault{QStringLiteral("--classes takes START,WIDTH,COUNT")};
+            throw RefusedValue(QStringLiteral("classes"), QStringLiteral("START,WIDTH,COUNT"), classes);
         check = layout.SetClasses(parts.at(0), parts.at(1), parts.at(2));
     } else {
         check = layout.SetClasses(DefaultText(settings.ClassesStart), DefaultText(settings.ClassesWidth), DefaultText(settings.NumClasses));

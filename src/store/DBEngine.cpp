@@ -209,8 +209,18 @@ void clsDBEngine::UseWriteAheadLog()
             mode = current.text(0);
         current.reset();
     }
-    if (mode.compare(QLatin1String("wal"), Qt::CaseInsensitive) != 0)
-        sqlite3_exec(handle(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
+    if (mode.compare(QLatin1String("wal"), Qt::CaseInsensitive) == 0)
+        return;
+    try {
+        Statement(*this, QStringLiteral("PRAGMA journal_mode = WAL")).next();
+    } catch (const SendrelError &) {
+        // The switch writes the file's header. A file, or a folder, that this program may only
+        // read refuses it: such a file is still read in its old mode, and a write to it fails
+        // when it is made, telling why. Anything else (a lock held past the wait, a damaged file)
+        // is a failure like any other statement's.
+        if ((sqlite3_errcode(handle()) & 0xff) != SQLITE_READONLY)
+            throw;
+    }
 }
 
 bool clsDBEngine::InTransaction() const

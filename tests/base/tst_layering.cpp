@@ -15,6 +15,7 @@ class tst_layering : public QObject {
     struct Include {
         QString from;   // file, relative to src/
         QString header;
+        QString written;   // "layer/x.h", or <layer/x.h> as a system header would be
         int line;
     };
 
@@ -39,7 +40,7 @@ class tst_layering : public QObject {
     QList<Include> includes()
     {
         const QString src = QStringLiteral(SENDREL_SOURCE_DIR "/src/");
-        static const QRegularExpression quoted(QStringLiteral("^\\s*#\\s*include\\s+\"([^\"]+)\""));
+        static const QRegularExpression include(QStringLiteral("^\\s*#\\s*include\\s+(\"([^\"]+)\"|<([^>]+)>)"));
         QList<Include> found;
         QDirIterator it(src, {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files, QDirIterator::Subdirectories);
         while (it.hasNext()) {
@@ -50,9 +51,14 @@ class tst_layering : public QObject {
             int line = 0;
             while (!f.atEnd()) {
                 ++line;
-                const QRegularExpressionMatch m = quoted.match(QString::fromUtf8(f.readLine()));
-                if (m.hasMatch())
-                    found.append({file.mid(src.size()), m.captured(1), line});
+                const QRegularExpressionMatch m = include.match(QString::fromUtf8(f.readLine()));
+                if (!m.hasMatch())
+                    continue;
+                // A header in angle brackets is the project's own when it is named from one of its layers.
+                const bool angled = m.capturedLength(2) == 0;
+                const QString header = angled ? m.captured(3) : m.captured(2);
+                if (!angled || rankOf(header.section(QLatin1Char('/'), 0, 0)) >= 0)
+                    found.append({file.mid(src.size()), header, m.captured(1), line});
             }
         }
         return found;
@@ -65,7 +71,7 @@ private slots:
         QVERIFY(all.size() > 100);
         QStringList faults;
         for (const Include &i : all) {
-            const QString where = QStringLiteral("%1:%2 includes \"%3\"").arg(i.from).arg(i.line).arg(i.header);
+            const QString where = QStringLiteral("%1:%2 includes %3").arg(i.from).arg(i.line).arg(i.written);
             if (i.header.contains(QLatin1String("..")) || !i.header.contains(QLatin1Char('/'))) {
                 faults.append(where + QStringLiteral(": headers are named from the source root"));
                 continue;

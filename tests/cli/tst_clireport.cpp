@@ -170,16 +170,10 @@ private slots:
         QTest::newRow("an unknown report") << QStringList{"volume", "CLIRPT", "--kind", "S"} << "report takes stand, stock or composition, not 'volume'";
         QTest::newRow("cycles and years") << QStringList{"stand", "CLIRPT", "--kind", "S", "--cycles", "1", "--years", "2000"}
                                           << "give one of --cycle, --year, --cycles and --years";
-        QTest::newRow("cycles not numbers") << QStringList{"stand", "CLIRPT", "--kind", "S", "--cycles", "1,two"}
-                                            << "--cycles takes whole numbers separated by commas";
-        QTest::newRow("classes of two parts") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "0,10"}
-                                              << "--classes takes START,WIDTH,COUNT";
         QTest::newRow("classes of a composition") << QStringList{"composition", "CLIRPT", "--kind", "S", "--classes", "0,10,10"}
                                                   << "--classes is no option of report composition";
         QTest::newRow("a statistic of a stand table") << QStringList{"stand", "CLIRPT", "--kind", "S", "--statistic", "gtv"}
                                                       << "--statistic is no option of report stand";
-        QTest::newRow("an unknown statistic") << QStringList{"composition", "CLIRPT", "--kind", "S", "--statistic", "merch"}
-                                              << "--statistic takes sph, basal-area, gtv, not 'merch'";
         QTest::newRow("a title of 51") << QStringList{"stand", "CLIRPT", "--kind", "S", "--title", QString(51, QLatin1Char('t'))}
                                        << "--title takes at most 50 characters";
     }

@@ -92,8 +92,6 @@ private slots:
         QTest::addColumn<QString>("said");
         QTest::newRow("workbook to stdout") << QStringList{"summary", "CLIRPT", "--kind", "S", "--format", "xlsx", "-o", "-"} << 2
                                             << "a workbook cannot go to the standard output";
-        QTest::newRow("json report") << QStringList{"report", "stand", "CLIRPT", "--kind", "S", "--format", "json"} << 2
-                                     << "--format takes txt, csv, xlsx, not 'json'";
         QTest::newRow("no such run") << QStringList{"summary", "NONE", "--kind", "S"} << 1 << "There is no run NONE:Standing";
         QTest::newRow("a missing folder") << QStringList{"summary", "CLIRPT", "--kind", "S", "--format", "xlsx", "-o", "missing/s.xlsx"} << 1
                                           << "missing/s.xlsx";
