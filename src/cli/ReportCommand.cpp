@@ -105,17 +105,12 @@ public:
         }
         if (output.isEmpty())
             request.reportPath = ReportFilePath(session.tm.ReportFolder(), run.runId, kindOfReport);
-        else if (output != QLatin1String("-"))
-            request.reportPath = output;
 
         StandStockData data(layout, session.tm.db.NumSpecies);
         const CompiledStandStockReport report = CompileStandStockReport(session.tm.db, session.questions, request, layout, data);
         if (!report.compiled || report.text.isEmpty())
             return CliFailure;   // what went wrong has been told on stderr
-        if (output == QLatin1String("-"))
-            ctx.out << report.text;
-        else if (output.isEmpty())
-            ctx.out << report.ReportFile << '\n';
+        deliver(ctx, output, report.text, report.ReportFile);
         return CliOk;
     }
 
@@ -163,18 +158,26 @@ private:
         }
         if (output.isEmpty())
             request.reportPath = ReportFilePath(session.tm.ReportFolder(), run.runId, ReportKind::Species);
-        else if (output != QLatin1String("-"))
-            request.reportPath = output;
         session.tm.CurrentRunId = run.runId;
 
         const CompiledStandLevelsReport report = CompileStandLevelsReport(db, session.questions, request);
         if (!report.compiled || report.text.isEmpty())
             return CliFailure;   // what went wrong has been told on stderr
-        if (output == QLatin1String("-"))
-            ctx.out << report.text;
-        else if (output.isEmpty())
-            ctx.out << report.ReportFile << '\n';
+        deliver(ctx, output, report.text, report.ReportFile);
         return CliOk;
+    }
+
+    // The report made: to stdout, to the file of -o, or its path printed when it went to its
+    // place. The generator writes only that place, whose earlier report a failure removes; a file
+    // the user names is written here, once the text is made, so that a failure leaves it as it was.
+    static void deliver(CliContext &ctx, const QString &output, const QString &text, const QString &placed)
+    {
+        if (output == QLatin1String("-"))
+            ctx.out << text;
+        else if (output.isEmpty())
+            ctx.out << placed << '\n';
+        else
+            SaveReportText(output, text);
     }
 };
 

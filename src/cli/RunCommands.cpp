@@ -149,6 +149,9 @@ public:
             throw CliUsageFault{QStringLiteral("describe needs a Run Id")};
         CliSession session(ctx);
         session.open();
+        // A row is small, but the file is read whole first, as before an import or a delete: a
+        // damaged file is refused untouched.
+        session.tm.db.checkNotDamaged();
         clsDBEngine &engine = session.tm.DBEngine;
         WriteTransaction transaction(engine);
         Statement(engine, QStringLiteral("INSERT OR IGNORE INTO Run (Run_Id) VALUES (?1)")).bind(1, runId).run();

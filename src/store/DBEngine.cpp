@@ -75,6 +75,14 @@ SendrelError clsDBEngine::errorFrom(int rc) const
     }
 }
 
+SendrelError clsDBEngine::failure(int rc)
+{
+    const int primary = rc & 0xff;
+    if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB)
+        m_damageFound = true;
+    return errorFrom(rc);
+}
+
 void clsDBEngine::setLockWait(std::chrono::milliseconds wait)
 {
     m_lockWait = wait;
@@ -95,6 +103,7 @@ void clsDBEngine::CreateDB()
 void clsDBEngine::open(bool create)
 {
     CloseDB();
+    m_damageFound = false;
     const QFileInfo file(PathToDB);
     if (create && file.exists()) {
         throw SendrelError(58, kSource, QStringLiteral("File already exists: ") + QDir::toNativeSeparators(PathToDB));
@@ -281,7 +290,7 @@ Statement::Statement(clsDBEngine &engine, const QString &sql) : m_engine(engine)
     if (rc != SQLITE_OK) {
         sqlite3_finalize(m_stmt);
         m_stmt = nullptr;
-        throw engine.errorFrom(rc);
+        throw engine.failure(rc);
     }
     if (!m_stmt)   // an empty text: nothing to run
         throw SendrelError(ErrNo::CommandFailure, kSource, QStringLiteral("The statement is empty."));
@@ -370,7 +379,7 @@ bool Statement::next()
         return true;
     sqlite3_reset(m_stmt);
     if (rc != SQLITE_DONE)
-        throw m_engine.errorFrom(rc);
+        throw m_engine.failure(rc);
     return false;
 }
 
@@ -379,7 +388,7 @@ void Statement::run()
     const int rc = step();
     sqlite3_reset(m_stmt);
     if (rc != SQLITE_DONE && rc != SQLITE_ROW)
-        throw m_engine.errorFrom(rc);
+        throw m_engine.failure(rc);
 }
 
 void Statement::reset()

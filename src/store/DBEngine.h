@@ -69,6 +69,9 @@ public:
 
     // A failure of SQLite (result code rc on this connection) in the program's form.
     SendrelError errorFrom(int rc) const;
+    // True once a statement of this connection has found the file damaged or no database, until
+    // it is opened again: what was written before such a failure is not to be committed.
+    bool damageFound() const { return m_damageFound; }
 
     // The rowid of the last row added on this connection.
     qint64 lastInsertRowid() const;
@@ -76,11 +79,14 @@ public:
 private:
     friend class Statement;
     void open(bool create);
+    // errorFrom, noting damage.
+    SendrelError failure(int rc);
     Statement &insertFor(const QString &table, int valueCount, bool AutoN);
 
     QString m_connectionName;
     sqlite3 *m_handle = nullptr;
     std::chrono::milliseconds m_lockWait = kDefaultLockWait;
+    bool m_damageFound = false;
     QHash<QString, std::shared_ptr<Statement>> m_inserts;
 };
 
@@ -146,6 +152,7 @@ public:
     // Rolls back what is open; nothing when SQLite has already ended the transaction.
     void rollback() noexcept;
     bool isOpen() const { return m_open; }
+    clsDBEngine &engine() const { return m_engine; }
 
 private:
     clsDBEngine &m_engine;

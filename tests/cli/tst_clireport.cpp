@@ -130,7 +130,8 @@ private slots:
         QCOMPARE(lines.at(first + 4), QStringLiteral("        45         0         0         5         5"));
     }
 
-    // What the desktop would refuse or fail on fails here with its words, and leaves no file.
+    // What the desktop would refuse or fail on fails here with its words, and leaves no file; a
+    // file of the user's at -o stays as it was.
     void failures_data()
     {
         QTest::addColumn<QStringList>("args");
@@ -150,17 +151,24 @@ private slots:
                                                 << "Error printing report";
         QTest::newRow("an output that cannot be written")
             << QStringList{"stand", "CLIRPT", "--kind", "S", "-o", "/nonexistent-folder/x.txt"} << "/nonexistent-folder/x.txt";
+        QTest::newRow("no tree in the classes, over a file of the user")
+            << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "100,10,3", "-o", "mine.txt"} << "Error printing report";
     }
     void failures()
     {
         QFETCH(QStringList, args);
         QFETCH(QString, said);
         m_db->addRun(QStringLiteral("EMPTY"), QStringLiteral("S"));
+        const qsizetype mine = args.indexOf(QStringLiteral("mine.txt"));
+        if (mine >= 0)
+            args[mine] = m_db->writeFile(QStringLiteral("mine.txt"), "the user's own");
         const CliRun r = report(args);
         QCOMPARE(r.code, 1);
         QVERIFY2(r.err.contains(said), qPrintable(r.err));
         QCOMPARE(r.out, QString());
         QCOMPARE(QDir(m_db->workDir()).entryList(QDir::Files), QStringList());
+        if (mine >= 0)
+            QCOMPARE(ReadWholeFile(args.at(mine)), QByteArray("the user's own"));
     }
 
     void usageErrors_data()

@@ -17,6 +17,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTextBrowser>
 
 using namespace sendrel;
@@ -183,6 +184,30 @@ private slots:
         right->showMinimized();
         frame.Arrange(kArrangeIcons);
         QCOMPARE(right->pos(), QPoint(0, area.bottom() - right->height() + 1));
+    }
+
+    // Two windows of a report's size side by side reach past a frame of 1024x720: the work area
+    // scrolls to the right-hand one.
+    void workAreaScrollsToWindowsPastTheFrame()
+    {
+        GuiBench b;
+        frmSendrel frame(b.tm);
+        frame.resize(1024, 720);
+        frame.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&frame));
+        auto *area = frame.findChild<QMdiArea *>(QStringLiteral("mdiArea"));
+        QMdiSubWindow *left = addPlain(frame, QPoint(0, 0));
+        QMdiSubWindow *right = addPlain(frame, QPoint(0, 0));
+        left->resize(700, 500);
+        right->resize(700, 500);
+        frame.LeftForm() = left->widget();
+        frame.RightForm() = right->widget();
+        frame.ArrangeWindows();
+        QApplication::processEvents();
+        QVERIFY(area->horizontalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
+        QVERIFY(area->verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
+        QVERIFY(area->horizontalScrollBar()->isVisible());
+        QVERIFY(area->viewport()->width() + area->horizontalScrollBar()->maximum() >= right->geometry().right() + 1);
     }
 
     // A failure inside the folder check is shown with the frame's tag and ends the program.

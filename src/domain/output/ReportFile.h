@@ -48,7 +48,9 @@ struct GeneratedReport {
 
 // The generator: the report text of the run, written to path unless that is empty. A failure is
 // told to the user ("The report data is unavailable.", or "Error printing report" and the cause)
-// and leaves no file at path.
+// and leaves no file at path: path is the program's own report file (ReportFilePath), whose
+// earlier report is not to pass for this one. A file the user named is written by SaveReportText
+// once the text is made.
 GeneratedReport GenerateReport(RunStore &db, UserQuestions &questions, qint16 kind, const QString &runId, const QString &path,
                                const QString &description, const ReportClock &clock = ReportClockNow);
 

@@ -17,6 +17,12 @@ void KeepWhatWasWritten(std::optional<WriteTransaction> &transaction) noexcept
 {
     if (!transaction || !transaction->isOpen())
         return;
+    // A damaged file is left as it was found: what a commit would write there could be lost or
+    // spread the damage.
+    if (transaction->engine().damageFound()) {
+        transaction->rollback();
+        return;
+    }
     try {
         transaction->commit();
     } catch (const SendrelError &) {

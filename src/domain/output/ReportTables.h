@@ -13,7 +13,8 @@ class RunStore;
 void ClearReportTables(RunStore &db, bool standLevels);
 
 // After a failure part way through a report: commits the scratch rows written so far, as they
-// would stand had each statement stood alone; when even that fails, nothing is kept.
+// would stand had each statement stood alone; when even that fails, or the failure found the
+// file damaged, nothing is kept.
 void KeepWhatWasWritten(std::optional<WriteTransaction> &transaction) noexcept;
 
 }  // namespace sendrel

@@ -96,6 +96,9 @@ CompiledStandStockReport CompileStandStockReport(RunStore &db, UserQuestions &qu
             }
             cycles.push_back(data);
         }
+        // A damaged file is not written to at all.
+        if (aggregationFailure && db.DBEngine.damageFound())
+            throw *aggregationFailure;
 
         // The scratch tables are written and read back in one transaction: another program's report
         // can neither mix its rows in nor see these half written.
