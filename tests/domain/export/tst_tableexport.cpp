@@ -5,6 +5,7 @@
 #include "support/RunDatabase.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -83,6 +84,10 @@ private slots:
         QVERIFY(sheet.contains("<c r=\"A3\"><v>17.5</v></c>"));
         QVERIFY(workbookPart(path, QStringLiteral("xl/sharedStrings.xml")).contains("FD (SPH)"));
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("t.xlsx")});
+        // Readable by others as any new file of the user is, not a scratch file's owner-only mode.
+        QFile plain(dir.filePath(QStringLiteral("plain")));
+        QVERIFY(plain.open(QIODevice::WriteOnly));
+        QCOMPARE(QFileInfo(path).permissions(), plain.permissions());
     }
 
     // A place that cannot take the file: a clear message naming it, and nothing left behind.
@@ -94,6 +99,8 @@ private slots:
         QTest::newRow("xlsx into a missing folder") << "xlsx" << "missing/t.xlsx";
         QTest::newRow("csv over a folder") << "csv" << "taken";
         QTest::newRow("xlsx over a folder") << "xlsx" << "taken";
+        QTest::newRow("csv over a read-only file") << "csv" << "locked";
+        QTest::newRow("xlsx over a read-only file") << "xlsx" << "locked";
     }
     void unwritableTargets()
     {
@@ -102,6 +109,15 @@ private slots:
         QTemporaryDir dir;
         QDir(dir.path()).mkdir(QStringLiteral("taken"));
         const QString path = dir.filePath(target);
+        const bool locked = target == QLatin1String("locked");
+        if (locked) {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("kept") == 4);
+            file.close();
+            QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+            if (QFileInfo(path).isWritable())
+                QSKIP("the superuser may write any file");
+        }
         try {
             if (format == QLatin1String("csv"))
                 SaveCsv(sample(), path);
@@ -110,8 +126,13 @@ private slots:
             QFAIL("wrote where no file can be");
         } catch (const SendrelError &e) {
             QVERIFY2(e.description().contains(target), qPrintable(e.description()));
+            // Both formats refuse a read-only file alike.
+            if (locked)
+                QVERIFY2(e.description().contains(QStringLiteral("Existing file %1 is not writable").arg(path)), qPrintable(e.description()));
         }
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), locked ? QStringList{target} : QStringList());
+        if (locked)
+            QCOMPARE(ReadWholeFile(path), QByteArray("kept"));
     }
 };
 
