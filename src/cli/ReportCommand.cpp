@@ -48,7 +48,9 @@ public:
                 QCommandLineOption(QStringLiteral("title"), QStringLiteral("The report's title, at most 50 characters."), QStringLiteral("TEXT")),
                 QCommandLineOption(QStringLiteral("description"), QStringLiteral("The report's description."), QStringLiteral("TEXT")),
                 QCommandLineOption(QStringLiteral("format"),
-                                   QStringLiteral("txt (default): the report file; csv or xlsx: its table as numbers, a sheet per year."),
+                                   QStringLiteral("txt (default): the report file; csv or xlsx: its table as numbers. Stand and stock: "
+                                                  "csv one table of all years, xlsx a sheet per year. Composition: csv the table of "
+                                                  "--statistic, xlsx a sheet per statistic (SPH, basal area, GTV)."),
                                    QStringLiteral("FORMAT")),
                 QCommandLineOption(QStringLiteral("o"), QStringLiteral("Where the report goes: a file, or - for stdout."), QStringLiteral("FILE"))};
     }
@@ -150,10 +152,13 @@ private:
             if (request.CycleRS.isEmpty() || request.SpeciesListRS.isEmpty())
                 throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
                                    QStringLiteral("Run %1 has no cycles or no trees to report.").arg(EscapedForLine(run.displayName())));
-            const ExportTable table = StandLevelsExportTable(db, *request.sums, statistic);
+            // The workbook holds every statistic, as the window's Export... writes it; the CSV the one asked for.
+            QList<ExportTable> sheets;
+            for (StandLevelsStatistic s : {StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea, StandLevelsStatistic::MerchVol})
+                sheets.append(StandLevelsExportTable(db, *request.sums, s));
             QString defaultPath = ReportFilePath(session.tm.ReportFolder(), run.runId, ReportKind::Species);
             defaultPath.replace(defaultPath.size() - 4, 4, FormatSuffix(format));
-            WriteTableOutput(ctx, format, output, defaultPath, QByteArray(), {table}, table);
+            WriteTableOutput(ctx, format, output, defaultPath, QByteArray(), sheets, StandLevelsExportTable(db, *request.sums, statistic));
             return CliOk;
         }
         if (output.isEmpty())

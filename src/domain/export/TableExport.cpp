@@ -10,10 +10,7 @@
 
 #include <xlsxwriter.h>
 
-#include <cerrno>
 #include <cmath>
-#include <cstring>
-#include <cstdio>
 
 namespace sendrel {
 
@@ -98,24 +95,30 @@ void SaveCsv(const ExportTable &table, const QString &path)
 
 void SaveXlsx(const QList<ExportTable> &tables, const QString &path)
 {
-    // The workbook is written beside the target under a name of its own, then moved into place.
-    const QFileInfo target(path);
-    if (!target.dir().exists())
-        throw cannotWrite(path, QStringLiteral("the folder does not exist"));
-    QString temporary;
+    // The target is opened as the CSV's is, before any work: an existing file that may not be
+    // written is refused, and the workbook replaces it whole on commit, keeping its permissions (a
+    // new file gets those of any new file).
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        throw cannotWrite(path, file.errorString());
+    // libxlsxwriter writes only to a named file: the workbook is made in a scratch file of its own,
+    // then copied into place.
+    QString scratch;
     {
-        QTemporaryFile reserve(target.dir().filePath(QStringLiteral(".%1.XXXXXX").arg(target.fileName())));
+        QTemporaryFile reserve(QDir::temp().filePath(QStringLiteral("sendrel-export-XXXXXX.xlsx")));
         reserve.setAutoRemove(false);
         if (!reserve.open())
             throw cannotWrite(path, reserve.errorString());
-        temporary = reserve.fileName();
+        scratch = reserve.fileName();
     }
-    const QByteArray nativeTemporary = QFile::encodeName(temporary);
-    lxw_workbook *workbook = workbook_new(nativeTemporary.constData());
-    if (!workbook) {
-        QFile::remove(temporary);
-        throw cannotWrite(path, QStringLiteral("the workbook cannot be made"));
-    }
+    const auto fail = [&](const QString &why) {
+        QFile::remove(scratch);
+        file.cancelWriting();
+        return cannotWrite(path, why);
+    };
+    lxw_workbook *workbook = workbook_new(QFile::encodeName(scratch).constData());
+    if (!workbook)
+        throw fail(QStringLiteral("the workbook cannot be made"));
     lxw_format *bold = workbook_add_format(workbook);
     format_set_bold(bold);
     QStringList taken;
@@ -144,13 +147,23 @@ void SaveXlsx(const QList<ExportTable> &tables, const QString &path)
         }
     }
     const lxw_error error = workbook_close(workbook);
-    if (error != LXW_NO_ERROR) {
-        QFile::remove(temporary);
-        throw cannotWrite(path, QString::fromUtf8(lxw_strerror(error)));
+    if (error != LXW_NO_ERROR)
+        throw fail(QString::fromUtf8(lxw_strerror(error)));
+    // A workbook is compressed: a few megabytes at most, read whole.
+    QFile made(scratch);
+    const bool opened = made.open(QIODevice::ReadOnly);
+    const QByteArray bytes = opened ? made.readAll() : QByteArray();
+    if (!opened || made.error() != QFileDevice::NoError) {
+        const QString why = made.errorString();
+        made.close();
+        throw fail(why);
     }
-    if (std::rename(nativeTemporary.constData(), QFile::encodeName(path).constData()) != 0) {
-        QFile::remove(temporary);
-        throw cannotWrite(path, QString::fromLocal8Bit(std::strerror(errno)));
+    made.close();
+    QFile::remove(scratch);
+    if (file.write(bytes) != bytes.size() || !file.commit()) {
+        const QString why = file.errorString();
+        file.cancelWriting();
+        throw cannotWrite(path, why);
     }
 }
 

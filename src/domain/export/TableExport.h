@@ -29,8 +29,9 @@ QString ExportNumber(double value);
 
 // Writes one table as CSV, or the tables as one workbook with a sheet each (numbers stored as
 // numbers, the header row frozen). The file is made under a name of its own beside the target and
-// moved into place whole, so a failure leaves nothing half written. Fails (SendrelError 75) naming
-// the file when it cannot be written.
+// moved into place whole, so a failure leaves nothing half written; it keeps the permissions of the
+// file it replaces, a new one those of any new file. Fails (SendrelError 75) naming the file when it
+// cannot be written, also when it exists and may not be written.
 void SaveCsv(const ExportTable &table, const QString &path);
 void SaveXlsx(const QList<ExportTable> &tables, const QString &path);
 

@@ -157,6 +157,13 @@ int frmStandSummary::ChartColumn() const
 void frmStandSummary::cmdExport_Click()
 {
     handled([this] {
+        // The table shown is read when the window opened: another program may have deleted the run since.
+        if (!m_tm.db.runExists(m_summary.run)) {
+            m_tm.questions.ShowInfoMessage(QStringLiteral("Run %1 is no longer in the database: another application has deleted it. "
+                                                          "There is nothing to export.")
+                                               .arg(m_summary.run.displayName()));
+            return;
+        }
         const QString path = m_tm.questions.saveFile(ExportFileRequest(QStringLiteral("Export Stand Summary"), m_tm.ReportFolder(),
                                                                        SafeFileStem(m_summary.run.runId) + QStringLiteral("_Summary")));
         if (path.isEmpty())

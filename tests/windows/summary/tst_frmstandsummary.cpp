@@ -71,6 +71,13 @@ private slots:
         b.questions.answerSaveFile(b.dir());
         QTest::mouseClick(w->cmdExport, Qt::LeftButton);
         QVERIFY(b.questions.messageTexts().last().startsWith(QStringLiteral("The following error occured:")));
+        // A run another program has deleted since: told, no file asked for.
+        const qsizetype asked = b.questions.asked().size();
+        b.tm.db.deleteRun({kReportTestRunId, RunKind::Standing});
+        QTest::mouseClick(w->cmdExport, Qt::LeftButton);
+        QCOMPARE(b.questions.asked().size(), asked + 1);
+        QCOMPARE(b.questions.messageTexts().last(), QStringLiteral("Run CLIRPT:Standing is no longer in the database: another application "
+                                                                   "has deleted it. There is nothing to export."));
 
         const QString pdf = b.filePath(QStringLiteral("summary.pdf"));
         w->setPrintDialog([&](QPrinter &printer, QWidget *) { return printer.setOutputFileName(pdf), true; });
