@@ -78,7 +78,10 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    static QChart *buildChart(const ChartData &data, bool colour, QSizeF layoutSize);
+    // scale: device pixels per chart pixel of the output, for the resolution of hatching.
+    static QChart *buildChart(const ChartData &data, bool colour, QSizeF layoutSize, qreal scale);
+    // Draws the chart laid out at the logical size, scaled into the target.
+    void render(QPainter &painter, const QRectF &target, QSizeF logical, bool colour) const;
     void showChart();
     QSize outputSize() const;
 
