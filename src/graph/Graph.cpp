@@ -11,6 +11,7 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QFontMetricsF>
+#include <QGraphicsLayout>
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>
 #include <QGuiApplication>
@@ -285,20 +286,9 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
         drawn.append(barSeries);
         auto *classes = new QBarCategoryAxis;
         classes->append(distinctLabels(data.pointLabels()));
-        // Labels stand upright when side by side they would not fit under their classes:
-        // every class keeps its label readable.
-        const QFontMetricsF metrics(axisFont);
-        double widest = 0;
-        for (const QString &l : data.pointLabels())
-            widest = qMax(widest, metrics.horizontalAdvance(l));
-        const double plotWidth = layoutSize.width() * 0.8;
-        if (points > 0 && (widest + 8) * points > plotWidth) {
-            classes->setLabelsAngle(-90);
-            // Upright, a label is one line high across its class; the chart library would cut
-            // it to dots wherever a class is narrower than its own padded measure, though the
-            // line fits.
-            classes->setTruncateLabels(false);
-        }
+        // Every class keeps its whole label: the chart library would cut one to dots wherever a
+        // class is narrower than its own generous padding, though the label fits.
+        classes->setTruncateLabels(false);
         xAxis = classes;
     } else {
         auto *years = new QValueAxis;
@@ -364,6 +354,34 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
     chart->setMargins(QMargins(kMargin, kMargin, kMargin + qCeil(key->keyWidth()), kMargin));
     key->attachTo(chart, kMargin);
 
+    if (bars) {
+        // Class labels stand upright while the widest fits its class, in a smaller type if need be;
+        // else they turn sideways. The room is known once the chart is laid out, and is looked at
+        // again whenever the plot changes size.
+        auto *classes = static_cast<QBarCategoryAxis *>(xAxis);
+        const QStringList labels = classes->categories();
+        const QFont small = withSize(axisFont, 8);
+        auto fit = [classes, labels, axisFont, small](qreal plotWidth) {
+            const qreal room = labels.isEmpty() ? plotWidth : plotWidth / labels.size();
+            auto fits = [&labels, room](const QFont &font) {
+                const QFontMetricsF metrics(font);
+                qreal widest = 0;
+                for (const QString &l : labels)
+                    widest = qMax(widest, metrics.horizontalAdvance(l));
+                return widest + 4 <= room;
+            };
+            const bool upright = fits(axisFont) || fits(small);
+            const QFont font = fits(axisFont) ? axisFont : small;
+            if (classes->labelsFont() != font)
+                classes->setLabelsFont(font);
+            if (classes->labelsAngle() != (upright ? 0 : -90))
+                classes->setLabelsAngle(upright ? 0 : -90);
+        };
+        // A first guess before the layout: the chart less its margins and key, and the value axis.
+        fit(layoutSize.width() - 2 * kMargin - key->keyWidth() - 70);
+        QObject::connect(chart, &QChart::plotAreaChanged, classes, [fit](const QRectF &plot) { fit(plot.width()); });
+    }
+
     if (!colour) {
         // Black and white means no tint anywhere: the theme's bluish greys become true greys.
         chart->setBackgroundBrush(Qt::white);
@@ -423,6 +441,9 @@ void Graph::render(QPainter &painter, const QRectF &target, QSizeF logical, bool
     QChart *chart = buildChart(*this, colour, logical, target.width() / logical.width());
     scene.addItem(chart);
     chart->setGeometry(QRectF(QPointF(0, 0), logical));
+    // The class labels may have turned at the first layout; without an event loop here, the
+    // layout they ask for is done at once.
+    chart->layout()->activate();
     if (painter.paintEngine() && painter.paintEngine()->type() == QPaintEngine::SVG)
         splitFills(scene);
     scene.setSceneRect(QRectF(QPointF(0, 0), logical));

@@ -245,6 +245,38 @@ private slots:
         QVERIFY(svg.readAll().count("fill=\"url(#fillpattern") > 12);
     }
 
+    // Class labels stand upright where the widest fits its class, else they turn sideways.
+    void classLabels_data()
+    {
+        QTest::addColumn<QStringList>("labels");
+        QTest::addColumn<int>("width");
+        QTest::addColumn<qreal>("angle");
+        QStringList midpoints;
+        QStringList ranges;
+        for (int c = 0; c < 24; ++c) {
+            midpoints.append(QString::number(2 * c + 1));
+            ranges.append(QStringLiteral("%1-%2").arg(100 + 5 * c).arg(105 + 5 * c));
+        }
+        QTest::newRow("24 midpoints in the chart window") << midpoints << 640 << 0.0;
+        QTest::newRow("24 ranges in the chart window") << ranges << 640 << -90.0;
+        QTest::newRow("24 ranges in a wide window") << ranges << 2200 << 0.0;
+    }
+
+    void classLabels()
+    {
+        QFETCH(QStringList, labels);
+        QFETCH(int, width);
+        QFETCH(qreal, angle);
+        Graph g;
+        g.resize(width, 420);
+        g.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&g));
+        fillClassChart(g, 9, labels);
+        g.ChartDraw(2);
+        QCoreApplication::processEvents();
+        QCOMPARE(g.shownChart()->axes(Qt::Horizontal).first()->labelsAngle(), angle);
+    }
+
     void printToInjectedPrinter()
     {
         QTemporaryDir dir;
