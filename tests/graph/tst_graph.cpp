@@ -185,7 +185,8 @@ private slots:
         QVERIFY(colours.contains((colour ? Graph::PaletteColour(9) : QColor(Qt::black)).rgb() & 0xffffff));
     }
 
-    // The chart window's copy: black and white on request, then colour again on screen.
+    // The chart window's copy: black and white on request, then colour again on screen; laid out
+    // as shown, with twice its pixels each way.
     void copyToClipboard()
     {
         Graph g;
@@ -197,7 +198,7 @@ private slots:
         g.ChartScreenStyle(1);
         g.ChartDraw(2);
         const QImage copied = QGuiApplication::clipboard()->image();
-        QCOMPARE(copied.size(), QSize(700, 450));
+        QCOMPARE(copied.size(), QSize(1400, 900));
         QVERIFY(allGrey(coloursOf(copied.convertToFormat(QImage::Format_RGB32))));
         QCOMPARE(qobject_cast<QBarSeries *>(g.shownChart()->series().first())->barSets().at(0)->brush().color(),
                  Graph::PaletteColour(3));
