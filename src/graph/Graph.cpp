@@ -1,6 +1,7 @@
 #include "graph/Graph.h"
 
 #include "base/SendrelError.h"
+#include "graph/ChartKey.h"
 
 #include <QBarCategoryAxis>
 #include <QBarSeries>
@@ -10,16 +11,20 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QFontMetricsF>
+#include <QGraphicsLayout>
+#include <QGraphicsRectItem>
 #include <QGraphicsScene>
 #include <QGuiApplication>
 #include <QImage>
-#include <QLegendMarker>
+#include <QLegend>
 #include <QLineSeries>
 #include <QPageSize>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QScatterSeries>
+#include <QScreen>
 #include <QSet>
 #include <QSvgGenerator>
 #include <QVBoxLayout>
@@ -77,16 +82,89 @@ QVector<QColor> makePalette()
     return palette;
 }
 
-// Black and white: patterns for bars, dash styles for lines, all drawn in black.
-// The first nine are each of a kind of their own, so that a mixed stand's species differ on paper.
-const Qt::BrushStyle kPatterns[] = {Qt::SolidPattern, Qt::Dense6Pattern, Qt::BDiagPattern, Qt::Dense3Pattern,
-                                    Qt::CrossPattern, Qt::FDiagPattern, Qt::HorPattern, Qt::DiagCrossPattern,
-                                    Qt::VerPattern, Qt::Dense5Pattern, Qt::Dense1Pattern, Qt::Dense4Pattern};
-// Lines in black and white: a dash pattern of their own for each of twelve series (eleven species
-// and their total), in units of the pen's width, each short enough to show in a legend's marker;
-// an empty pattern is a solid line.
-const QList<QList<qreal>> kDashPatterns = {{},     {3, 2},  {1, 1.5}, {3, 1.5, 1, 1.5}, {1, 3},       {2, 1},
-                                            {4, 1}, {2, 3},  {1, 1, 1, 3}, {5, 2},     {1, 1.5, 3, 1.5}, {1, 5}};
+// Black and white bars: a grey and a hatch of their own for each of twelve series (eleven species
+// and their total). Neighbours differ in grey, which still shows in bars too narrow for a hatch;
+// the hatch tells apart the series of like grey in the key and in wide bars.
+struct Fill {
+    int grey;
+    Qt::BrushStyle hatch;
+};
+const Fill kFills[] = {{0, Qt::NoBrush},        {255, Qt::NoBrush},    {150, Qt::NoBrush},        {255, Qt::BDiagPattern},
+                       {85, Qt::NoBrush},       {210, Qt::NoBrush},    {0, Qt::HorPattern},       {255, Qt::CrossPattern},
+                       {150, Qt::FDiagPattern}, {255, Qt::VerPattern}, {85, Qt::DiagCrossPattern}, {210, Qt::HorPattern}};
+// The text key of a fill's tile that names its place in kFills.
+const QString kFillKey = QStringLiteral("sendrel-fill");
+
+QBrush groundOf(int fill)
+{
+    const int grey = kFills[fill].grey;
+    return QColor(grey, grey, grey);
+}
+
+// A hatch is drawn in white on the dark greys.
+QBrush hatchOf(int fill)
+{
+    return QBrush(kFills[fill].grey < 128 ? Qt::white : Qt::black, kFills[fill].hatch);
+}
+
+// A bar has one brush: a hatched bar's is a tile of its grey with its hatch over it. The tile has
+// the output's resolution (scale: device pixels per chart pixel), so that the hatch stays sharp and
+// its lines as far apart on paper as on screen.
+QBrush fillBrush(int fill, qreal scale)
+{
+    if (kFills[fill].hatch == Qt::NoBrush)
+        return groundOf(fill);
+    constexpr int kCell = 8;   // the hatches' own size
+    const int k = qMax(1, qRound(scale));
+    QImage tile(kCell * k, kCell * k, QImage::Format_RGB32);
+    tile.fill(groundOf(fill).color());
+    tile.setText(kFillKey, QString::number(fill));
+    QPainter painter(&tile);
+    painter.setRenderHint(QPainter::NonCosmeticBrushPatterns);
+    painter.scale(k, k);
+    painter.fillRect(QRect(0, 0, kCell, kCell), hatchOf(fill));
+    painter.end();
+    QBrush brush(tile);
+    brush.setTransform(QTransform::fromScale(1.0 / k, 1.0 / k));
+    return brush;
+}
+
+// The SVG writer knows no image fills: there a hatched bar gets its grey, and its hatch is laid
+// over it as a pattern, which the writer knows.
+void splitFills(QGraphicsScene &scene)
+{
+    for (QGraphicsItem *item : scene.items()) {
+        auto *bar = qgraphicsitem_cast<QGraphicsRectItem *>(item);
+        if (!bar || bar->brush().style() != Qt::TexturePattern)
+            continue;
+        bool ok = false;
+        const int fill = bar->brush().textureImage().text(kFillKey).toInt(&ok);
+        if (!ok || fill < 0 || fill >= static_cast<int>(std::size(kFills)))
+            continue;
+        bar->setBrush(groundOf(fill));
+        const qreal inset = bar->pen().widthF() / 2;
+        auto *hatch = new QGraphicsRectItem(bar->rect().adjusted(inset, inset, -inset, -inset), bar);
+        hatch->setPen(Qt::NoPen);
+        hatch->setBrush(hatchOf(fill));
+    }
+}
+
+// Lines in black and white: a dash pattern of their own for each of twelve series, in units of the
+// pen's width, each short enough to repeat in the key's sample; an empty pattern is a solid line.
+// Dots, short, middle and long dashes and their mixtures, so that no two differ only a little in
+// the length of a dash.
+const QList<QList<qreal>> kDashPatterns = {{},
+                                            {4, 2},
+                                            {1, 1.5},
+                                            {4, 1.5, 1, 1.5},
+                                            {8, 2},
+                                            {1, 3.5},
+                                            {4, 1.5, 1, 1.5, 1, 1.5},
+                                            {2, 2},
+                                            {8, 2, 1, 2},
+                                            {1, 1, 1, 4},
+                                            {8, 2, 2, 2},
+                                            {2, 4.5}};
 
 // Category labels must differ for the axis to keep them apart; a repeated label gets
 // invisible characters behind it.
@@ -137,13 +215,12 @@ QColor Graph::PaletteColour(int index)
     return palette.at(index);
 }
 
-QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
+QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize, qreal scale)
 {
     auto *chart = new QChart;
     chart->setTheme(QChart::ChartThemeLight);
     chart->setAnimationOptions(QChart::NoAnimation);
     chart->setBackgroundRoundness(0);
-    chart->setMargins(QMargins(6, 6, 6, 6));
     chart->setTitle(data.ChartTopTitle());
     // A long title is set smaller rather than cut off, down to a size still read with ease.
     QFont titleFont = withSize(chart->titleFont(), 13, true);
@@ -174,44 +251,45 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
     yAxis->setMinorGridLineVisible(false);
     chart->addAxis(yAxis, Qt::AlignLeft);
 
+    // The key lists the named series; series without a legend have no sample, and a chart
+    // without legends has no key.
+    QList<ChartKey::Entry> keyEntries;
     QAbstractAxis *xAxis = nullptr;
     QList<QAbstractSeries *> drawn;
-    if (data.kind() == Kind::ClassBars) {
-        auto *bars = new QBarSeries;
-        bars->setBarWidth(0.85);
+    const bool bars = data.kind() == Kind::ClassBars;
+    if (bars) {
+        auto *barSeries = new QBarSeries;
+        barSeries->setBarWidth(0.85);
         for (int s = 0; s < all.size(); ++s) {
             auto *set = new QBarSet(all[s].legend);
             for (double v : all[s].values)
                 set->append(v);
+            QBrush ground;
+            QBrush hatch;
             if (colour) {
                 const QColor c = PaletteColour(all[s].colour);
+                ground = c;
                 set->setBrush(c);
                 set->setPen(QPen(c.darker(140), 1));
             } else {
-                set->setBrush(QBrush(Qt::black, kPatterns[s % std::size(kPatterns)]));
+                const int fill = s % static_cast<int>(std::size(kFills));
+                ground = groundOf(fill);
+                hatch = hatchOf(fill);
+                set->setBrush(fillBrush(fill, scale));
                 set->setPen(QPen(Qt::black, 1));
             }
-            bars->append(set);
+            barSeries->append(set);
+            if (!all[s].legend.isEmpty())
+                keyEntries.append({all[s].legend, ground, hatch, set->pen()});
         }
-        chart->addSeries(bars);
+        chart->addSeries(barSeries);
+        drawn.append(barSeries);
         auto *classes = new QBarCategoryAxis;
         classes->append(distinctLabels(data.pointLabels()));
-        // Labels stand upright when side by side they would not fit under their classes:
-        // every class keeps its label readable.
-        const QFontMetricsF metrics(axisFont);
-        double widest = 0;
-        for (const QString &l : data.pointLabels())
-            widest = qMax(widest, metrics.horizontalAdvance(l));
-        const double plotWidth = layoutSize.width() * 0.8;
-        if (points > 0 && (widest + 8) * points > plotWidth) {
-            classes->setLabelsAngle(-90);
-            // Upright, a label is one line high across its class; the chart library would cut
-            // it to dots wherever a class is narrower than its own padded measure, though the
-            // line fits.
-            classes->setTruncateLabels(false);
-        }
+        // Every class keeps its whole label: the chart library would cut one to dots wherever a
+        // class is narrower than its own generous padding, though the label fits.
+        classes->setTruncateLabels(false);
         xAxis = classes;
-        drawn.append(bars);
     } else {
         auto *years = new QValueAxis;
         double xLow = data.ChartXAxisMin();
@@ -241,12 +319,17 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
                 line->append(all[s].xs.value(p), all[s].values[p]);
             QPen pen(colour ? PaletteColour(all[s].colour) : QColor(Qt::black));
             pen.setWidthF(2.0);
-            if (!colour && !kDashPatterns[s % kDashPatterns.size()].isEmpty())
+            if (!colour && !kDashPatterns[s % kDashPatterns.size()].isEmpty()) {
                 pen.setDashPattern(kDashPatterns[s % kDashPatterns.size()]);
+                // Square ends would lengthen every dash by the pen's width and close the short gaps.
+                pen.setCapStyle(Qt::FlatCap);
+            }
             line->setPen(pen);
             line->setPointsVisible(true);
             chart->addSeries(line);
             drawn.append(line);
+            if (!all[s].legend.isEmpty())
+                keyEntries.append({all[s].legend, Qt::NoBrush, Qt::NoBrush, pen});
         }
     }
     xAxis->setTitleText(data.ChartBottomTitle());
@@ -259,36 +342,50 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize)
         s->attachAxis(yAxis);
     }
 
-    // The legend stands beside the plot, never over the bars; series without a legend have
-    // no marker, and a chart without legends has no legend at all.
-    QLegend *legend = chart->legend();
-    legend->setAlignment(Qt::AlignRight);
-    // In black and white a line's marker is a piece of the line, so that lines are told apart by
-    // their dashes.
-    if (data.kind() == Kind::TimeLines && !colour)
-        legend->setMarkerShape(QLegend::MarkerShapeFromSeries);
-    legend->setFont(withSize(chart->font(), colour ? 9 : 11));
-    bool anyLegend = false;
-    for (QAbstractSeries *s : drawn) {
-        for (QLegendMarker *m : legend->markers(s)) {
-            const bool named = !m->label().isEmpty();
-            m->setVisible(named);
-            anyLegend = anyLegend || named;
-            if (!colour && m->brush().style() != Qt::SolidPattern) {
-                // A marker is smaller than one cell of a pattern: finer cells show the pattern.
-                QBrush small = m->brush();
-                small.setTransform(QTransform::fromScale(0.5, 0.5));
-                m->setBrush(small);
-            }
-        }
+    // The key stands beside the plot, never over the bars, in the chart's right margin.
+    chart->legend()->setVisible(false);
+    constexpr int kMargin = 6;
+    // In black and white a bar's sample holds two cells of its hatch, and a line's sample
+    // shows its dashes several times.
+    const QSizeF sample = colour ? QSizeF(bars ? 14 : 28, 14) : bars ? QSizeF(18, 18) : QSizeF(48, 14);
+    // It may use the height less the title's and the margins'.
+    auto *key = new ChartKey(keyEntries, withSize(chart->font(), colour ? 9 : 11),
+                             colour ? chart->legend()->labelColor() : QColor(Qt::black), sample, layoutSize.height() - 60);
+    chart->setMargins(QMargins(kMargin, kMargin, kMargin + qCeil(key->keyWidth()), kMargin));
+    key->attachTo(chart, kMargin);
+
+    if (bars) {
+        // Class labels stand upright while the widest fits its class, in a smaller type if need be;
+        // else they turn sideways. The room is known once the chart is laid out, and is looked at
+        // again whenever the plot changes size.
+        auto *classes = static_cast<QBarCategoryAxis *>(xAxis);
+        const QStringList labels = classes->categories();
+        const QFont small = withSize(axisFont, 8);
+        auto fit = [classes, labels, axisFont, small](qreal plotWidth) {
+            const qreal room = labels.isEmpty() ? plotWidth : plotWidth / labels.size();
+            auto fits = [&labels, room](const QFont &font) {
+                const QFontMetricsF metrics(font);
+                qreal widest = 0;
+                for (const QString &l : labels)
+                    widest = qMax(widest, metrics.horizontalAdvance(l));
+                return widest + 4 <= room;
+            };
+            const bool upright = fits(axisFont) || fits(small);
+            const QFont font = fits(axisFont) ? axisFont : small;
+            if (classes->labelsFont() != font)
+                classes->setLabelsFont(font);
+            if (classes->labelsAngle() != (upright ? 0 : -90))
+                classes->setLabelsAngle(upright ? 0 : -90);
+        };
+        // A first guess before the layout: the chart less its margins and key, and the value axis.
+        fit(layoutSize.width() - 2 * kMargin - key->keyWidth() - 70);
+        QObject::connect(chart, &QChart::plotAreaChanged, classes, [fit](const QRectF &plot) { fit(plot.width()); });
     }
-    legend->setVisible(anyLegend);
 
     if (!colour) {
         // Black and white means no tint anywhere: the theme's bluish greys become true greys.
         chart->setBackgroundBrush(Qt::white);
         chart->setTitleBrush(Qt::black);
-        legend->setLabelColor(Qt::black);
         for (QAbstractAxis *axis : {static_cast<QAbstractAxis *>(yAxis), xAxis}) {
             axis->setLabelsColor(Qt::black);
             axis->setTitleBrush(Qt::black);
@@ -305,15 +402,15 @@ void Graph::showChart()
     if (!m_shown)
         return;
     QChart *old = m_view->chart();
-    m_view->setChart(buildChart(*m_shown, m_shown->ChartScreenStyle() == 1, m_view->size()));
+    m_view->setChart(buildChart(*m_shown, m_shown->ChartScreenStyle() == 1, m_view->size(), m_view->devicePixelRatioF()));
     delete old;
 }
 
 void Graph::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    // The class labels turn upright or back with the room there is: the chart as last drawn is
-    // laid out again for the new size.
+    // The key's columns and the title's size follow the room there is: the chart as last drawn
+    // is built again for the new size.
     showChart();
 }
 
@@ -335,16 +432,26 @@ void Graph::renderTo(QPainter &painter, const QRectF &target, bool colour) const
     QSizeF logical = target.size();
     if (logical.width() > 1600)
         logical *= kFileSize.width() / logical.width();
+    render(painter, target, logical, colour);
+}
+
+void Graph::render(QPainter &painter, const QRectF &target, QSizeF logical, bool colour) const
+{
     QGraphicsScene scene;
-    QChart *chart = buildChart(*this, colour, logical);
+    QChart *chart = buildChart(*this, colour, logical, target.width() / logical.width());
     scene.addItem(chart);
     chart->setGeometry(QRectF(QPointF(0, 0), logical));
+    // The class labels may have turned at the first layout; without an event loop here, the
+    // layout they ask for is done at once.
+    chart->layout()->activate();
+    if (painter.paintEngine() && painter.paintEngine()->type() == QPaintEngine::SVG)
+        splitFills(scene);
     scene.setSceneRect(QRectF(QPointF(0, 0), logical));
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setRenderHint(QPainter::TextAntialiasing);
-    // The black and white patterns grow with the chart: at a printer's resolution they would
-    // otherwise shrink to even greys, and the species could not be told apart on paper.
+    // The hatches grow with the chart: at a printer's resolution they would otherwise shrink to
+    // even greys, and the species could not be told apart on paper.
     painter.setRenderHint(QPainter::NonCosmeticBrushPatterns);
     painter.fillRect(target, Qt::white);
     scene.render(&painter, target, scene.sceneRect(), Qt::IgnoreAspectRatio);
@@ -366,6 +473,22 @@ QImage Graph::toImage(QSize size, bool colour) const
     image.fill(Qt::white);
     QPainter painter(&image);
     renderTo(painter, QRectF(QPointF(0, 0), QSizeF(size)), colour);
+    painter.end();
+    return image;
+}
+
+QImage Graph::copyImage() const
+{
+    // Laid out as the chart shows, with twice its pixels each way: pasted into a document and
+    // printed, the hatching and the dashes keep their detail. The resolution is set to match,
+    // so that the copy keeps the chart's size on the page.
+    const QSize shown = outputSize();
+    QImage image(shown * 2, QImage::Format_ARGB32_Premultiplied);
+    image.setDotsPerMeterX(image.dotsPerMeterX() * 2);
+    image.setDotsPerMeterY(image.dotsPerMeterY() * 2);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    render(painter, QRectF(QPointF(0, 0), QSizeF(image.size())), QSizeF(shown), ChartScreenStyle() == 1);
     painter.end();
     return image;
 }
@@ -415,6 +538,10 @@ void Graph::saveAs(const QString &path, QSize size) const
         svg.setFileName(path);
         svg.setSize(size);
         svg.setViewBox(QRect(QPoint(0, 0), size));
+        // Sizes in points are written for the screen's resolution, so that the text has the size
+        // it has on screen and in a PNG file.
+        if (const QScreen *screen = QGuiApplication::primaryScreen())
+            svg.setResolution(qRound(screen->logicalDotsPerInchY()));
         svg.setTitle(ChartTopTitle());
         svg.setDescription(QStringLiteral("Sendrel chart"));
         QPainter painter;
@@ -449,7 +576,7 @@ void Graph::ChartDraw(qint16 action)
         showChart();
         break;
     case 4:
-        QGuiApplication::clipboard()->setImage(toImage(outputSize(), ChartScreenStyle() == 1));
+        QGuiApplication::clipboard()->setImage(copyImage());
         break;
     case 5: {
         std::unique_ptr<QPrinter> own;

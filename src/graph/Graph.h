@@ -36,9 +36,10 @@ public:
     explicit Graph(QWidget *parent = nullptr);
     ~Graph() override;
 
-    // 2 draws on screen (ChartScreenStyle), 4 copies the chart to the clipboard as an image
-    // (ChartScreenStyle), 5 prints it (ChartPrintStyle) on the printer set by setPrinter, or
-    // on the default printer. A failure to print is number 482, "Printer error".
+    // 2 draws on screen (ChartScreenStyle), 4 copies the chart to the clipboard as an image laid
+    // out as on screen, with twice its pixels each way (ChartScreenStyle), 5 prints it
+    // (ChartPrintStyle) on the printer set by setPrinter, or on the default printer. A failure
+    // to print is number 482, "Printer error".
     void ChartDraw(qint16 action);
 
     // Whether the chart shows in its window.
@@ -78,7 +79,11 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    static QChart *buildChart(const ChartData &data, bool colour, QSizeF layoutSize);
+    // scale: device pixels per chart pixel of the output, for the resolution of hatching.
+    static QChart *buildChart(const ChartData &data, bool colour, QSizeF layoutSize, qreal scale);
+    // Draws the chart laid out at the logical size, scaled into the target.
+    void render(QPainter &painter, const QRectF &target, QSizeF logical, bool colour) const;
+    QImage copyImage() const;
     void showChart();
     QSize outputSize() const;
 

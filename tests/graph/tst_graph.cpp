@@ -3,6 +3,7 @@
 #include "support/TestMain.h"
 #include "base/SendrelError.h"
 #include "base/ToolBox.h"
+#include "graph/ChartKey.h"
 #include "graph/Graph.h"
 
 #include <QBarCategoryAxis>
@@ -13,7 +14,6 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
-#include <QLegend>
 #include <QPrinter>
 #include <QSet>
 #include <QTemporaryDir>
@@ -25,30 +25,32 @@ using namespace sendrel;
 
 namespace {
 
-// Three species over twelve classes, as a stand table.
-void fillClassChart(ChartData &g)
+// Species over classes, as a stand table: by default three species over twelve classes with
+// labels from 2.5 to 57.5.
+void fillClassChart(ChartData &g, qint16 species = 3, const QStringList &labels = {})
 {
+    const qint16 classes = labels.isEmpty() ? 12 : static_cast<qint16>(labels.size());
     g.ChartReset(9);
     g.ChartIndexMode(1);
-    g.ChartSeriesCount(3);
-    g.ChartPointCount(12);
+    g.ChartSeriesCount(species);
+    g.ChartPointCount(classes);
     const qint16 codes[3] = {3, 1, 9};
     const char *names[3] = {"FD", "PW", "BL"};
-    for (qint16 s = 1; s <= 3; ++s) {
+    for (qint16 s = 1; s <= species; ++s) {
         g.ChartSeries(s);
-        g.ChartSeriesColour(SpeciesColourIndex(codes[s - 1]));
-        g.ChartSeriesLegend(QString::fromLatin1(names[s - 1]));
-        for (qint16 p = 1; p <= 12; ++p) {
+        g.ChartSeriesColour(SpeciesColourIndex(s <= 3 ? codes[s - 1] : s));
+        g.ChartSeriesLegend(s <= 3 ? QString::fromLatin1(names[s - 1]) : QStringLiteral("S%1").arg(s));
+        for (qint16 p = 1; p <= classes; ++p) {
             g.ChartPoint(p);
             g.ChartValue(10.0 * s + p);
-            g.ChartPointLabel(QString::number(2.5 + 5 * (p - 1)));
+            g.ChartPointLabel(labels.isEmpty() ? QString::number(2.5 + 5 * (p - 1)) : labels.at(p - 1));
         }
     }
     g.ChartTopTitle(QStringLiteral("R1 (2000): Density"));
     g.ChartLeftTitle(QStringLiteral("Density (SPH)"));
     g.ChartBottomTitle(QStringLiteral("DBH Class (cm)"));
     g.ChartYAxisMin(0);
-    g.ChartYAxisMax(50);
+    g.ChartYAxisMax(species > 3 ? 200 : 50);
     g.ChartYAxisTicks(5);
 }
 
@@ -111,7 +113,8 @@ private slots:
         QCOMPARE(values->max(), 50.0);
         QCOMPARE(values->titleText(), QStringLiteral("Density (SPH)"));
         QVERIFY(values->isGridLineVisible());
-        QVERIFY(chart->legend()->isVisible());
+        QCOMPARE(ChartKey::of(chart)->labels(), (QStringList{"FD", "PW", "BL"}));
+        QVERIFY(ChartKey::of(chart)->isVisible());
 
         // Changed data shows only at the next draw, even when a new size lays the chart out again.
         g.ChartTopTitle(QStringLiteral("other"));
@@ -129,7 +132,7 @@ private slots:
         g.ChartPointCount(3);
         g.ChartYAxisMax(0);
         g.ChartDraw(2);
-        QVERIFY(!g.shownChart()->legend()->isVisible());
+        QVERIFY(!ChartKey::of(g.shownChart())->isVisible());
         auto *empty = qobject_cast<QValueAxis *>(g.shownChart()->axes(Qt::Vertical).first());
         QVERIFY(empty->max() > empty->min());
     }
@@ -182,7 +185,8 @@ private slots:
         QVERIFY(colours.contains((colour ? Graph::PaletteColour(9) : QColor(Qt::black)).rgb() & 0xffffff));
     }
 
-    // The chart window's copy: black and white on request, then colour again on screen.
+    // The chart window's copy: black and white on request, then colour again on screen; laid out
+    // as shown, with twice its pixels each way.
     void copyToClipboard()
     {
         Graph g;
@@ -194,10 +198,84 @@ private slots:
         g.ChartScreenStyle(1);
         g.ChartDraw(2);
         const QImage copied = QGuiApplication::clipboard()->image();
-        QCOMPARE(copied.size(), QSize(700, 450));
+        QCOMPARE(copied.size(), QSize(1400, 900));
         QVERIFY(allGrey(coloursOf(copied.convertToFormat(QImage::Format_RGB32))));
         QCOMPARE(qobject_cast<QBarSeries *>(g.shownChart()->series().first())->barSets().at(0)->brush().color(),
                  Graph::PaletteColour(3));
+    }
+
+    // Twelve species in black and white, in a file of the default size: each sample in the key
+    // looks unlike every other, and neighbours differ in grey, which is all a narrow bar shows.
+    void blackAndWhiteSamplesDiffer()
+    {
+        Graph g;
+        g.resize(Graph::kFileSize);
+        g.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&g));
+        fillClassChart(g, 12);
+        g.ChartScreenStyle(0);
+        g.ChartDraw(2);
+        const ChartKey *key = ChartKey::of(g.shownChart());
+        const QImage image = g.toImage(Graph::kFileSize, false).convertToFormat(QImage::Format_Grayscale8);
+        QSet<QByteArray> looks;
+        double previousGrey = -1;
+        for (int s = 0; s < 12; ++s) {
+            const QRect sample = key->mapRectToParent(key->sampleRect(s)).toAlignedRect();
+            QVERIFY(sample.width() >= 12 && sample.height() >= 12);
+            QByteArray pixels;
+            double grey = 0;
+            for (int y = sample.top() + 1; y < sample.bottom(); ++y) {
+                for (int x = sample.left() + 1; x < sample.right(); ++x) {
+                    pixels.append(static_cast<char>(qGray(image.pixel(x, y))));
+                    grey += qGray(image.pixel(x, y));
+                }
+            }
+            grey /= pixels.size();
+            QVERIFY2(!looks.contains(pixels), qPrintable(QStringLiteral("sample %1 looks like another").arg(s + 1)));
+            looks.insert(pixels);
+            QVERIFY2(previousGrey < 0 || qAbs(grey - previousGrey) > 40, qPrintable(QString::number(s + 1)));
+            previousGrey = grey;
+        }
+
+        // The SVG writer knows no image fills: the hatched bars carry their hatch as a pattern,
+        // beyond the key's samples.
+        QTemporaryDir dir;
+        g.saveAs(dir.filePath(QStringLiteral("bw.svg")));
+        QFile svg(dir.filePath(QStringLiteral("bw.svg")));
+        QVERIFY(svg.open(QIODevice::ReadOnly));
+        QVERIFY(svg.readAll().count("fill=\"url(#fillpattern") > 12);
+    }
+
+    // Class labels stand upright where the widest fits its class, else they turn sideways.
+    void classLabels_data()
+    {
+        QTest::addColumn<QStringList>("labels");
+        QTest::addColumn<int>("width");
+        QTest::addColumn<qreal>("angle");
+        QStringList midpoints;
+        QStringList ranges;
+        for (int c = 0; c < 24; ++c) {
+            midpoints.append(QString::number(2 * c + 1));
+            ranges.append(QStringLiteral("%1-%2").arg(100 + 5 * c).arg(105 + 5 * c));
+        }
+        QTest::newRow("24 midpoints in the chart window") << midpoints << 640 << 0.0;
+        QTest::newRow("24 ranges in the chart window") << ranges << 640 << -90.0;
+        QTest::newRow("24 ranges in a wide window") << ranges << 2200 << 0.0;
+    }
+
+    void classLabels()
+    {
+        QFETCH(QStringList, labels);
+        QFETCH(int, width);
+        QFETCH(qreal, angle);
+        Graph g;
+        g.resize(width, 420);
+        g.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&g));
+        fillClassChart(g, 9, labels);
+        g.ChartDraw(2);
+        QCoreApplication::processEvents();
+        QCOMPARE(g.shownChart()->axes(Qt::Horizontal).first()->labelsAngle(), angle);
     }
 
     void printToInjectedPrinter()

@@ -3,6 +3,7 @@
 #include "support/WindowHostStub.h"
 
 #include "domain/standstock/ChartPages.h"
+#include "graph/ChartKey.h"
 #include "graph/Graph.h"
 #include "windows/common/ChildFrame.h"
 #include "windows/output/frmChart.h"
@@ -14,7 +15,6 @@
 #include <QCheckBox>
 #include <QChart>
 #include <QClipboard>
-#include <QLegendMarker>
 #include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
@@ -358,18 +358,13 @@ void tst_chartpaging::speciesAndClasses()
     QChart *chart = many->gphDensity->shownChart();
     auto *classes = qobject_cast<QBarCategoryAxis *>(chart->axes(Qt::Horizontal).first());
     QCOMPARE(classes->count(), 3);
-    QStringList legends;
-    for (QLegendMarker *m : chart->legend()->markers()) {
-        if (m->isVisible())
-            legends.append(m->label());
-    }
-    QCOMPARE(legends, (QStringList{"PW", "LW", "FD", "BG", "HW"}));
+    QCOMPARE(ChartKey::of(chart)->labels(), (QStringList{"PW", "LW", "FD", "BG", "HW"}));
 
     frmChart *none = Paging::next(many);
     QCOMPARE(none->gphDensity->ChartSeriesCount(), qint16(1));
     QCOMPARE(none->gphDensity->series().first().values, (QVector<double>{0, 0, 0}));
     QCOMPARE(none->gphDensity->pointLabels(), (QVector<QString>{"5", "15", "25"}));
-    QVERIFY(!none->gphDensity->shownChart()->legend()->isVisible());
+    QVERIFY(!ChartKey::of(none->gphDensity->shownChart())->isVisible());
 }
 
 SENDREL_TEST_MAIN(tst_chartpaging)
