@@ -47,7 +47,7 @@ public:
         session.open();
         const ImportResult r = ImportTreeList(session.tm.db, session.questions, args.first(), kind, runId);
         if (r.completed()) {
-            ctx.out << EscapedForLine(r.runId) << '\t' << r.kind << '\t' << r.cyclesRead << '\t' << r.treeRecordsRead << '\n';
+            ctx.out << EscapedForLine(r.runId) << '\t' << KindLetter(kind) << '\t' << r.cyclesRead << '\t' << r.treeRecordsRead << '\n';
             return CliOk;
         }
         // A refusal, an invalid file and a failure have been told on stderr as the desktop tells them.

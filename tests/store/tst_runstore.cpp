@@ -186,6 +186,23 @@ private slots:
         QCOMPARE(f.count(QStringLiteral("Model_Entries")), 1);
     }
 
+    // A window's kind text: "H" or "h" first is harvested, anything else standing.
+    void kindOfText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("letter");
+        for (const char *standing : {"Standing", "s", "", "x"})
+            QTest::newRow(standing) << standing << "S";
+        QTest::newRow("Harvested") << "Harvested" << "H";
+        QTest::newRow("h") << "h" << "H";
+    }
+    void kindOfText()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, letter);
+        QCOMPARE(KindLetter(KindOfText(text)), letter);
+    }
+
     // Kept sums are read while they still describe the records; otherwise the records are summed.
     // The kept ones are marked (a stem added to each) to tell which were read.
     void keptSumsOnlyWhileTheRecordsStay_data()

@@ -26,21 +26,22 @@ QString trimBlanks(QString text)
 StandLevelsSums ReadStandLevelsSumsPerPoint(RunStore &db, const QString &This_RunId, const QString &This_SorH)
 {
     StandLevelsSums sums;
-    sums.kind = StandLevelsKind(This_SorH);
-    sums.passes = sums.kind == QLatin1String("S") ? 2 : 1;
+    sums.kind = KindOfText(This_SorH);
+    sums.passes = sums.kind == RunKind::Standing ? 2 : 1;
+    const QString kind = KindLetter(sums.kind);
     clsDBEngine &engine = db.DBEngine;
     const QString run = QuoteSQL(This_RunId);
     const QString constant = DefaultText(kBasalAreaFactor);
 
     // Without ORDER BY the table's order would be the planner's choice: both lists say theirs.
     engine.SQLString = QStringLiteral("Select * from Model_Header where Run_Id = '") + trimBlanks(run) + QStringLiteral("'")
-                       + QStringLiteral(" and Standing_Harvested = '") + sums.kind + QStringLiteral("'") + QStringLiteral(" ORDER BY rowid");
+                       + QStringLiteral(" and Standing_Harvested = '") + kind + QStringLiteral("'") + QStringLiteral(" ORDER BY rowid");
     for (Recordset cycleRS = engine.RetreiveRecords(); !cycleRS.Eof(); cycleRS.MoveNext())
         sums.cycles.append({cycleRS.Fields(QStringLiteral("Cycle")).toInt(), cycleRS.Fields(QStringLiteral("Cycle_Year")).toInt()});
     if (sums.cycles.isEmpty())
         return sums;
     engine.SQLString = QStringLiteral("SELECT species_code FROM Model_Entries WHERE ") + QStringLiteral("run_id = '") + run
-                       + QStringLiteral("' AND Standing_Harvested = '") + sums.kind + QStringLiteral("' GROUP BY species_code ORDER BY MIN(rowid)");
+                       + QStringLiteral("' AND Standing_Harvested = '") + kind + QStringLiteral("' GROUP BY species_code ORDER BY MIN(rowid)");
     for (Recordset speciesRS = engine.RetreiveRecords(); !speciesRS.Eof(); speciesRS.MoveNext())
         sums.species.append(speciesRS.Fields(0).toLongLong());
     if (sums.species.isEmpty())
@@ -51,7 +52,7 @@ StandLevelsSums ReadStandLevelsSumsPerPoint(RunStore &db, const QString &This_Ru
                             + QStringLiteral("Sum(([MerchVolLessDWB]*[trees_per_ha])) AS MerchVol, ")
                             + QStringLiteral("Sum(([total_volume]*[trees_per_ha])) AS TotalVol  ") + QStringLiteral("FROM model_entries  ")
                             + QStringLiteral("WHERE [Model_Entries].[run_id] = '") + run + QStringLiteral("' ")
-                            + QStringLiteral(" AND [Model_Entries].[Standing_Harvested] = '") + sums.kind + QStringLiteral("' ")
+                            + QStringLiteral(" AND [Model_Entries].[Standing_Harvested] = '") + kind + QStringLiteral("' ")
                             + QStringLiteral("GROUP BY cycle_number, model_entries.Species_Code");
     const QString sign = QStringLiteral("IIf([Model_Entries].[Standing_Harvested]='S',1,-1)");
     const QString lessHarvest =

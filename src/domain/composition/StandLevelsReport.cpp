@@ -206,8 +206,8 @@ CompiledStandLevelsReport CompileStandLevelsReport(RunStore &db, UserQuestions &
                                                    const ReportClock &clock)
 {
     CompiledStandLevelsReport report;
-    request.This_SorH = StandLevelsKind(request.This_SorH);
     const RunKey run{request.This_RunId, KindOfText(request.This_SorH)};
+    request.This_SorH = run.letter();
     const QString gone = QStringLiteral("Run %1 is no longer in the database: another application has deleted it. "
                                         "There is nothing to report.").arg(run.displayName());
     if (request.CycleRS.isEmpty() || request.SpeciesListRS.isEmpty()) {

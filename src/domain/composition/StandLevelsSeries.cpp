@@ -48,16 +48,11 @@ QList<qint64> speciesInOrder(const QList<CycleSpeciesSums> &sums)
 
 }  // namespace
 
-QString StandLevelsKind(QStringView This_SorH)
-{
-    return KindLetter(KindOfText(This_SorH));
-}
-
 StandLevelsSums ReadStandLevelsSums(RunStore &db, const QString &This_RunId, const QString &This_SorH)
 {
     StandLevelsSums sums;
     const RunKind kind = KindOfText(This_SorH);
-    sums.kind = KindLetter(kind);
+    sums.kind = kind;
     sums.passes = kind == RunKind::Standing ? 2 : 1;
     ReadSnapshot snapshot(db.DBEngine);
     sums.cycles = db.cycles({This_RunId, kind});

@@ -44,16 +44,13 @@ struct StandLevelsCell {
 // their first tree record of the run and kind in the table (rowid). Points: cycle by cycle, each
 // cycle's passes in turn.
 struct StandLevelsSums {
-    QString kind;                      // "S" or "H"
+    RunKind kind = RunKind::Standing;
     int passes = 1;                    // 2 for "S", 1 for "H"
     QList<CycleRow> cycles;
     QList<qint64> species;
     QVector<StandLevelsCell> cells;    // point-major, species within
     const StandLevelsCell &cell(int point, int speciesIndex) const { return cells.at(point * species.size() + speciesIndex); }
 };
-
-// "H" for a text beginning with "H" or "h", else "S" ("Standing", "s", "" are all standing).
-QString StandLevelsKind(QStringView This_SorH);
 
 // Reads the sums of a run from the sums of its tree records by cycle and species that the import
 // keeps (ReadCycleSums): the first pass those of each cycle of the kind, the second pass, per
@@ -74,7 +71,7 @@ StandLevelsCycleSums ReadStandLevelsCycleSums(RunStore &db, const QString &This_
 
 // What the window keeps after the charts are filled: the report and the Apply button read it.
 struct StandLevelsState {
-    QString kind;
+    RunKind kind = RunKind::Standing;
     QList<CycleRow> CycleRS;
     QList<qint64> SpeciesListRS;
     double MaxSph = 0;

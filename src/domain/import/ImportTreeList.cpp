@@ -88,8 +88,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
                             const QString &proposedRunId)
 {
     ImportResult result;
-    result.kind = KindLetter(runKind);
-    const QString &kind = result.kind;
+    const QString kind = KindLetter(runKind);
     const auto refuse = [&](const QString &detail) {
         result.ending = ImportEnding::Refused;
         result.detail = detail;

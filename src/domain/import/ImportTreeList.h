@@ -25,7 +25,6 @@ inline constexpr qsizetype kShownWarnings = 20;
 struct ImportResult {
     ImportEnding ending = ImportEnding::Cancelled;
     QString runId;          // as settled
-    QString kind;           // "S" or "H"
     QString dialogResult;   // how the Run Id dialogs ended: "OK", "OVERWRITE" or "CANCEL"
     int cyclesRead = 0;     // header lines stored
     qint64 treeRecordsRead = 0;

@@ -331,22 +331,6 @@ private slots:
         QCOMPARE(db.questions.messageTexts(), QStringList{said});
         QCOMPARE(scratchCounts(db), QStringLiteral("1/1/1/1"));
     }
-
-    void kindOfText_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("kind");
-        for (const char *standing : {"Standing", "s", "", "x"})
-            QTest::newRow(standing) << standing << "S";
-        QTest::newRow("Harvested") << "Harvested" << "H";
-        QTest::newRow("h") << "h" << "H";
-    }
-    void kindOfText()
-    {
-        QFETCH(QString, text);
-        QFETCH(QString, kind);
-        QCOMPARE(StandLevelsKind(text), kind);
-    }
 };
 
 SENDREL_TEST_MAIN(tst_standlevels)

@@ -80,7 +80,6 @@ private slots:
 
         QVERIFY(r.completed());
         QCOMPARE(r.runId, QStringLiteral("PLOT 7"));
-        QCOMPARE(r.kind, QStringLiteral("S"));
         QCOMPARE(r.cyclesRead, 3);
         QCOMPARE(r.treeRecordsRead, 3);
         QCOMPARE(r.dialogResult, kDialogOK);
@@ -159,7 +158,6 @@ private slots:
         f.questions.answerRunId(kDialogCheck);
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Harvested);
         QVERIFY(r.completed());
-        QCOMPARE(r.kind, QStringLiteral("H"));
         QCOMPARE(f.rows(QStringLiteral("SELECT Cycle, Cycle_Year FROM Model_Header ORDER BY rowid")),
                  QStringList({QStringLiteral("5|2000"), QStringLiteral("5|2005"), QStringLiteral("6|2010")}));
         QCOMPARE(f.count(QStringLiteral("Model_Entries")), 1);
