@@ -5,6 +5,7 @@
 #include "domain/summary/StandSummaryTable.h"
 #include "support/RunDatabase.h"
 
+#include <array>
 #include <cmath>
 #include <tuple>
 
@@ -153,25 +154,24 @@ private slots:
 
     // The summary's stand before and after harvest is the composition's "Total" at a cycle's two
     // points, to the last bit: both add the same records in the same order.
+    // The summary's stand before and after harvest is the "Total" line the composition charts draw.
     void sumsAreTheCompositionsTotals()
     {
         const StandSummary summary = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), RunKind::Standing});
-        const StandLevelsSums composition = ReadStandLevelsSums(m_db->db, QStringLiteral("HAND"), QStringLiteral("S"));
-        QCOMPARE(summary.rows.size(), composition.cycles.size());
-        auto total = [&](int point, double StandLevelsCell::*statistic) {
-            double sum = 0;
-            for (int s = 0; s < composition.species.size(); ++s)
-                sum += composition.cell(point, s).*statistic;
-            return sum;
-        };
+        std::array<ChartData, kStandLevelsCharts> charts;
+        CalcStandLevelsReport(m_db->db, m_db->questions, QStringLiteral("HAND"), QStringLiteral("S"),
+                              {&charts[0], &charts[1], &charts[2], &charts[3]});
+        auto total = [&](StandLevelsStatistic statistic, int point) { return charts[static_cast<int>(statistic)].series().last().values.at(point); };
+        QCOMPARE(charts[0].series().last().legend, QStringLiteral("Total"));
+        QCOMPARE(summary.rows.size() * 2, charts[0].series().last().values.size());
         for (int i = 0; i < summary.rows.size(); ++i) {
             const StandSummaryRow &row = summary.rows.at(i);
-            QCOMPARE(row.before.sph, total(2 * i, &StandLevelsCell::sph));
-            QCOMPARE(row.before.basalArea, total(2 * i, &StandLevelsCell::basalArea));
-            QCOMPARE(row.before.totalVolume, total(2 * i, &StandLevelsCell::totalVol));
-            QCOMPARE(row.after.sph, total(2 * i + 1, &StandLevelsCell::sph));
-            QCOMPARE(row.after.basalArea, total(2 * i + 1, &StandLevelsCell::basalArea));
-            QCOMPARE(row.after.totalVolume, total(2 * i + 1, &StandLevelsCell::totalVol));
+            QCOMPARE(row.before.sph, total(StandLevelsStatistic::Sph, 2 * i));
+            QCOMPARE(row.before.basalArea, total(StandLevelsStatistic::BasalArea, 2 * i));
+            QCOMPARE(row.before.totalVolume, total(StandLevelsStatistic::MerchVol, 2 * i));
+            QCOMPARE(row.after.sph, total(StandLevelsStatistic::Sph, 2 * i + 1));
+            QCOMPARE(row.after.basalArea, total(StandLevelsStatistic::BasalArea, 2 * i + 1));
+            QCOMPARE(row.after.totalVolume, total(StandLevelsStatistic::MerchVol, 2 * i + 1));
         }
     }
 
