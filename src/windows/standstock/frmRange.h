@@ -19,6 +19,8 @@ class frmParameters;
 // accepted edge goes at once into the classes and moves the neighbours' edges.
 class frmRange : public QWidget {
     Q_OBJECT
+    // F1 in the frame opens the active window's page.
+    Q_PROPERTY(int HelpContextID MEMBER HelpContextID)
 public:
     explicit frmRange(QWidget *parent = nullptr);
     ~frmRange() override;
