@@ -18,6 +18,12 @@ inline void addProduct(double &sum, double product)
         sum += product;
 }
 
+// A column's number, NULL as not a number: so a product with it is none, as in SQL.
+double numberOf(const Statement &row, int column)
+{
+    return row.isNull(column) ? std::nan("") : row.real(column);
+}
+
 // Whether the database keeps sums at all: one from before them does not, until a writer makes the table.
 bool sumsTableExists(clsDBEngine &engine)
 {
@@ -34,7 +40,7 @@ QList<CycleSpeciesSums> keptSums(clsDBEngine &engine, const RunKey &run)
                                           "WHERE Run_Id = ?1 AND Standing_Harvested = ?2 ORDER BY First_Record"));
     kept.bind(1, run.runId).bind(2, run.letter());
     // A sum that came to no number is kept as NULL.
-    const auto number = [&kept](int column) { return kept.isNull(column) ? std::nan("") : kept.real(column); };
+    const auto number = [&kept](int column) { return numberOf(kept, column); };
     QList<CycleSpeciesSums> groups;
     while (kept.next()) {
         groups.append({kept.integer(0), kept.integer(1), kept.integer(2), kept.integer(3),
@@ -184,8 +190,7 @@ QList<CycleSpeciesSums> SumCycleRecords(clsDBEngine &engine, const RunKey &run)
                                              "Gross_Merch_Volume, MerchVolLessDWB FROM Model_Entries "
                                              "WHERE Run_Id = ?1 AND Standing_Harvested = ?2 ORDER BY Cycle_Number, rowid"));
     records.bind(1, run.runId).bind(2, run.letter());
-    // A NULL factor makes the product NULL.
-    const auto number = [&records](int column) { return records.isNull(column) ? std::nan("") : records.real(column); };
+    const auto number = [&records](int column) { return numberOf(records, column); };
     CycleSumsBuilder builder;
     while (records.next()) {
         builder.add(records.integer(0), records.integer(1), records.integer(2), number(3), number(4), number(5), number(6), number(7));
