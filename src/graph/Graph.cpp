@@ -23,7 +23,6 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
-#include <QScatterSeries>
 #include <QScreen>
 #include <QSet>
 #include <QSvgGenerator>
