@@ -70,6 +70,15 @@ bool ScriptedQuestions::askReportText(ReportTextRequest &request)
     return e.value.toBool();
 }
 
+bool ScriptedQuestions::askPrint(PrintRequest &request)
+{
+    const QString file = take(QStringLiteral("askPrint"), request.title, request.outputFile).value.toString();
+    if (file.isEmpty())
+        return false;
+    request.outputFile = file;
+    return true;
+}
+
 void ScriptedQuestions::showBusyMessage(const QString &title, const QString &message)
 {
     Q_UNUSED(title)

@@ -7,6 +7,7 @@
 #include "shell/GuiQuestions.h"
 #include "shell/RevealPicture.h"
 #include "shell/frmKD_About.h"
+#include "windows/common/ChildFrame.h"
 #include "windows/common/ChildMenus.h"
 #include "windows/common/ShowHelp.h"
 #include "windows/common/frmBusyMessage.h"
@@ -17,6 +18,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QTextBrowser>
 
@@ -186,28 +188,45 @@ private slots:
         QCOMPARE(right->pos(), QPoint(0, area.bottom() - right->height() + 1));
     }
 
-    // Two windows of a report's size side by side reach past a frame of 1024x720: the work area
-    // scrolls to the right-hand one.
-    void workAreaScrollsToWindowsPastTheFrame()
+    // New and arranged windows stay inside the work area of a frame of 1024x720: no larger than
+    // the room from their place to its edges, a form larger than its window scrolling inside it;
+    // a maximised window stays maximised where it is.
+    void windowsFitTheWorkArea()
     {
         GuiBench b;
         frmSendrel frame(b.tm);
         frame.resize(1024, 720);
         frame.show();
         QVERIFY(QTest::qWaitForWindowExposed(&frame));
-        auto *area = frame.findChild<QMdiArea *>(QStringLiteral("mdiArea"));
+        const QRect area = frame.mdiArea()->viewport()->rect();
+        auto *big = new QWidget;
+        big->setMinimumSize(1400, 900);
+        big->resize(1400, 900);
+        QMdiSubWindow *bigSub = frame.AddChildWindow(big);
+        bigSub->show();
+        QApplication::processEvents();
+        QVERIFY(area.contains(bigSub->geometry()));
+        auto *scroll = bigSub->findChild<QScrollArea *>(QStringLiteral("childScroll"));
+        QVERIFY(scroll && scroll->horizontalScrollBar()->maximum() > 0 && scroll->verticalScrollBar()->maximum() > 0);
+        QCOMPARE(FormOf(bigSub), big);
+        QCOMPARE(frame.SubWindowOf(big), bigSub);
+
         QMdiSubWindow *left = addPlain(frame, QPoint(0, 0));
         QMdiSubWindow *right = addPlain(frame, QPoint(0, 0));
         left->resize(700, 500);
         right->resize(700, 500);
-        frame.LeftForm() = left->widget();
-        frame.RightForm() = right->widget();
+        frame.LeftForm() = FormOf(left);
+        frame.RightForm() = FormOf(right);
         frame.ArrangeWindows();
-        QApplication::processEvents();
-        QVERIFY(area->horizontalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
-        QVERIFY(area->verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
-        QVERIFY(area->horizontalScrollBar()->isVisible());
-        QVERIFY(area->viewport()->width() + area->horizontalScrollBar()->maximum() >= right->geometry().right() + 1);
+        QCOMPARE(right->pos(), QPoint(area.width() / 2, 0));
+        QCOMPARE(left->pos(), QPoint(0, 0));
+        QVERIFY(area.contains(left->geometry()) && area.contains(right->geometry()));
+        QCOMPARE(left->size(), QSize(700, 500));
+
+        right->showMaximized();
+        frame.ArrangeWindows();
+        QVERIFY(right->isMaximized());
+        QCOMPARE(right->pos(), QPoint(0, 0));
     }
 
     // A failure inside the folder check is shown with the frame's tag and ends the program.

@@ -39,7 +39,7 @@ private slots:
         QTest::mouseClick(m->cmdSummary, Qt::LeftButton);
         auto *w = b.frame->findChild<frmStandSummary *>();
         QVERIFY(w && w->isVisible());
-        QCOMPARE(w->windowTitle(), QStringLiteral("Stand Summary: CLIRPT"));
+        QCOMPARE(w->windowTitle(), QStringLiteral("Stand Summary: CLIRPT (Standing)"));
         // No report window: the count and the frame's places are the browser's as before.
         QCOMPARE(m->NumOpenWindows, qint16(0));
         QCOMPARE(b.frame->LeftForm().data(), static_cast<QWidget *>(m));
