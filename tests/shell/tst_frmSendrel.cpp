@@ -229,6 +229,36 @@ private slots:
         QCOMPARE(right->pos(), QPoint(0, 0));
     }
 
+    // The Window menu ends in the windows shown, by their captions, the active one checked; a
+    // pick brings that window to the front.
+    void windowMenuListsTheOpenWindows()
+    {
+        GuiBench b;
+        frmSendrel frame(b.tm);
+        frame.show();
+        QMdiSubWindow *alpha = addPlain(frame, QPoint(0, 0));
+        QMdiSubWindow *gamma = addPlain(frame, QPoint(20, 20));
+        addPlain(frame, QPoint(40, 40))->hide();
+        FormOf(alpha)->setWindowTitle(QStringLiteral("Alpha"));
+        FormOf(gamma)->setWindowTitle(QStringLiteral("Gamma & co"));
+        QCOMPARE(gamma->windowTitle(), QStringLiteral("Gamma & co"));
+        frame.mdiArea()->setActiveSubWindow(gamma);
+        auto *menu = frame.findChild<QMenu *>(QStringLiteral("mnu_Window"));
+        auto entries = [menu] {
+            emit menu->aboutToShow();
+            QStringList texts;
+            for (QAction *a : menu->actions()) {
+                if (a->objectName().startsWith(QLatin1String("mnuWindowEntry")))
+                    texts << a->text() + (a->isChecked() ? QStringLiteral(" *") : QString());
+            }
+            return texts;
+        };
+        entries();
+        QCOMPARE(entries(), (QStringList{QStringLiteral("&1 Alpha"), QStringLiteral("&2 Gamma && co *")}));
+        menu->findChild<QAction *>(QStringLiteral("mnuWindowEntry1"))->trigger();
+        QCOMPARE(frame.mdiArea()->activeSubWindow(), alpha);
+    }
+
     // A failure inside the folder check is shown with the frame's tag and ends the program.
     void failingFolderSetupEndsTheProgram()
     {

@@ -1,4 +1,4 @@
-#include "base/ScriptedQuestions.h"
+#include "support/ScriptedQuestions.h"
 
 #include "base/SendrelError.h"
 

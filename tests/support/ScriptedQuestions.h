@@ -7,9 +7,9 @@
 
 namespace sendrel {
 
-// Answers questions from a script and records every question asked, for tests and for the
-// headless tool. A message with only an OK button needs no scripted answer. A question that
-// the script did not foresee fails loudly instead of blocking.
+// Answers questions from a script and records every question asked, for tests and benchmarks.
+// A message with only an OK button needs no scripted answer. A question that the script did not
+// foresee fails loudly instead of blocking.
 class ScriptedQuestions : public UserQuestions {
 public:
     struct Asked {
