@@ -5,6 +5,7 @@
 #include "domain/standstock/ClassCharts.h"
 #include "graph/Graph.h"
 #include "windows/common/ChildFrame.h"
+#include "windows/common/ChildWindow.h"
 #include "windows/common/ReportWindowHost.h"
 #include "windows/output/ChartPrinting.h"
 
@@ -198,7 +199,7 @@ void frmChart::buildWindow()
         });
     }
     connect(cmdPrint, &QPushButton::clicked, this, &frmChart::cmdPrint_Click);
-    connect(cmdCancel, &QPushButton::clicked, this, &QWidget::close);
+    connect(cmdCancel, &QPushButton::clicked, this, [this] { CloseChildWindow(this); });
     connect(cmdHelp, &QPushButton::clicked, this, [this] {
         if (m_parameters)
             m_parameters->Host().ShowHelpTopic(HelpContextID);
