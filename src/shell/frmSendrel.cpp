@@ -246,12 +246,14 @@ QMdiSubWindow *frmSendrel::AddChildWindow(QWidget *form)
 
 void frmSendrel::ArrangeWindows()
 {
-    // Each place is the room from its corner to the work area's edges; a maximised window
+    // Each place is the room from its corner to the work area's edges, the left one only up to
+    // the right one when both are taken, so that neither hides the other; a maximised window
     // already fills the work area and stays as it is.
     const QSize room = m_mdi->viewport()->size();
+    QMdiSubWindow *right = SubWindowOf(m_rightForm);
     if (QMdiSubWindow *left = SubWindowOf(m_leftForm); left && !left->isMaximized())
-        FitIntoWorkArea(left, QRect(QPoint(0, 0), room), true);
-    if (QMdiSubWindow *right = SubWindowOf(m_rightForm); right && !right->isMaximized())
+        FitIntoWorkArea(left, QRect(QPoint(0, 0), QSize(right ? room.width() / 2 : room.width(), room.height())), true);
+    if (right && !right->isMaximized())
         FitIntoWorkArea(right, QRect(QPoint(room.width() / 2, 0), QSize(room.width() - room.width() / 2, room.height())), true);
 }
 

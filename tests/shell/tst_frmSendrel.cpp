@@ -221,7 +221,8 @@ private slots:
         QCOMPARE(right->pos(), QPoint(area.width() / 2, 0));
         QCOMPARE(left->pos(), QPoint(0, 0));
         QVERIFY(area.contains(left->geometry()) && area.contains(right->geometry()));
-        QCOMPARE(left->size(), QSize(700, 500));
+        QCOMPARE(left->size(), QSize(area.width() / 2, 500));
+        QVERIFY(!left->geometry().intersects(right->geometry()));
 
         right->showMaximized();
         frame.ArrangeWindows();
