@@ -230,6 +230,22 @@ private slots:
         QCOMPARE(right->pos(), QPoint(0, 0));
     }
 
+    // A form that closes by itself takes its sub-window along: no empty window stays.
+    void aFormClosedByItselfTakesItsWindow()
+    {
+        GuiBench b;
+        frmSendrel frame(b.tm);
+        frame.show();
+        auto *form = new QWidget;
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        frame.AddChildWindow(form)->show();
+        form->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(frame.mdiArea()->subWindowList().isEmpty());
+    }
+
     // The Window menu ends in the windows shown, by their captions, the active one checked; a
     // pick brings that window to the front.
     void windowMenuListsTheOpenWindows()

@@ -296,7 +296,7 @@ private slots:
             QVERIFY(form && form->isVisible());
             button = QStringLiteral("cmdCancel");
         }
-        QMdiSubWindow *sub = b.frame->SubWindowOf(form);
+        QPointer<QMdiSubWindow> sub = b.frame->SubWindowOf(form);
         QVERIFY(sub);
         if (how == QLatin1String("button")) {
             QTest::mouseClick(Control<QPushButton>(form, button), Qt::LeftButton);
@@ -307,6 +307,8 @@ private slots:
             b.frame->mdiArea()->setActiveSubWindow(sub);
             QTest::keyClick(form->focusWidget() ? form->focusWidget() : form, Qt::Key_F4, Qt::ControlModifier);
         }
+        // The window goes at once, with its frame: not an empty frame first.
+        QVERIFY(sub.isNull() || !sub->isVisible());
         QCOMPARE(visibleWindows(), expected);
         QCOMPARE(m->NumOpenWindows, qint16(kind == QLatin1String("chart") ? 1 : 0));
         if (kind == QLatin1String("chart"))
