@@ -4,12 +4,15 @@
 #include <QTextDocument>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace sendrel {
 
 namespace {
-// Below this a printed table is no longer read comfortably; a wider one runs off the page instead.
+// Below this a printed table is no longer read comfortably; a wider one is broken inside its cells.
 constexpr qreal kSmallestPoints = 4.5;
-constexpr qreal kStepPoints = 0.5;
+// Wide enough for any table to be laid out without a break.
+constexpr qreal kUnboundedWidth = 100000;
 }  // namespace
 
 void PrintTableHtml(QPrinter &printer, const QString &html, qreal fontPoints, const QList<QPair<QString, QImage>> &images)
@@ -19,15 +22,19 @@ void PrintTableHtml(QPrinter &printer, const QString &html, qreal fontPoints, co
     QTextDocument document;
     for (const auto &[name, image] : images)
         document.addResource(QTextDocument::ImageResource, QUrl(name), image);
-    for (qreal points = fontPoints;; points -= kStepPoints) {
+    const auto layOut = [&](qreal points, qreal width) {
         QFont font = document.defaultFont();
         font.setPointSizeF(points);
         document.setDefaultFont(font);
-        document.setPageSize(page);
+        document.setPageSize(QSizeF(width, page.height()));
         document.setHtml(html);
-        if (document.idealWidth() <= page.width() || points - kStepPoints < kSmallestPoints)
-            break;
-    }
+    };
+    // A table narrower than the page keeps the font; a wider one gets the font that makes its
+    // unbroken width fit, since the layout would otherwise break its headings inside words.
+    layOut(fontPoints, kUnboundedWidth);
+    const qreal natural = document.idealWidth();
+    const qreal points = natural > page.width() ? std::max(kSmallestPoints, fontPoints * page.width() / natural) : fontPoints;
+    layOut(points, page.width());
     document.print(&printer);
 }
 
