@@ -30,9 +30,9 @@ TableDocument sample()
                  MakeTableColumn(QStringLiteral("fd"), QStringLiteral("FD"), QStringLiteral("stems/ha"), 0, QStringLiteral("stems of FD per hectare")),
                  MakeTableColumn(QStringLiteral("note"), QStringLiteral("Note"))};
     t.columns[1].group = QStringLiteral("Before harvest");
-    t.rows = {{12.5, 1234567.5, QStringLiteral("plain")}, {17.5, 0.1 + 0.2, QStringLiteral("a \"quoted\", listed\nline")},
+    t.rows = {{12.5, 1234567.5, QStringLiteral("plain")}, {17.5, 0.35232375000000005, QStringLiteral("a \"quoted\", listed\nline")},
               {22.5, QVariant(), QVariant()}};
-    t.totals = {{QStringLiteral("Total"), 1234567.8, QVariant()}};
+    t.totals = {{QStringLiteral("Total"), 1234567.891234, QVariant()}};
     TableDocument d;
     d.title = QStringLiteral("Sample");
     d.tables = {t};
@@ -136,9 +136,9 @@ private slots:
     {
         QCOMPARE(CsvText(CsvTable(sample())), QByteArray("DBH class (cm),FD (stems/ha),Note\r\n"
                                                          "12.5,1234567.5,plain\r\n"
-                                                         "17.5,0.3,\"a \"\"quoted\"\", listed\nline\"\r\n"
+                                                         "17.5,0.35232375,\"a \"\"quoted\"\", listed\nline\"\r\n"
                                                          "22.5,,\r\n"
-                                                         "Total,1234567.8,\r\n"));
+                                                         "Total,1234567.891,\r\n"));
         TableDocument two = sample();
         two.tables.append(two.tables.first());
         QVERIFY_THROWS_EXCEPTION(SendrelError, CsvTable(two));
@@ -189,10 +189,15 @@ private slots:
         QCOMPARE(table.value("columns").toArray().at(1).toObject().value("unit").toString(), QStringLiteral("stems/ha"));
         const QJsonArray rows = table.value("rows").toArray();
         QCOMPARE(rows.size(), 3);
-        QCOMPARE(rows.at(1).toObject().value("fd").toDouble(), 0.3);
+        QCOMPARE(rows.at(1).toObject().value("fd").toDouble(), 0.35232375);
         QCOMPARE(rows.at(1).toObject().value("note").toString(), QStringLiteral("a \"quoted\", listed\nline"));
         QVERIFY(rows.at(2).toObject().value("fd").isNull());
         QCOMPARE(table.value("totals").toArray().at(0).toObject().value("dbh").toString(), QStringLiteral("Total"));
+        // JSON has no NaN: a cell without a number is null.
+        d.tables[0].rows[0][1] = qQNaN();
+        const QJsonObject withNaN = QJsonDocument::fromJson(TableText(d, TableFormat::Json), &error).object();
+        QCOMPARE(error.error, QJsonParseError::NoError);
+        QVERIFY(withNaN.value("tables").toArray().at(0).toObject().value("rows").toArray().at(0).toObject().value("fd").isNull());
     }
 
     // A workbook made twice under SOURCE_DATE_EPOCH is the same, byte for byte: no scratch name, no
