@@ -423,7 +423,6 @@ TreeRecord ParseTreeRecord(QByteArrayView line, qint16 cycleNumber, FieldWarning
 
 void ParseTreeRecord(QByteArrayView line, qint16 cycleNumber, TreeRecord &r, FieldWarnings *warnings)
 {
-    checkLineLength(line, warnings);
     for (const FieldLayout &f : kTreeRecordLayout) {
         switch (f.type) {
         case FieldType::Text: {
@@ -446,6 +445,7 @@ void ParseTreeRecord(QByteArrayView line, qint16 cycleNumber, TreeRecord &r, Fie
             break;
         }
     }
+    checkLineLength(line, warnings);
     checkTreeMeasures(line, r);
     r.values[EntryPos::ConstantOne] = 1;
     r.values[EntryPos::ConstantOneB] = 1;
