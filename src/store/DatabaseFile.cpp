@@ -138,7 +138,12 @@ void BackupDatabase(clsDBEngine &engine, const QString &target)
         int rc = sqlite3_open_v2(name.constData(), &copy.db, SQLITE_OPEN_READWRITE, nullptr);
         const auto sqliteFailure = [&](int code) {
             removeJournals();
-            return failed(copy.db ? QString::fromUtf8(sqlite3_errmsg(copy.db)) : QString::fromUtf8(sqlite3_errstr(code)));
+            // A lock held past the wait in the one wording of locks; any other cause as SQLite says it.
+            const int primary = code & 0xff;
+            if (primary == SQLITE_BUSY || primary == SQLITE_LOCKED)
+                return failed(engine.errorFrom(code).description());
+            const bool told = copy.db && sqlite3_errcode(copy.db) != SQLITE_OK;
+            return failed(QString::fromUtf8(told ? sqlite3_errmsg(copy.db) : sqlite3_errstr(code)));
         };
         if (rc != SQLITE_OK)
             throw sqliteFailure(rc);

@@ -323,6 +323,18 @@ private slots:
         QVERIFY2(e.description().contains(QLatin1String("Cannot back up the run database")) && e.description().contains(target),
                  qPrintable(e.description()));
         QCOMPARE(QDir(out.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+
+        // A file kept with the rollback journal, locked by a writer past the wait: refused, not
+        // copied part way.
+        f.db.close();
+        f.tm.DBEngine.fileSystemTypeOf = [](const QString &) { return qint64(0x6969); };
+        f.db.open(f.path());
+        f.tm.DBEngine.setLockWait(std::chrono::milliseconds(30));
+        OtherProgram writer(f.path());
+        QCOMPARE(writer.exec("BEGIN EXCLUSIVE"), SQLITE_OK);
+        const QString locked = failureOf([&] { BackupDatabase(f.tm.DBEngine, target); }).description();
+        QVERIFY2(locked.contains(QLatin1String("stayed locked")), qPrintable(locked));
+        QCOMPARE(QDir(out.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
     }
 
     // A window's kind text: "H" or "h" first is harvested, anything else standing.
