@@ -94,12 +94,12 @@ bool readPlainNumber(QByteArrayView field, double &value)
 
 const QString kSource = QStringLiteral("Sendrel");
 
-// "the diameter (columns 50-54)", or "columns 56-60" for a field that has no name.
+// "the diameter (columns 50-54)", or "the field of columns 56-60" for one that has no name.
 QString fieldName(const FieldLayout &f)
 {
     const QString columns = QStringLiteral("columns %1-%2").arg(f.firstColumn).arg(f.firstColumn + f.width - 1);
     if (QByteArrayView(f.field).startsWith("columns"))
-        return columns;
+        return QStringLiteral("the field of ") + columns;
     return QStringLiteral("the %1 (%2)").arg(QLatin1String(f.field), columns);
 }
 
@@ -321,7 +321,7 @@ void checkLineLength(QByteArrayView line, FieldWarnings *warnings)
     const std::size_t behind = kTreeRecordLayout.size() - first - (within ? 1 : 0);
     QString what;
     if (!within)
-        what = QStringLiteral("the %1 fields from %2 on are missing and read as 0").arg(behind).arg(fieldName(f));
+        what = QStringLiteral("the %1 fields from column %2 on are missing and read as 0").arg(behind).arg(f.firstColumn);
     else if (behind == 0)
         what = QStringLiteral("%1 is cut short").arg(fieldName(f));
     else

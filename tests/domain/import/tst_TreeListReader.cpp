@@ -150,8 +150,8 @@ private slots:
         QTest::newRow("control character in the tree id") << with(2, "TR\x01" "E0042") << 4 << "tree id (columns 2-9): bytes 01 45";
         QTest::newRow("line cut inside a field") << full.left(100) << 101
                                                  << "the line ends at column 100: the total volume (columns 97-102) is cut short, and the 5 fields";
-        QTest::newRow("line cut in a gap") << full.left(60) << 61 << "the line ends at column 60: the 13 fields from columns 62-66 on are missing";
-        QTest::newRow("last field cut") << full.left(126) << 127 << "the line ends at column 126: columns 125-127 is cut short";
+        QTest::newRow("line cut in a gap") << full.left(60) << 61 << "the line ends at column 60: the 13 fields from column 62 on are missing";
+        QTest::newRow("last field cut") << full.left(126) << 127 << "the line ends at column 126: the field of columns 125-127 is cut short";
     }
 
     void warningsNameTheColumn()
