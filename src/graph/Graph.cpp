@@ -194,8 +194,10 @@ QLogValueAxis *logAxis(double low, double high)
     axis->setBase(10);
     axis->setRange(low > 0 ? low : 1, high > low && low > 0 ? high : 10);
     axis->setLabelFormat(QStringLiteral("%g"));
+    // The minor lines at 2 to 9 times each power let a reader place a point between the labels.
     axis->setMinorTickCount(8);
-    axis->setMinorGridLineVisible(false);
+    axis->setMinorGridLineVisible(true);
+    axis->setMinorGridLineColor(QColor(225, 225, 225));
     return axis;
 }
 

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <span>
 
 namespace sendrel {
 
@@ -75,17 +74,11 @@ void setAxes(ChartData &chart, double firstX, double lastX, double lowest, doubl
     chart.ChartYAxisTicks(static_cast<qint32>(std::lround((highest - lowest) / step)));
 }
 
-// 1, 2, 5 times a power of ten at or below v (down) or at or above it (up).
+// The power of ten at or below v (down) or at or above it (up): a log axis labels its powers.
 double logBound(double v, bool up)
 {
-    static constexpr double kUp[] = {1, 2, 5, 10};
-    static constexpr double kDown[] = {5, 2, 1};
     const double power = std::pow(10.0, std::floor(std::log10(v)));
-    for (double f : up ? std::span<const double>(kUp) : std::span<const double>(kDown)) {
-        if (up ? f * power >= v : f * power <= v)
-            return f * power;
-    }
-    return power;
+    return up && power < v ? power * 10 : power;
 }
 
 QString number(double v)

@@ -18,9 +18,6 @@ const QList<CompareStatistic> &CompareStatistics();
 // The index of a statistic by its name, any case; -1 when there is none.
 int CompareStatisticIndex(const QString &name);
 
-// The default maximum of Reineke's stand density index for the density diagram, metric (stems/ha
-// at a quadratic mean diameter of 25.4 cm).
-inline constexpr double kDefaultMaxSdi = 1000;
 // The fractions of the maximum that the diagram draws.
 inline constexpr double kReinekeLineFractions[] = {0.25, 0.35, 0.60};
 
