@@ -263,6 +263,12 @@ private slots:
         QVERIFY(joined.columns.at(2).unit.isEmpty());   // units differ by table
         QCOMPARE(joined.rows.at(5).first().toString(), document.tables.at(1).title);
         QCOMPARE(joined.rows.at(5).mid(1), document.tables.at(1).rows.at(1));
+        // The totals follow each table's rows.
+        ClassLayout layout;
+        QVERIFY(layout.SetClasses(u"0", u"10", u"5").passed());
+        const DataTable tables = JoinedTable(DifferenceTableDocument(m_db->db, compare({QStringLiteral("GROW"), QStringLiteral("THIN")}), layout, 2010, true));
+        QCOMPARE(tables.rows.size(), 3 * (5 + 1));
+        QCOMPARE(tables.rows.at(5).at(1).toString(), QStringLiteral("Total"));
     }
 };
 
