@@ -45,17 +45,6 @@ template <bool Yield, bool Net> Value accumulated(const ComparedRun &run, qint32
     return v;
 }
 
-QString groupTitle(const QString &group)
-{
-    if (group == QLatin1String("Before"))
-        return QStringLiteral("Before harvest");
-    if (group == QLatin1String("Removed"))
-        return QStringLiteral("Removals");
-    if (group == QLatin1String("After"))
-        return QStringLiteral("After harvest");
-    return group;
-}
-
 template <std::size_t... Column> void addSummaryMeasures(QList<CompareMeasure> &measures, std::index_sequence<Column...>)
 {
     const QList<SummaryColumn> columns = StandSummaryColumns(RunKind::Standing);
@@ -64,7 +53,7 @@ template <std::size_t... Column> void addSummaryMeasures(QList<CompareMeasure> &
             return;
         const SummaryColumn &s = columns.at(static_cast<qsizetype>(c));
         if (s.group == QLatin1String("Before") || s.group == QLatin1String("Removed") || s.group == QLatin1String("After"))
-            measures.append({s.key, groupTitle(s.group), s.name, s.unit, s.decimals, value});
+            measures.append({s.key, SummaryGroupTitle(s.group), s.name, s.unit, s.decimals, value});
     };
     (add(Column, &summaryCell<static_cast<int>(Column)>), ...);
 }

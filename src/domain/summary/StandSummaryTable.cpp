@@ -69,8 +69,14 @@ const QString kPaiUnit = QStringLiteral("cu.m/ha/yr");
 constexpr qint16 kTotalSeriesColour = 13;
 constexpr qint32 kChartDivisions = 8;
 
-// The long names of the groups, over their columns in the text table and on paper.
-QString groupTitle(const QString &group)
+int textWidth(const SummaryColumn &c)
+{
+    return static_cast<int>(std::max<qsizetype>(c.unit.isEmpty() ? 5 : 8, std::max(c.name.size(), c.unit.size()))) + 2;
+}
+
+}  // namespace
+
+QString SummaryGroupTitle(const QString &group)
 {
     if (group == QLatin1String("Before"))
         return QStringLiteral("Before harvest");
@@ -84,13 +90,6 @@ QString groupTitle(const QString &group)
         return QStringLiteral("Harvested trees");
     return QString();
 }
-
-int textWidth(const SummaryColumn &c)
-{
-    return static_cast<int>(std::max<qsizetype>(c.unit.isEmpty() ? 5 : 8, std::max(c.name.size(), c.unit.size()))) + 2;
-}
-
-}  // namespace
 
 QString SummaryColumn::header() const
 {
@@ -173,7 +172,7 @@ QString StandSummaryText(const StandSummary &summary)
         int span = 0;
         while (end < columns.size() && columns[end].group == columns[i].group)
             span += textWidth(columns[end++]);
-        QString title = groupTitle(columns[i].group);
+        QString title = SummaryGroupTitle(columns[i].group);
         if (title.size() + 4 > span)
             title = columns[i].group;
         if (title.isEmpty()) {
@@ -227,7 +226,7 @@ QString StandSummaryHtml(const StandSummary &summary)
         qsizetype end = i;
         while (end < columns.size() && columns[end].group == columns[i].group)
             ++end;
-        groups += QStringLiteral("<th colspan=\"%1\">%2</th>").arg(end - i).arg(groupTitle(columns[i].group).toHtmlEscaped());
+        groups += QStringLiteral("<th colspan=\"%1\">%2</th>").arg(end - i).arg(SummaryGroupTitle(columns[i].group).toHtmlEscaped());
         i = end;
     }
     for (const SummaryColumn &c : columns)
@@ -299,7 +298,7 @@ ChartData StandSummaryChart(const StandSummary &summary, qsizetype column)
     chart.ChartYAxisMax(highest);
     chart.ChartYAxisTicks(ticks);
 
-    chart.ChartTopTitle(summary.run.runId + QStringLiteral(": ") + groupTitle(c.group) + QLatin1Char(' ') + c.name);
+    chart.ChartTopTitle(summary.run.runId + QStringLiteral(": ") + SummaryGroupTitle(c.group) + QLatin1Char(' ') + c.name);
     chart.ChartLeftTitle(c.name + QStringLiteral(" (") + c.unit + QLatin1Char(')'));
     chart.ChartBottomTitle(QStringLiteral("Year"));
     chart.ChartGrid(1);

@@ -30,6 +30,9 @@ struct SummaryColumn {
 };
 
 QList<SummaryColumn> StandSummaryColumns(RunKind kind);
+// The long name of a column group, over its columns in the text table and on paper: "Before
+// harvest" for "Before"; empty for Year and Cycle's.
+QString SummaryGroupTitle(const QString &group);
 // The cells of one row, one per column; none where a column has no number.
 QList<std::optional<double>> StandSummaryCells(const StandSummary &summary, qsizetype row);
 // A cell as the text table and the window show it: fixed decimals, a dot, no thousands separators.

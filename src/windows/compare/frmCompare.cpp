@@ -11,7 +11,7 @@
 #include "domain/compare/ComparisonTables.h"
 #include "graph/Graph.h"
 #include "windows/common/FrameHost.h"
-#include "windows/common/ReportWindowHost.h"
+#include "windows/common/TableWindow.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -22,23 +22,17 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMdiSubWindow>
 #include <QPrintDialog>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QTabWidget>
 #include <QTableWidget>
-#include <QTextDocument>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace sendrel {
 
 namespace {
-
-constexpr qreal kPrintFontPoints = 7;
-constexpr qreal kChartPrintWidth = 720;
 
 QTableWidget *newGrid(QWidget *parent, const QString &name)
 {
@@ -390,37 +384,14 @@ void frmCompare::cmdPrint_Click()
         if (!go)
             return;
         // Every table, then the chart shown on a page of its own.
-        QTextDocument document;
-        QFont font = document.defaultFont();
-        font.setPointSizeF(kPrintFontPoints);
-        document.setDefaultFont(font);
-        document.setPageSize(m_printer.pageLayout().paintRect(QPageLayout::Point).size());
-        const bool colour = m_printer.colorMode() == QPrinter::Color;
-        document.addResource(QTextDocument::ImageResource, QUrl(QStringLiteral("chart.png")), gphCompare->toImage(Graph::kFileSize, colour));
-        QString html = DocumentHtml(everyTable());
-        html.replace(QStringLiteral("</body>"), QStringLiteral("<p style=\"page-break-before: always\"><img src=\"chart.png\" width=\"%1\"></p></body>")
-                                                    .arg(kChartPrintWidth));
-        document.setHtml(html);
-        document.print(&m_printer);
+        PrintTablesAndChart(m_printer, DocumentHtml(everyTable()),
+                            gphCompare->toImage(Graph::kFileSize, m_printer.colorMode() == QPrinter::Color));
     });
 }
 
 frmCompare *OpenCompareWindow(TreeModel &tm, FrameHost &frame, const QStringList &runIds)
 {
-    frame.SetMousePointer(kPointerHourglass);
-    auto *window = new frmCompare(tm);
-    try {
-        window->ShowRuns(runIds);
-    } catch (...) {
-        delete window;
-        frame.SetMousePointer(kPointerDefault);
-        throw;
-    }
-    window->ShowHelpTopic = [&frame](int topic) { frame.ShowHelpTopic(topic); };
-    if (QMdiSubWindow *sub = frame.AddChildWindow(window))
-        sub->show();
-    frame.SetMousePointer(kPointerDefault);
-    return window;
+    return OpenInFrame(frame, new frmCompare(tm), [&runIds](frmCompare *window) { window->ShowRuns(runIds); });
 }
 
 }  // namespace sendrel
