@@ -4,7 +4,7 @@
 #include "cli/Selection.h"
 #include "cli/TableOutput.h"
 #include "domain/compare/ComparisonCharts.h"
-#include "domain/compare/ComparisonExport.h"
+#include "domain/table/TableFile.h"
 #include "domain/compare/ComparisonTables.h"
 
 #include <QDir>
@@ -79,11 +79,10 @@ public:
         const TableDocument document = summaryTable ? SummaryComparisonDocument(comparison)
                                                     : DifferenceTableDocument(session.tm.db, comparison, layout,
                                                                               static_cast<qint32>(year.first()), table == 1);
-        const QByteArray text = format == TableFormat::Json ? DocumentJson(document) : DocumentText(document).toUtf8();
         const QString stem = SafeFileStem(comparison.runIds().join(QLatin1Char('_'))) + QStringLiteral("_Compare")
                              + (summaryTable ? QString() : QLatin1Char('_') + kTables.at(table) + QString::number(year.first()));
-        const QString defaultPath = QDir(session.tm.ReportFolder()).filePath(stem + FormatSuffix(format));
-        WriteTableOutput(ctx, format, output, defaultPath, text, ExportSheetsOf(document), CsvTableOf(document));
+        const QString defaultPath = QDir(session.tm.ReportFolder()).filePath(stem + TableFileSuffix(format));
+        WriteTableOutput(ctx, format, output, defaultPath, document);
         return CliOk;
     }
 };

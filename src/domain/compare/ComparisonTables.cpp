@@ -1,7 +1,6 @@
 #include "domain/compare/ComparisonTables.h"
 
 #include "base/SendrelError.h"
-#include "domain/output/ReportFile.h"
 #include "domain/standstock/ClassLayout.h"
 #include "domain/standstock/StandStockData.h"
 #include "store/RunStore.h"
@@ -21,7 +20,7 @@ QVariant number(const std::optional<double> &v)
 
 TableColumn yearColumn()
 {
-    return {QStringLiteral("year"), QStringLiteral("Year"), QString(), -1, QStringLiteral("The calendar year of the runs' cycles.")};
+    return MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year"), QString(), -1, QStringLiteral("The calendar year of the runs' cycles."));
 }
 
 QString differenceHeading(const Comparison &c, int run)
@@ -33,7 +32,7 @@ TableDocument documentOf(const Comparison &comparison, const QString &title)
 {
     TableDocument document;
     document.title = title;
-    document.made = ReportClockNow();
+    document.made = TableMadeNow();
     for (const ComparedRun &r : comparison.runs)
         document.runs.append({r.run.runId, r.run.word(), r.description, QString()});
     return document;
@@ -110,20 +109,30 @@ DataTable SummaryComparisonTable(const Comparison &comparison, const CompareMeas
     const QString base = comparison.baseRun().run.runId;
     for (int r = 0; r < n; ++r) {
         const QString id = comparison.runs[r].run.runId;
-        table.columns.append({QStringLiteral("value:") + id, id, measure.unit, measure.decimals,
-                              QStringLiteral("%1 of run %2.").arg(measure.title(), id)});
+        TableColumn column = MakeTableColumn(QStringLiteral("value:") + id, id, measure.unit, measure.decimals,
+                                             QStringLiteral("%1 of run %2.").arg(measure.title(), id));
+        column.group = QStringLiteral("Values");
+        table.columns.append(column);
     }
     for (int r = 0; r < n; ++r) {
-        if (r != comparison.base)
-            table.columns.append({QStringLiteral("difference:") + comparison.runs[r].run.runId, differenceHeading(comparison, r),
-                                  measure.unit, measure.decimals,
-                                  QStringLiteral("The run's value less the base's (%1), where both have the year.").arg(base)});
+        if (r != comparison.base) {
+            TableColumn column = MakeTableColumn(QStringLiteral("difference:") + comparison.runs[r].run.runId, differenceHeading(comparison, r),
+                                                 measure.unit, measure.decimals,
+                                                 QStringLiteral("The run's value less the base's (%1), where both have the year.").arg(base));
+            column.group = QStringLiteral("Run - base");
+            column.label = comparison.runs[r].run.runId;
+            table.columns.append(column);
+        }
     }
     for (int r = 0; r < n; ++r) {
-        if (r != comparison.base)
-            table.columns.append({QStringLiteral("percent:") + comparison.runs[r].run.runId,
-                                  comparison.runs[r].run.runId + QStringLiteral(" % of ") + base, QStringLiteral("%"), 1,
-                                  QStringLiteral("100 x (run - base) / base; \"n/a\" where the base is 0.")});
+        if (r != comparison.base) {
+            TableColumn column = MakeTableColumn(QStringLiteral("percent:") + comparison.runs[r].run.runId,
+                                                 comparison.runs[r].run.runId + QStringLiteral(" % of ") + base, QStringLiteral("%"), 1,
+                                                 QStringLiteral("100 x (run - base) / base; \"n/a\" where the base is 0."));
+            column.group = QStringLiteral("Percent difference");
+            column.label = comparison.runs[r].run.runId;
+            table.columns.append(column);
+        }
     }
     for (const qint32 year : comparison.years) {
         TableRow values{year}, differences, percents;
@@ -145,6 +154,7 @@ TableDocument SummaryComparisonDocument(const Comparison &comparison)
     TableDocument document = documentOf(comparison, QStringLiteral("Comparison: ") + comparison.runIds().join(QStringLiteral(", ")));
     for (const CompareMeasure &m : CompareMeasures())
         document.tables.append(SummaryComparisonTable(comparison, m));
+    document.single = JoinedTable(document);
     return document;
 }
 
@@ -166,15 +176,15 @@ TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison
     const QList<qint64> species = union_.keys();
     const QString unit = density ? QStringLiteral("stems/ha") : QStringLiteral("cu.m/ha");
     const int decimals = density ? 0 : 1;
-    QList<TableColumn> columns{{QStringLiteral("dbh_class"), QStringLiteral("DBH class"), QStringLiteral("cm"), -1,
-                                QStringLiteral("The class midpoint; the last class by its lower limit, holding every larger tree.")}};
+    QList<TableColumn> columns{MakeTableColumn(QStringLiteral("dbh_class"), QStringLiteral("DBH class"), QStringLiteral("cm"), -1,
+                                               QStringLiteral("The class midpoint; the last class by its lower limit, holding every larger tree."))};
     for (qint64 code : species) {
         const QString str = db.SpeciesStrCode(code);
-        columns.append({str.toLower(), str, unit, decimals,
-                        density ? QStringLiteral("Stems per hectare of the species in the class.")
-                                : QStringLiteral("Gross total volume per hectare of the species in the class.")});
+        columns.append(MakeTableColumn(str.toLower(), str, unit, decimals,
+                                       density ? QStringLiteral("Stems per hectare of the species in the class.")
+                                               : QStringLiteral("Gross total volume per hectare of the species in the class.")));
     }
-    columns.append({QStringLiteral("total"), QStringLiteral("Total"), unit, decimals, QStringLiteral("The sum of the species.")});
+    columns.append(MakeTableColumn(QStringLiteral("total"), QStringLiteral("Total"), unit, decimals, QStringLiteral("The sum of the species.")));
     // The labels of the classes as the aggregation just wrote them into every species' cells.
     QStringList labels;
     for (int i = 0; i < layout.ClassCount(); ++i)
@@ -205,6 +215,7 @@ TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison
                                  blank, [&](qint64 code, int i) { return valueOf(r, code, i) - valueOf(comparison.base, code, i); });
         document.tables.append(t);
     }
+    document.single = JoinedTable(document);
     return document;
 }
 
@@ -215,7 +226,7 @@ DataTable JoinedTable(const TableDocument &document)
     joined.title = document.title;
     if (document.tables.isEmpty())
         return joined;
-    joined.columns.append({QStringLiteral("table"), QStringLiteral("Table"), QString(), -1, QStringLiteral("The table the row belongs to.")});
+    joined.columns.append(MakeTableColumn(QStringLiteral("table"), QStringLiteral("Table"), QString(), -1, QStringLiteral("The table the row belongs to.")));
     const bool sameUnits = std::all_of(document.tables.cbegin(), document.tables.cend(), [&](const DataTable &t) {
         for (qsizetype c = 0; c < t.columns.size(); ++c) {
             if (t.columns[c].unit != document.tables.first().columns.value(c).unit)

@@ -1,8 +1,6 @@
 #include "windows/common/TableWindow.h"
 
-#include <QPrinter>
-#include <QTextDocument>
-#include <QUrl>
+#include "windows/common/TablePrinting.h"
 
 namespace sendrel {
 
@@ -16,17 +14,10 @@ constexpr qreal kChartPrintWidth = 720;
 
 void PrintTablesAndChart(QPrinter &printer, const QString &html, const QImage &chart)
 {
-    QTextDocument document;
-    QFont font = document.defaultFont();
-    font.setPointSizeF(kPrintFontPoints);
-    document.setDefaultFont(font);
-    document.setPageSize(printer.pageLayout().paintRect(QPageLayout::Point).size());
-    document.addResource(QTextDocument::ImageResource, QUrl(QStringLiteral("chart.png")), chart);
     QString withChart = html;
     withChart.replace(QStringLiteral("</body>"),
                       QStringLiteral("<p style=\"page-break-before: always\"><img src=\"chart.png\" width=\"%1\"></p></body>").arg(kChartPrintWidth));
-    document.setHtml(withChart);
-    document.print(&printer);
+    PrintTableHtml(printer, withChart, kPrintFontPoints, {{QStringLiteral("chart.png"), chart}});
 }
 
 }  // namespace sendrel

@@ -7,10 +7,12 @@
 #include "base/ToolBox.h"
 #include "base/UserQuestions.h"
 #include "domain/compare/ComparisonCharts.h"
-#include "domain/compare/ComparisonExport.h"
+#include "domain/table/TableFile.h"
+#include "domain/table/TableRender.h"
 #include "domain/compare/ComparisonTables.h"
 #include "graph/Graph.h"
 #include "windows/common/FrameHost.h"
+#include "windows/common/ExportStatus.h"
 #include "windows/common/TableWindow.h"
 
 #include <QCheckBox>
@@ -64,7 +66,7 @@ void fillGrid(QTableWidget *grid, const DataTable &table)
     grid->setHorizontalHeaderLabels(headings);
     for (int r = 0; r < rows.size(); ++r) {
         for (int c = 0; c < table.columns.size(); ++c) {
-            auto *item = new QTableWidgetItem(CellText(rows[r].value(c), table.columns[c].decimals));
+            auto *item = new QTableWidgetItem(TableCellText(rows[r].value(c), table.columns[c].decimals));
             item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             grid->setItem(r, c, item);
         }
@@ -364,13 +366,14 @@ void frmCompare::cmdExport_Click()
             return;
         // A workbook takes every table, a sheet each; a CSV file holds tables of one shape, so the
         // stand or stock tables go beside it under a name of their own.
-        SaveExport(path, ExportSheetsOf(everyTable()), CsvTableOf(m_summary));
-        if (ExportFormatOf(path) == ExportFormat::Csv && !m_difference.tables.isEmpty()) {
+        SaveExport(everyTable(), path);
+        if (ExportFormatOf(path) == TableFormat::Csv && !m_difference.tables.isEmpty()) {
             const QFileInfo info(path);
             const QString table = (optStand->isChecked() ? QStringLiteral("Stand") : QStringLiteral("Stock")) + cboYear->currentText();
-            SaveCsv(CsvTableOf(m_difference), info.path() + QLatin1Char('/') + info.completeBaseName() + QLatin1Char('-') + table
-                                                  + QStringLiteral(".csv"));
+            SaveTableFile(m_difference, TableFormat::Csv, info.path() + QLatin1Char('/') + info.completeBaseName() + QLatin1Char('-') + table
+                                                                     + QStringLiteral(".csv"));
         }
+        ShowExportedPath(this, path);
     });
 }
 
@@ -384,7 +387,7 @@ void frmCompare::cmdPrint_Click()
         if (!go)
             return;
         // Every table, then the chart shown on a page of its own.
-        PrintTablesAndChart(m_printer, DocumentHtml(everyTable()),
+        PrintTablesAndChart(m_printer, HtmlText(everyTable()),
                             gphCompare->toImage(Graph::kFileSize, m_printer.colorMode() == QPrinter::Color));
     });
 }

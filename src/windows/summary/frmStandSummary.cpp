@@ -1,11 +1,13 @@
 #include "windows/summary/frmStandSummary.h"
 
 #include "app/TreeModel.h"
-#include "base/SafeFileName.h"
 #include "base/SendrelError.h"
 #include "base/UserQuestions.h"
 #include "domain/summary/StandSummaryTable.h"
+#include "domain/table/TableFile.h"
+#include "domain/table/TableRender.h"
 #include "graph/Graph.h"
+#include "windows/common/ExportStatus.h"
 #include "windows/common/FrameHost.h"
 #include "windows/common/ReportWindowHost.h"
 #include "windows/common/TableWindow.h"
@@ -111,9 +113,11 @@ void frmStandSummary::ShowRun(const RunKey &run)
     for (const SummaryColumn &c : columns)
         headings.append(c.group.isEmpty() ? c.name : c.group + QLatin1Char('\n') + c.name + QLatin1Char('\n') + c.unit);
     grdSummary->setHorizontalHeaderLabels(headings);
-    for (int r = 0; r < m_summary.rows.size(); ++r) {
-        for (int c = 0; c < columns.size(); ++c) {
-            auto *item = new QTableWidgetItem(SummaryCellText(columns[c].value(m_summary.rows[r]), columns[c].decimals));
+    const TableDocument document = StandSummaryDocument(m_summary);
+    const DataTable &table = document.tables.first();
+    for (int r = 0; r < table.rows.size(); ++r) {
+        for (int c = 0; c < table.columns.size(); ++c) {
+            auto *item = new QTableWidgetItem(TableCellText(table.rows[r].value(c), table.columns[c].decimals));
             item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             grdSummary->setItem(r, c, item);
         }
@@ -155,11 +159,11 @@ void frmStandSummary::cmdExport_Click()
             return;
         }
         const QString path = m_tm.questions.saveFile(ExportFileRequest(QStringLiteral("Export Stand Summary"), m_tm.ReportFolder(),
-                                                                       SafeFileStem(m_summary.run.runId) + QStringLiteral("_Summary")));
+                                                                       ExportFileStem(m_summary.run, QStringLiteral("Summary"))));
         if (path.isEmpty())
             return;
-        const ExportTable table = StandSummaryExportTable(m_summary);
-        SaveExport(path, {table}, table);
+        SaveExport(StandSummaryDocument(m_summary), path);
+        ShowExportedPath(this, path);
     });
 }
 
@@ -171,7 +175,7 @@ void frmStandSummary::cmdPrint_Click()
         if (!go)
             return;
         // The table, then the chart on a page of its own, as the window shows it.
-        PrintTablesAndChart(m_printer, StandSummaryHtml(m_summary),
+        PrintTablesAndChart(m_printer, HtmlText(StandSummaryDocument(m_summary)),
                             gphSummary->toImage(Graph::kFileSize, m_printer.colorMode() == QPrinter::Color));
     });
 }

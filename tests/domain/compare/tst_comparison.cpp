@@ -124,7 +124,7 @@ private slots:
         QCOMPARE(c.runIds(), (QStringList{"GROW", "THIN"}));   // as stored
         QCOMPARE(c.years, (QList<qint32>{2000, 2010, 2020, 2030}));
         const TableDocument document = SummaryComparisonDocument(c);
-        QCOMPARE(document.tables.size(), 7 + 5 + 7 + 4);
+        QCOMPARE(document.tables.size(), 7 + 6 + 7 + 4);
         QStringList headings;
         for (const TableColumn &column : document.tables.first().columns)
             headings.append(column.heading + QLatin1Char('|') + column.unit);

@@ -29,7 +29,7 @@ QList<double> numbersOf(const TableDocument &document)
         for (const TableRow &row : t.rows + t.totals) {
             for (const QVariant &v : row) {
                 if (!v.isNull() && v.typeId() != QMetaType::QString)
-                    numbers.append(v.toDouble());
+                    numbers.append(TableValue(v.toDouble()));   // as a file keeps it
             }
         }
     }
@@ -133,11 +133,7 @@ private slots:
         b.questions.answerSaveFile(book);
         QTest::mouseClick(Control<QPushButton>(w, QStringLiteral("cmdExport")), Qt::LeftButton);
         const int sheets = static_cast<int>(summary.tables.size() + w->DifferenceTables().tables.size());
-        // The workbook library writes 16 significant digits, one fewer than a double may need.
-        const QList<double> stored = workbookNumbers(book, sheets + 1), expected = numbersOf(summary) + numbersOf(w->DifferenceTables());
-        QCOMPARE(stored.size(), expected.size());
-        for (qsizetype i = 0; i < stored.size(); ++i)
-            QVERIFY2(std::fabs(stored[i] - expected[i]) <= 1e-15 * std::fabs(expected[i]), qPrintable(QString::number(i)));
+        QCOMPARE(workbookNumbers(book, sheets), numbersOf(summary) + numbersOf(w->DifferenceTables()));
 
         const QString csv = b.filePath(QStringLiteral("compare.csv"));
         b.questions.answerSaveFile(csv);
