@@ -130,6 +130,9 @@ void Settings::LoadSettings(const SettingsStore &store, const QString &programDi
     LockWaitSeconds = ReadNumber(store.GetSetting(kSectionSendrel, QStringLiteral("LockWaitSeconds"), QStringLiteral("10")));
     if (LockWaitSeconds <= 0 || LockWaitSeconds > 3600)
         LockWaitSeconds = 10;
+    MaxSDI = ReadNumber(store.GetSetting(kSectionSendrel, QStringLiteral("MaxSDI"), QStringLiteral("1000")));
+    if (!(MaxSDI > 0))
+        MaxSDI = 1000;
 }
 
 void Settings::SaveSettings(SettingsStore &store, double leftPos, double topPos) const
@@ -154,6 +157,7 @@ void Settings::SaveSettings(SettingsStore &store, double leftPos, double topPos)
     store.SaveSetting(kSectionSendrel, QStringLiteral("ClassesWidth"), DefaultText(ClassesWidth));
     store.SaveSetting(kSectionSendrel, QStringLiteral("NumClasses"), DefaultText(NumClasses));
     store.SaveSetting(kSectionSendrel, QStringLiteral("LockWaitSeconds"), DefaultText(LockWaitSeconds));
+    store.SaveSetting(kSectionSendrel, QStringLiteral("MaxSDI"), DefaultText(MaxSDI));
     store.sync();
 }
 

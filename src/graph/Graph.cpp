@@ -18,6 +18,7 @@
 #include <QImage>
 #include <QLegend>
 #include <QLineSeries>
+#include <QLogValueAxis>
 #include <QPageSize>
 #include <QPaintEngine>
 #include <QPainter>
@@ -186,6 +187,20 @@ QString tickFormat(double low, double high, int ticks)
     return step == std::floor(step) && low == std::floor(low) ? QStringLiteral("%.0f") : QStringLiteral("%.1f");
 }
 
+// A logarithmic axis, base 10, its labels as plain numbers.
+QLogValueAxis *logAxis(double low, double high)
+{
+    auto *axis = new QLogValueAxis;
+    axis->setBase(10);
+    axis->setRange(low > 0 ? low : 1, high > low && low > 0 ? high : 10);
+    axis->setLabelFormat(QStringLiteral("%g"));
+    // The minor lines at 2 to 9 times each power let a reader place a point between the labels.
+    axis->setMinorTickCount(8);
+    axis->setMinorGridLineVisible(true);
+    axis->setMinorGridLineColor(QColor(225, 225, 225));
+    return axis;
+}
+
 QFont withSize(QFont font, double points, bool bold = false)
 {
     font.setPointSizeF(points);
@@ -233,21 +248,27 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
     const QFont axisFont = withSize(chart->font(), points > 20 ? 8 : 9);
     const QFont axisTitleFont = withSize(chart->font(), 10, true);
 
-    auto *yAxis = new QValueAxis;
     double low = data.ChartYAxisMin();
     double high = data.ChartYAxisMax();
     // An axis from 0 to 0 (no data) still needs a span to be drawn.
     if (!(high > low))
         high = low + 1;
     const int ticks = data.ChartYAxisTicks() > 0 ? data.ChartYAxisTicks() : 1;
-    yAxis->setRange(low, high);
-    yAxis->setTickCount(ticks + 1);
-    yAxis->setLabelFormat(tickFormat(low, high, ticks));
+    QAbstractAxis *yAxis = nullptr;
+    if (data.ChartLogAxes()) {
+        yAxis = logAxis(low, high);
+    } else {
+        auto *values = new QValueAxis;
+        values->setRange(low, high);
+        values->setTickCount(ticks + 1);
+        values->setLabelFormat(tickFormat(low, high, ticks));
+        values->setMinorGridLineVisible(false);
+        yAxis = values;
+    }
     yAxis->setTitleText(data.ChartLeftTitle());
     yAxis->setTitleFont(axisTitleFont);
     yAxis->setLabelsFont(axisFont);
     yAxis->setGridLineVisible(data.ChartGrid() & 1);
-    yAxis->setMinorGridLineVisible(false);
     chart->addAxis(yAxis, Qt::AlignLeft);
 
     // The key lists the named series; series without a legend have no sample, and a chart
@@ -290,7 +311,6 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
         classes->setTruncateLabels(false);
         xAxis = classes;
     } else {
-        auto *years = new QValueAxis;
         double xLow = data.ChartXAxisMin();
         double xHigh = data.ChartXAxisMax();
         if (!(xHigh > xLow)) {
@@ -307,24 +327,29 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
                 xHigh = xLow + 1;
         }
         const int xTicks = data.ChartXAxisTicks() > 0 ? data.ChartXAxisTicks() : 1;
-        years->setRange(xLow, xHigh);
-        years->setTickCount(xTicks + 1);
-        years->setLabelFormat(tickFormat(xLow, xHigh, xTicks));
-        xAxis = years;
+        if (data.ChartLogAxes()) {
+            xAxis = logAxis(xLow, xHigh);
+        } else {
+            auto *years = new QValueAxis;
+            years->setRange(xLow, xHigh);
+            years->setTickCount(xTicks + 1);
+            years->setLabelFormat(tickFormat(xLow, xHigh, xTicks));
+            xAxis = years;
+        }
         for (int s = 0; s < all.size(); ++s) {
             auto *line = new QLineSeries;
             line->setName(all[s].legend);
             for (int p = 0; p < all[s].values.size(); ++p)
                 line->append(all[s].xs.value(p), all[s].values[p]);
             QPen pen(colour ? PaletteColour(all[s].colour) : QColor(Qt::black));
-            pen.setWidthF(2.0);
+            pen.setWidthF(all[s].width > 0 ? all[s].width : 2.0);
             if (!colour && !kDashPatterns[s % kDashPatterns.size()].isEmpty()) {
                 pen.setDashPattern(kDashPatterns[s % kDashPatterns.size()]);
                 // Square ends would lengthen every dash by the pen's width and close the short gaps.
                 pen.setCapStyle(Qt::FlatCap);
             }
             line->setPen(pen);
-            line->setPointsVisible(true);
+            line->setPointsVisible(all[s].markers);
             chart->addSeries(line);
             drawn.append(line);
             if (!all[s].legend.isEmpty())
@@ -385,7 +410,7 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
         // Black and white means no tint anywhere: the theme's bluish greys become true greys.
         chart->setBackgroundBrush(Qt::white);
         chart->setTitleBrush(Qt::black);
-        for (QAbstractAxis *axis : {static_cast<QAbstractAxis *>(yAxis), xAxis}) {
+        for (QAbstractAxis *axis : {yAxis, xAxis}) {
             axis->setLabelsColor(Qt::black);
             axis->setTitleBrush(Qt::black);
             axis->setLinePenColor(Qt::black);
