@@ -127,14 +127,11 @@ StandStockExport CompileStandStockExport(RunStore &db, const StandStockExportReq
 {
     if (request.cycles.isEmpty())
         throw SendrelError(ErrNo::InvalidCall, kSource, QStringLiteral("No Cycles Are Selected"));
-    // The write lock first: then the run cannot go while its years are compiled, and a failure
-    // leaves the scratch tables as the last report left them.
-    WriteTransaction transaction(db.DBEngine);
-    if (!db.runExists(request.run)) {
-        throw SendrelError(ErrNo::InvalidCall, kSource,
-                           QStringLiteral("The run %1 is not in the database; another program may have deleted it.")
-                               .arg(request.run.displayName()));
-    }
+    // The run as of one moment, from the check that it is there to the last row read back:
+    // another program's delete comes wholly before (the run is missing) or after. The scratch
+    // tables are this connection's own.
+    ReadSnapshot snapshot(db.DBEngine);
+    RequireRun(db, request.run);
     ClearReportTables(db, false);
     StandStockTableWriter writer(db);
     const QString title = StandStockReportTitle(request.run.runId, request.density);
@@ -145,7 +142,7 @@ StandStockExport CompileStandStockExport(RunStore &db, const StandStockExportReq
                      ToInt16(ReadNumber(selected.yearText)), title, QString());
     }
     StandStockExport tables = StandStockExportTables(db, request.run.runId, request.density);
-    transaction.commit();
+    snapshot.end();
     return tables;
 }
 

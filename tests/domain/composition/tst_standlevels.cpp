@@ -1,4 +1,5 @@
 #include "support/TestMain.h"
+#include "support/Failures.h"
 #include "support/GoldenFile.h"
 #include "support/PerPointPlan.h"
 #include "support/RunDatabase.h"
@@ -314,7 +315,7 @@ private slots:
         QTest::newRow("no cycles") << "NOCYCLES" << "Run NOCYCLES:Standing has no cycles: there is nothing to report.";
         QTest::newRow("no trees of the kind") << "NOTREES" << "Run NOTREES:Standing has no trees: there is nothing to report.";
         QTest::newRow("deleted while the window is open")
-            << "R" << "Run R:Standing is no longer in the database: another application has deleted it. There is nothing to report.";
+            << "R" << "There is no run R:Standing in ";
     }
     void reportRefused()
     {
@@ -327,8 +328,10 @@ private slots:
         fillScratchTables(db);
         StandLevelsReportRequest request = requestFor(db, runId, StandLevelsStatistic::Sph);
         db.db.deleteRun({QStringLiteral("R"), RunKind::Standing});
-        QVERIFY(!CompileStandLevelsReport(db.db, db.questions, request).compiled);
-        QCOMPARE(db.questions.messageTexts(), QStringList{said});
+        const std::optional<SendrelError> failure = FailureOf([&] { CompileStandLevelsReport(db.db, db.questions, request); });
+        QVERIFY(failure);
+        QVERIFY2(ReportFailureMessage(*failure).text.startsWith(said), qPrintable(failure->description()));
+        QCOMPARE(db.questions.asked().size(), 0);
         QCOMPARE(scratchCounts(db), QStringLiteral("1/1/1/1"));
     }
 };
