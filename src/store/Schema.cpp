@@ -146,8 +146,8 @@ void MakeScratchReportTables(clsDBEngine &engine)
     for (QString statement : ScratchReportTableSchema()) {
         if (statement.startsWith(QLatin1String("CREATE TABLE ")))
             statement.replace(0, 13, QStringLiteral("CREATE TEMP TABLE IF NOT EXISTS "));
-        else
-            statement.replace(0, 13, QStringLiteral("CREATE INDEX IF NOT EXISTS temp."));
+        else   // a name of its own: the file's index of the same name would stop a VACUUM
+            statement.replace(0, 13, QStringLiteral("CREATE INDEX IF NOT EXISTS temp.Scratch_"));
         Statement(engine, statement).run();
     }
 }
