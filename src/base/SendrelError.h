@@ -34,6 +34,8 @@ namespace ErrNo {
 constexpr long InvalidCall = 5;          // a settings key that is not there, a bad argument
 constexpr long Overflow = 6;             // a 16-bit conversion out of range
 constexpr long FileNotFound = 53;
+constexpr long DeviceIO = 57;            // a write, flush or close that failed
+constexpr long PathFileAccess = 75;      // a file that cannot be opened for writing
 constexpr long PathNotFound = 76;
 constexpr long ItemNotFound = 3265;      // a field or column that does not exist
 constexpr long ClosedObject = 3704;      // closing a closed connection
@@ -42,8 +44,6 @@ constexpr long DatabaseFailure = -2147467259;   // the database layer's general 
 constexpr long CommandFailure = -2147217900;    // a statement the database refused
 // Outputs: report files, charts, print to file.
 constexpr long SubscriptOutOfRange = 9;  // a report block without a column heading
-constexpr long DeviceIO = 57;            // a write, flush or close of an output failed
-constexpr long FileAccess = 75;          // an output file cannot be opened or is of no known type
 constexpr long PrinterError = 482;       // a printer (or a print to file) cannot be started
 // Reports, the program's own.
 constexpr long NothingToReport = 31001;        // no cycle selected, a cycle without trees, a run without cycles

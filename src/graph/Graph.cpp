@@ -500,7 +500,7 @@ void Graph::SaveCharts(const QList<ChartData> &charts, const QString &path, QSiz
 {
     const QString type = QFileInfo(path).suffix().toLower();
     const auto cannotWrite = [&path](const QString &why) {
-        return SendrelError(ErrNo::FileAccess, QStringLiteral("Graph"),
+        return SendrelError(ErrNo::PathFileAccess, QStringLiteral("Graph"),
                             QStringLiteral("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), why));
     };
     if (type != QLatin1String("png") && type != QLatin1String("svg") && type != QLatin1String("pdf"))

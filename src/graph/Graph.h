@@ -61,7 +61,7 @@ public:
     QImage toImage(QSize size, bool colour) const;
     // Writes the chart to a .png, .svg or .pdf file in the screen style (ChartScreenStyle).
     // PNG and SVG have the size given; a PDF is one landscape A4 page. The file is drawn in
-    // memory and written whole (SaveWholeFile): a failure (ErrNo::FileAccess for a type it does
+    // memory and written whole (SaveWholeFile): a failure (ErrNo::PathFileAccess for a type it does
     // not know, ErrNo::DeviceIO for a failed write) names the file and the cause and leaves the
     // file that was there as it was.
     void saveAs(const QString &path, QSize size = kFileSize) const;

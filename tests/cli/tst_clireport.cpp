@@ -3,6 +3,7 @@
 #include "base/Settings.h"
 #include "base/SettingsStore.h"
 #include "domain/composition/StandLevelsReport.h"
+#include "domain/table/TableRender.h"
 #include "support/CliRun.h"
 #include "support/GoldenFile.h"
 #include "support/RunDatabase.h"
@@ -112,7 +113,7 @@ private slots:
         r = report({"composition", "CLIRPT", "--kind", "S", "--statistic", statistic, "--format", "csv", "-o", "-"});
         QCOMPARE(r.code, 0);
         const auto shown = static_cast<StandLevelsStatistic>(QStringList{"sph", "basal-area", "gtv"}.indexOf(statistic));
-        QCOMPARE(r.out.toUtf8(), CsvText(StandLevelsExportTable(m_db->db, ReadStandLevelsCycleSums(m_db->db, "CLIRPT", "S"), shown)));
+        QCOMPARE(r.out.toUtf8(), CsvText(StandLevelsTable(m_db->db, ReadStandLevelsCycleSums(m_db->db, "CLIRPT", "S"), shown)));
     }
 
     void yearsTitleAndDescription()
@@ -147,6 +148,9 @@ private slots:
         QTest::newRow("a start off the half step") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "12.25,2.5,10"}
                                                    << "        Must be a multiple of:\nStarting: 0.5\n";
         QTest::newRow("range hides step") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "2000,0.3,10"}
+                                          << "Invalid.       Valid range is:\nStarting: 0 - 1000\n";
+        // A negative number is a value, refused by the class layout's own words, not as a usage error.
+        QTest::newRow("a negative start") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "-0.5,5,10"}
                                           << "Invalid.       Valid range is:\nStarting: 0 - 1000\n";
         QTest::newRow("a cycle the run lacks") << QStringList{"stand", "CLIRPT", "--kind", "S", "--cycles", "1,4"}
                                                << "Run CLIRPT:Standing has no cycle 4.";

@@ -41,7 +41,7 @@ void SaveWholeFile(const QString &path, const QByteArray &bytes, const QString &
     QByteArray scratch = QFile::encodeName(target) + ".XXXXXX";
     const int fd = ::mkstemp(scratch.data());
     if (fd < 0)
-        throw cannotWrite(ErrNo::FileAccess, errno);
+        throw cannotWrite(ErrNo::PathFileAccess, errno);
     const auto fail = [&](int cause) {
         ::unlink(scratch.constData());
         return cannotWrite(ErrNo::DeviceIO, cause);
