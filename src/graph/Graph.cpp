@@ -1,14 +1,18 @@
 #include "graph/Graph.h"
 
 #include "base/SendrelError.h"
+#include "domain/output/WholeFile.h"
 #include "graph/ChartKey.h"
+#include "graph/PrintOn.h"
 
 #include <QBarCategoryAxis>
 #include <QBarSeries>
 #include <QBarSet>
+#include <QBuffer>
 #include <QChart>
 #include <QChartView>
 #include <QClipboard>
+#include <QDir>
 #include <QFileInfo>
 #include <QFontMetricsF>
 #include <QGraphicsLayout>
@@ -486,7 +490,7 @@ void Graph::renderTo(QPaintDevice *device, bool colour) const
 {
     QPainter painter;
     if (!painter.begin(device))
-        throw SendrelError(482, QStringLiteral("Graph"), QStringLiteral("Printer error"));
+        throw SendrelError(ErrNo::PrinterError, QStringLiteral("Graph"), QStringLiteral("Printer error"));
     renderTo(painter, QRectF(0, 0, device->width(), device->height()), colour);
     painter.end();
 }
@@ -519,77 +523,66 @@ QImage Graph::copyImage() const
 
 void Graph::SaveCharts(const QList<ChartData> &charts, const QString &path, QSize size)
 {
-    Graph graph;
-    if (charts.size() == 1 || QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) != 0) {
-        if (charts.size() != 1)
-            throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Graph"), QStringLiteral("One chart per PNG or SVG file: ") + path);
-        graph.setChartData(charts.first());
-        graph.saveAs(path, size);
-        return;
-    }
-    QPdfWriter pdf(path);
-    pdf.setPageSize(QPageSize(QPageSize::A4));
-    pdf.setPageOrientation(QPageLayout::Landscape);
-    pdf.setResolution(300);
-    pdf.setTitle(charts.first().ChartTopTitle());
-    pdf.setCreator(QStringLiteral("Sendrel"));
-    QPainter painter;
-    if (!painter.begin(&pdf))
-        throw SendrelError(75, QStringLiteral("Graph"), QStringLiteral("Path/File access error: ") + path);
-    for (qsizetype i = 0; i < charts.size(); ++i) {
-        if (i > 0)
-            pdf.newPage();
-        graph.setChartData(charts.at(i));
-        graph.renderTo(painter, QRectF(0, 0, pdf.width(), pdf.height()), graph.ChartScreenStyle() == 1);
-    }
-    painter.end();
-    if (!QFileInfo(path).isFile() || QFileInfo(path).size() == 0)
-        throw SendrelError(75, QStringLiteral("Graph"), QStringLiteral("Path/File access error: ") + path);
-}
-
-void Graph::saveAs(const QString &path, QSize size) const
-{
-    const bool colour = ChartScreenStyle() == 1;
     const QString type = QFileInfo(path).suffix().toLower();
-    auto failed = [&path]() {
-        return SendrelError(75, QStringLiteral("Graph"), QStringLiteral("Path/File access error: ") + path);
+    const auto cannotWrite = [&path](const QString &why) {
+        return SendrelError(ErrNo::PathFileAccess, QStringLiteral("Graph"),
+                            QStringLiteral("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), why));
     };
+    if (type != QLatin1String("png") && type != QLatin1String("svg") && type != QLatin1String("pdf"))
+        throw cannotWrite(QStringLiteral("a chart file is a .png, .svg or .pdf file"));
+    if (charts.isEmpty() || (charts.size() > 1 && type != QLatin1String("pdf")))
+        throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Graph"), QStringLiteral("One chart per PNG or SVG file: ") + path);
+
+    // Drawn in memory first, then written whole: a failure leaves the file that was there as it was.
+    Graph graph;
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    graph.setChartData(charts.first());
+    const bool colour = graph.ChartScreenStyle() == 1;
     if (type == QLatin1String("png")) {
-        if (!toImage(size, colour).save(path, "PNG"))
-            throw failed();
+        if (!graph.toImage(size, colour).save(&buffer, "PNG"))
+            throw cannotWrite(QStringLiteral("the image cannot be encoded"));
     } else if (type == QLatin1String("svg")) {
         QSvgGenerator svg;
-        svg.setFileName(path);
+        svg.setOutputDevice(&buffer);
         svg.setSize(size);
         svg.setViewBox(QRect(QPoint(0, 0), size));
         // Sizes in points are written for the screen's resolution, so that the text has the size
         // it has on screen and in a PNG file.
         if (const QScreen *screen = QGuiApplication::primaryScreen())
             svg.setResolution(qRound(screen->logicalDotsPerInchY()));
-        svg.setTitle(ChartTopTitle());
+        svg.setTitle(graph.ChartTopTitle());
         svg.setDescription(QStringLiteral("Sendrel chart"));
         QPainter painter;
         if (!painter.begin(&svg))
-            throw failed();
-        renderTo(painter, QRectF(QPointF(0, 0), QSizeF(size)), colour);
+            throw cannotWrite(QStringLiteral("the drawing cannot be started"));
+        graph.renderTo(painter, QRectF(QPointF(0, 0), QSizeF(size)), colour);
         painter.end();
-    } else if (type == QLatin1String("pdf")) {
-        QPdfWriter pdf(path);
+    } else {
+        QPdfWriter pdf(&buffer);
         pdf.setPageSize(QPageSize(QPageSize::A4));
         pdf.setPageOrientation(QPageLayout::Landscape);
         pdf.setResolution(300);
-        pdf.setTitle(ChartTopTitle());
+        pdf.setTitle(charts.first().ChartTopTitle());
         pdf.setCreator(QStringLiteral("Sendrel"));
         QPainter painter;
         if (!painter.begin(&pdf))
-            throw failed();
-        renderTo(painter, QRectF(0, 0, pdf.width(), pdf.height()), colour);
+            throw cannotWrite(QStringLiteral("the drawing cannot be started"));
+        for (qsizetype i = 0; i < charts.size(); ++i) {
+            if (i > 0) {
+                pdf.newPage();
+                graph.setChartData(charts.at(i));
+            }
+            graph.renderTo(painter, QRectF(0, 0, pdf.width(), pdf.height()), graph.ChartScreenStyle() == 1);
+        }
         painter.end();
-    } else {
-        throw failed();
     }
-    if (!QFileInfo(path).isFile() || QFileInfo(path).size() == 0)
-        throw failed();
+    SaveWholeFile(path, buffer.data(), QStringLiteral("Graph"));
+}
+
+void Graph::saveAs(const QString &path, QSize size) const
+{
+    SaveCharts({static_cast<const ChartData &>(*this)}, path, size);
 }
 
 void Graph::ChartDraw(qint16 action)
@@ -610,7 +603,7 @@ void Graph::ChartDraw(qint16 action)
             own->setPageOrientation(QPageLayout::Landscape);
             printer = own.get();
         }
-        renderTo(printer, ChartPrintStyle() == 3);
+        PrintOn(*printer, [this](QPagedPaintDevice &device) { renderTo(&device, ChartPrintStyle() == 3); }, QStringLiteral("Graph"));
         break;
     }
     default:
