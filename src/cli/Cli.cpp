@@ -47,8 +47,9 @@ int usageError(CliContext &ctx, const QString &message, const QString &usage)
 }
 
 // An option's value never starts with "-": that is the next option, missing its value before it.
-// The one value that may is "-" for -o, the standard output.
-QString valueFault(const QCommandLineParser &parser, const QList<QCommandLineOption> &options)
+// The values that may are "-" for -o, the standard output, and a value joined to its option by
+// "=" ("--run-id=-x"), which cannot be another option.
+QString valueFault(const QCommandLineParser &parser, const QList<QCommandLineOption> &options, const QStringList &arguments)
 {
     for (const QCommandLineOption &option : options) {
         if (option.valueName().isEmpty())
@@ -58,6 +59,8 @@ QString valueFault(const QCommandLineParser &parser, const QList<QCommandLineOpt
             continue;
         for (const QString &value : parser.values(name)) {
             if (value == QLatin1String("-") && name == QLatin1String("o"))
+                continue;
+            if (arguments.contains(QStringLiteral("--%1=%2").arg(name, value)))
                 continue;
             if (value.startsWith(QLatin1Char('-')))
                 return QStringLiteral("%1%2 needs a value, not '%3'")
@@ -117,7 +120,7 @@ int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
     global.addOptions({db, wait, helpOption()});
     if (!global.parse(QStringList{kTool} + arguments))
         return usageError(ctx, global.errorText(), toolUsage());
-    if (const QString fault = valueFault(global, {db, wait}); !fault.isEmpty())
+    if (const QString fault = valueFault(global, {db, wait}, arguments); !fault.isEmpty())
         return usageError(ctx, fault, toolUsage());
     const QStringList rest = global.positionalArguments();
     if (rest.isEmpty()) {
@@ -156,7 +159,7 @@ int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
         out.flush();
         return CliOk;
     }
-    if (const QString fault = valueFault(parser, options); !fault.isEmpty())
+    if (const QString fault = valueFault(parser, options, rest); !fault.isEmpty())
         return usageError(ctx, fault, command->usageLine());
     const QStringList args = parser.positionalArguments();
     if (args.size() < command->minArguments() || args.size() > command->maxArguments()) {
@@ -230,8 +233,9 @@ int ChoiceOption(const QCommandLineParser &parser, const QString &name, const QS
     return static_cast<int>(at);
 }
 
-QString RunIdArgument(const QString &text, const QString &option)
+QString RunIdArgument(const QString &given, const QString &option)
 {
+    const QString text = TakenRunId(given);
     if (text.isEmpty())
         throw CliUsageFault{QStringLiteral("--%1 needs a Run Id").arg(option)};
     if (text.size() > kMostRunIdCharacters) {

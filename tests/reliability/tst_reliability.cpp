@@ -44,6 +44,8 @@ ImportResult importList(RunStore &db, const QString &path, const QString &runId,
     QTextStream stream(&text);
     CliQuestions questions(stream);
     const ImportResult result = ImportTreeList(db, questions, path, RunKind::Standing, runId);
+    for (const MessageRequest &m : ImportMessages(path, result))
+        questions.message(m);
     stream.flush();
     if (told)
         *told += text;
@@ -216,10 +218,10 @@ private slots:
         QTest::addColumn<QByteArray>("runName");
         QTest::addColumn<int>("column");
         QTest::addColumn<QByteArray>("field");
-        QTest::addColumn<QString>("listed");
-        QTest::newRow("NUL and tab in the run name") << QByteArray("NU\0L\tRUN", 8) << 0 << QByteArray() << "NU\\x00L\\tRUN\tS\t";
+        QTest::addColumn<QString>("listed");   // or, for a Run Id refused, what is told
+        QTest::newRow("NUL and tab in the run name") << QByteArray("NU\0L\tRUN", 8) << 0 << QByteArray() << "control character U+0000 at position 3";
         QTest::newRow("quotes in the run name") << QByteArray("it's \"q\"") << 0 << QByteArray() << "it's \"q\"\tS\t";
-        QTest::newRow("escape sequence in the run name") << QByteArray("\x1b[31mRED") << 0 << QByteArray() << "\\x1b[31mRED\tS\t";
+        QTest::newRow("escape sequence in the run name") << QByteArray("\x1b[31mRED") << 0 << QByteArray() << "control character U+001b at position 1";
         QTest::newRow("a volume of 1e308") << QByteArray("BIG") << 97 << QByteArray(" 1e308") << "BIG\tS\t";
         QTest::newRow("stems of -1e308") << QByteArray("NEG") << 32 << QByteArray("  -1e308") << "NEG\tS\t";
         QTest::newRow("inf and nan") << QByteArray("INF") << 104 << QByteArray("   inf   nan") << "INF\tS\t";
@@ -238,7 +240,15 @@ private slots:
             list.replace(tree + column - 1, field.size(), field);
         }
         const QString runId = QString::fromLatin1(runName);
-        QVERIFY(importList(f.db, f.writeFile(QStringLiteral("v.lst"), list), QString()).completed());
+        QString told;
+        const ImportResult r = importList(f.db, f.writeFile(QStringLiteral("v.lst"), list), QString(), &told);
+        if (listed.contains(QLatin1String("control character"))) {
+            QCOMPARE(r.ending, ImportEnding::Refused);
+            QVERIFY2(told.contains(listed), qPrintable(told));
+            QCOMPARE(f.count(QStringLiteral("Model_Run")), 0);
+            return;
+        }
+        QVERIFY(r.completed());
         QCOMPARE(f.scalar(QStringLiteral("SELECT Run_Id FROM Model_Run")).toString(), runId);
 
         const CliRun runs = RunTool({"--db", f.path(), "runs"});
