@@ -14,10 +14,15 @@
 #include <QDir>
 #include <QFile>
 
+#include <functional>
 #include <future>
 #include <thread>
 
+#include <poll.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace sendrel;
 using namespace sendrel::test;
@@ -36,13 +41,15 @@ QByteArray threeCycles(const QByteArray &lineEnd = "\r\n", const QByteArray &run
     return text;
 }
 
-// One import as the headless tool answers it: the Run Id given, a taken one refused. What the
-// user was told is added to told.
-ImportResult importList(RunStore &db, const QString &path, const QString &runId, QString *told = nullptr)
+// One import as the headless tool answers it: the Run Id given, a taken one as onDuplicate says
+// (refused by default). What the user was told is added to told.
+ImportResult importList(RunStore &db, const QString &path, const QString &runId, QString *told = nullptr,
+                        CliQuestions::OnDuplicate onDuplicate = CliQuestions::OnDuplicate::Fail)
 {
     QString text;
     QTextStream stream(&text);
     CliQuestions questions(stream);
+    questions.onDuplicate = onDuplicate;
     const ImportResult result = ImportTreeList(db, questions, path, RunKind::Standing, runId);
     for (const MessageRequest &m : ImportMessages(path, result))
         questions.message(m);
@@ -77,6 +84,52 @@ QString standReport(RunStore &db, const QString &runId)
     QTextStream stream(&told);
     CliQuestions questions(stream);
     return CompileStandStockReport(db, questions, request, layout, data).text;
+}
+
+// Every row of the run tables and the kept sums, in table order: the database as a whole.
+QStringList everything(RunStore &db)
+{
+    QStringList rows;
+    for (const char *table : {"Model_Run", "Model_Header", "Model_Entries", "Model_Cycle_Sums", "Run"})
+        rows += Rows(db, QStringLiteral("SELECT '%1', * FROM %1 ORDER BY rowid").arg(QLatin1String(table)));
+    return rows;
+}
+
+// Runs work in a process of its own on the database at path and kills it (SIGKILL) once it calls
+// the reached() it is given: a program killed in the middle of a write. False when it never got
+// there. The child's page cache is small, so that pages of the unfinished write reach the log
+// before the kill, as those of a large list do.
+using MidWrite = std::function<void(RunStore &, const std::function<void()> &reached)>;
+bool killedMidWrite(const QString &path, const MidWrite &work)
+{
+    int pipeEnds[2];
+    if (::pipe(pipeEnds) != 0)
+        return false;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::close(pipeEnds[0]);
+        try {
+            RunStore db;
+            db.open(path);
+            Exec(db, QStringLiteral("PRAGMA cache_size = 20"));
+            work(db, [&] {
+                const char byte = 1;
+                if (::write(pipeEnds[1], &byte, 1) == 1)
+                    ::pause();
+            });
+        } catch (...) {
+        }
+        ::_exit(0);
+    }
+    ::close(pipeEnds[1]);
+    pollfd ready{pipeEnds[0], POLLIN, 0};
+    char byte = 0;
+    const bool reached = ::poll(&ready, 1, 20000) == 1 && ::read(pipeEnds[0], &byte, 1) == 1;
+    ::kill(child, SIGKILL);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ::close(pipeEnds[0]);
+    return reached && WIFSIGNALED(status);
 }
 
 void damageAPageOfTheTrees(const QString &path)
@@ -288,17 +341,75 @@ private slots:
         QCOMPARE(Count(reader.db, QStringLiteral("Model_Entries")), 2000);
     }
 
+    // A program killed in the middle of an overwrite or a delete leaves the database as it was,
+    // the old run whole, and the file whole.
+    void killedMidWrite_data()
+    {
+        QTest::addColumn<QString>("write");
+        QTest::newRow("overwrite, in its third cycle") << "overwrite";
+        QTest::newRow("delete, between its statements") << "delete";
+    }
+    void killedMidWrite()
+    {
+        QFETCH(QString, write);
+        RunDatabase f;
+        QByteArray list;
+        for (int c = 1; c <= 4; ++c) {
+            list += HeaderLine(1, c, 2000 + c, c == 1 ? QByteArray("KEEP") : QByteArray()) + "\r\n";
+            for (int t = 0; t < 1000; ++t)
+                list += TreeLine(QByteArray::number(t), "FD", 3, 10 + c, 20, 0.5, 0.4) + "\r\n";
+        }
+        const QString path = f.writeFile(QStringLiteral("keep.lst"), list);
+        QVERIFY(importList(f.db, path, QString()).completed());
+        QVERIFY(importList(f.db, f.writeFile(QStringLiteral("p.lst"), threeCycles()), QStringLiteral("OTHER")).completed());
+        const QStringList before = everything(f.db);
+
+        QVERIFY(::killedMidWrite(f.path(), [&](RunStore &db, const std::function<void()> &reached) {
+            if (write == QLatin1String("delete")) {
+                db.beforeDeleteStatement = [&](const QString &table) {
+                    if (table == QLatin1String("Model_Header"))
+                        reached();
+                };
+                db.deleteRun({QStringLiteral("KEEP"), RunKind::Standing});
+                return;
+            }
+            struct Overwrite : CliQuestions {
+                using CliQuestions::CliQuestions;
+                std::function<void()> atThirdCycle;
+                void showBusyMessage(const QString &, const QString &message) override
+                {
+                    if (message.endsWith(QLatin1String(": 3")))
+                        atThirdCycle();
+                }
+            };
+            QTextStream err(stderr);
+            Overwrite questions(err);
+            questions.onDuplicate = CliQuestions::OnDuplicate::Overwrite;
+            questions.atThirdCycle = reached;
+            ImportTreeList(db, questions, path, RunKind::Standing);
+        }));
+        OtherProgram after(f.path());
+        QCOMPARE(Scalar(after.db, QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+        QCOMPARE(everything(after.db), before);
+        // The lock went with the process: the next writer writes.
+        QVERIFY(importList(after.db, path, QStringLiteral("KEEP"), nullptr, CliQuestions::OnDuplicate::Overwrite).completed());
+    }
+
     // Imports at once: each of its own Run Id completes whole; of one Run Id exactly one does, the
-    // others meet the duplicate question, and that run holds one list, never two.
+    // others meet the duplicate question, and that run holds one list, never two; with Rename every
+    // one completes, each under the next free name of the Id given.
     void importsAtOnce_data()
     {
         QTest::addColumn<bool>("sameRunId");
-        QTest::newRow("four Run Ids") << false;
-        QTest::newRow("one Run Id") << true;
+        QTest::addColumn<bool>("rename");
+        QTest::newRow("four Run Ids") << false << false;
+        QTest::newRow("one Run Id") << true << false;
+        QTest::newRow("one Run Id, rename") << true << true;
     }
     void importsAtOnce()
     {
         QFETCH(bool, sameRunId);
+        QFETCH(bool, rename);
         RunDatabase f;
         QByteArray big;
         for (int c = 1; c <= 4; ++c) {
@@ -310,9 +421,10 @@ private slots:
         std::vector<std::future<ImportResult>> imports;
         for (int i = 0; i < 4; ++i) {
             const QString runId = sameRunId ? QStringLiteral("SAME") : QStringLiteral("RUN%1").arg(i);
-            imports.push_back(std::async(std::launch::async, [&f, list, runId] {
+            imports.push_back(std::async(std::launch::async, [&f, list, runId, rename] {
                 OtherProgram program(f.path());
-                return importList(program.db, list, runId);
+                return importList(program.db, list, runId, nullptr,
+                                  rename ? CliQuestions::OnDuplicate::Rename : CliQuestions::OnDuplicate::Fail);
             }));
         }
         int completed = 0;
@@ -322,8 +434,10 @@ private slots:
             completed += ending == ImportEnding::Completed ? 1 : 0;
             refused += ending == ImportEnding::Cancelled ? 1 : 0;
         }
-        QCOMPARE(completed, sameRunId ? 1 : 4);
+        QCOMPARE(completed, sameRunId && !rename ? 1 : 4);
         QCOMPARE(refused, 4 - completed);
+        if (rename)
+            QCOMPARE(f.rows(QStringLiteral("SELECT Run_Id FROM Model_Run ORDER BY Run_Id")), QStringList({"SAME", "SAME:1", "SAME:2", "SAME:3"}));
         QCOMPARE(f.count(QStringLiteral("Model_Run")), completed);
         QCOMPARE(f.count(QStringLiteral("Model_Header")), 4 * completed);
         QCOMPARE(f.count(QStringLiteral("Model_Entries")), 2000 * completed);
