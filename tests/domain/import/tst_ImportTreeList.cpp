@@ -186,7 +186,7 @@ private slots:
     {
         RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("stand.b.lst"), threeCycles(QByteArray()));
-        f.questions.answerRunId(kDialogCheck, QStringLiteral("Edited"));
+        f.questions.answerRunId(kDialogCheck, QStringLiteral(" Edited\t"));   // blanks at the ends are no part of it
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QVERIFY(r.completed());
         QCOMPARE(f.questions.asked().first().text, QStringLiteral("STAND"));
