@@ -192,6 +192,13 @@ private slots:
         QCOMPARE(f.questions.asked().first().text, QStringLiteral("STAND"));
         QCOMPARE(r.runId, QStringLiteral("Edited"));
         QCOMPARE(f.count(QStringLiteral("Model_Header"), QStringLiteral("Run_Id = 'Edited'")), 3);
+
+        // Blanks alone are no Run Id.
+        f.questions.answerRunId(kDialogCheck, QStringLiteral("   "));
+        const ImportResult blank = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
+        QCOMPARE(blank.ending, ImportEnding::Refused);
+        QVERIFY2(blank.detail.contains(QLatin1String("the Run Id is empty")), qPrintable(blank.detail));
+        QCOMPARE(f.count(QStringLiteral("Model_Run")), 1);
     }
 
     void cancelAtEachDialogTouchesNothing()
