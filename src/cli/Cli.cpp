@@ -46,11 +46,30 @@ int usageError(CliContext &ctx, const QString &message, const QString &usage)
     return CliUsage;
 }
 
-// An option's value never starts with "-": that is the next option, missing its value before it.
-// The values that may are "-" for -o, the standard output, and a value joined to its option by
-// "=" ("--run-id=-x"), which cannot be another option.
+// The values given joined to their option ("--run-id=-x"): nothing else can be meant, so such a
+// value may look like an option.
+QStringList joinedValues(const QStringList &arguments)
+{
+    QStringList values;
+    for (const QString &argument : arguments) {
+        const qsizetype eq = argument.indexOf(QLatin1Char('='));
+        if (argument.startsWith(QLatin1Char('-')) && eq > 1)
+            values.append(argument.mid(eq + 1));
+    }
+    return values;
+}
+
+// A value that is an option name ("--help", "-o") is the next option, its own value missing before
+// it. A negative number ("-0.5,5,10") and "-" (the standard output of -o) are values.
+bool looksLikeOptionName(const QString &value)
+{
+    static const QRegularExpression name(QStringLiteral("^--?[A-Za-z]"));
+    return name.match(value).hasMatch();
+}
+
 QString valueFault(const QCommandLineParser &parser, const QList<QCommandLineOption> &options, const QStringList &arguments)
 {
+    const QStringList joined = joinedValues(arguments);
     for (const QCommandLineOption &option : options) {
         if (option.valueName().isEmpty())
             continue;
@@ -58,11 +77,7 @@ QString valueFault(const QCommandLineParser &parser, const QList<QCommandLineOpt
         if (!parser.isSet(name))
             continue;
         for (const QString &value : parser.values(name)) {
-            if (value == QLatin1String("-") && name == QLatin1String("o"))
-                continue;
-            if (arguments.contains(QStringLiteral("--%1=%2").arg(name, value)))
-                continue;
-            if (value.startsWith(QLatin1Char('-')))
+            if (looksLikeOptionName(value) && !joined.contains(value))
                 return QStringLiteral("%1%2 needs a value, not '%3'")
                     .arg(name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--"), name, value);
         }
@@ -159,7 +174,7 @@ int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
         out.flush();
         return CliOk;
     }
-    if (const QString fault = valueFault(parser, options, rest); !fault.isEmpty())
+    if (const QString fault = valueFault(parser, options, rest.mid(1)); !fault.isEmpty())
         return usageError(ctx, fault, command->usageLine());
     const QStringList args = parser.positionalArguments();
     if (args.size() < command->minArguments() || args.size() > command->maxArguments()) {

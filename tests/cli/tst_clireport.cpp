@@ -139,6 +139,9 @@ private slots:
                                                    << "        Must be a multiple of:\nStarting: 0.5\n";
         QTest::newRow("range hides step") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "2000,0.3,10"}
                                           << "Invalid.       Valid range is:\nStarting: 0 - 1000\n";
+        // A negative number is a value, refused by the class layout's own words, not as a usage error.
+        QTest::newRow("a negative start") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "-0.5,5,10"}
+                                          << "Invalid.       Valid range is:\nStarting: 0 - 1000\n";
         QTest::newRow("a cycle the run lacks") << QStringList{"stand", "CLIRPT", "--kind", "S", "--cycles", "1,4"}
                                                << "Run CLIRPT:Standing has no cycle 4.";
         QTest::newRow("a year the run lacks") << QStringList{"stock", "CLIRPT", "--kind", "S", "--years", "1999"}

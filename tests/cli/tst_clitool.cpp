@@ -72,6 +72,8 @@ private slots:
                                    << "-o needs a value, not '--help'";
         QTest::newRow("--run-id --help") << QStringList{"--db", "x.mdb", "import", "a.lst", "--kind", "S", "--run-id", "--help"}
                                          << "--run-id needs a value, not '--help'";
+        QTest::newRow("--run-id -x") << QStringList{"--db", "x.mdb", "import", "a.lst", "--kind", "S", "--run-id", "-x"}
+                                     << "--run-id needs a value, not '-x'";
         QTest::newRow("no command") << QStringList{} << "no command given";
         QTest::newRow("unknown command") << QStringList{"merge"} << "unknown command 'merge'";
         QTest::newRow("unknown option") << QStringList{"runs", "--fast"} << "Unknown option 'fast'";
