@@ -86,15 +86,6 @@ QString standReport(RunStore &db, const QString &runId)
     return CompileStandStockReport(db, questions, request, layout, data).text;
 }
 
-// Every row of the run tables and the kept sums, in table order: the database as a whole.
-QStringList everything(RunStore &db)
-{
-    QStringList rows;
-    for (const char *table : {"Model_Run", "Model_Header", "Model_Entries", "Model_Cycle_Sums", "Run"})
-        rows += Rows(db, QStringLiteral("SELECT '%1', * FROM %1 ORDER BY rowid").arg(QLatin1String(table)));
-    return rows;
-}
-
 // Runs work in a process of its own on the database at path and kills it (SIGKILL) once it calls
 // the reached() it is given: a program killed in the middle of a write. False when it never got
 // there. The child's page cache is small, so that pages of the unfinished write reach the log
@@ -362,7 +353,7 @@ private slots:
         const QString path = f.writeFile(QStringLiteral("keep.lst"), list);
         QVERIFY(importList(f.db, path, QString()).completed());
         QVERIFY(importList(f.db, f.writeFile(QStringLiteral("p.lst"), threeCycles()), QStringLiteral("OTHER")).completed());
-        const QStringList before = everything(f.db);
+        const QStringList before = RunTableRows(f.db);
 
         QVERIFY(::killedMidWrite(f.path(), [&](RunStore &db, const std::function<void()> &reached) {
             if (write == QLatin1String("delete")) {
@@ -390,7 +381,7 @@ private slots:
         }));
         OtherProgram after(f.path());
         QCOMPARE(Scalar(after.db, QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
-        QCOMPARE(everything(after.db), before);
+        QCOMPARE(RunTableRows(after.db), before);
         // The lock went with the process: the next writer writes.
         QVERIFY(importList(after.db, path, QStringLiteral("KEEP"), nullptr, CliQuestions::OnDuplicate::Overwrite).completed());
     }

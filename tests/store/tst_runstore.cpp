@@ -288,12 +288,7 @@ private slots:
         f.addHeader(run.runId, QStringLiteral("S"), 1, 2000);
         f.addTree(run.runId, QStringLiteral("S"), 1, 3, 20, 100, 0.5);
         WriteCycleSums(f.db.DBEngine, run, SumCycleRecords(f.db.DBEngine, run));
-        const auto everything = [&f] {
-            QStringList rows;
-            for (const char *table : {"Model_Run", "Model_Header", "Model_Entries", "Model_Cycle_Sums"})
-                rows += f.rows(QStringLiteral("SELECT * FROM %1").arg(QLatin1String(table)));
-            return rows;
-        };
+        const auto everything = [&f] { return RunTableRows(f.db); };
         const QStringList before = everything();
         QCOMPARE(before.size(), 4);
         QStringList reached;

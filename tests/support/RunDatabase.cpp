@@ -148,6 +148,14 @@ QString RunDatabase::writeFile(const QString &name, const QByteArray &content)
     return p;
 }
 
+QStringList RunTableRows(RunStore &db)
+{
+    QStringList rows;
+    for (const char *table : {"Model_Run", "Model_Header", "Model_Entries", "Model_Cycle_Sums", "Run"})
+        rows += Rows(db, QStringLiteral("SELECT '%1', * FROM %1 ORDER BY rowid").arg(QLatin1String(table)));
+    return rows;
+}
+
 QByteArray ReadWholeFile(const QString &path)
 {
     QFile f(path);

@@ -59,15 +59,6 @@ QStringList told(const QString &path, const ImportResult &r)
     return texts;
 }
 
-// Every row of the run tables and the kept sums, in table order: the database as a whole.
-QStringList everything(RunDatabase &f)
-{
-    QStringList rows;
-    for (const char *table : {"Model_Run", "Model_Header", "Model_Entries", "Model_Cycle_Sums", "Run"})
-        rows += f.rows(QStringLiteral("SELECT '%1', * FROM %1 ORDER BY rowid").arg(QLatin1String(table)));
-    return rows;
-}
-
 }  // namespace
 
 class tst_ImportTreeList : public QObject {
@@ -305,7 +296,7 @@ private slots:
         RunDatabase f;
         const QString good = f.writeFile(QStringLiteral("good.lst"), threeCycles("BAD"));
         importBothKinds(f, good);   // earlier rows of BAD, both kinds
-        const QStringList before = everything(f);
+        const QStringList before = RunTableRows(f.db);
 
         const bool species = failure == QLatin1String("species");
         const QString path = species ? f.writeFile(QStringLiteral("bad.lst"), ::badSpeciesInCycle3()) : good;
@@ -317,7 +308,7 @@ private slots:
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
 
         QCOMPARE(r.ending, ImportEnding::Failed);
-        QCOMPARE(everything(f), before);
+        QCOMPARE(RunTableRows(f.db), before);
         QVERIFY(!f.questions.busyVisible());
         QVERIFY(!f.tm.DBEngine.InTransaction());
         const QStringList texts = told(path, r);
@@ -345,7 +336,7 @@ private slots:
         QCOMPARE(r.ending, ImportEnding::Failed);
         QVERIFY(told(path, r).value(0).startsWith(QStringLiteral("Import Error")));
         // No run row without data, which would make the corrected list a duplicate.
-        QCOMPARE(everything(f), QStringList());
+        QCOMPARE(RunTableRows(f.db), QStringList());
         QVERIFY(!f.tm.DBEngine.InTransaction());
     }
 
