@@ -56,8 +56,9 @@ class RunStore {
 public:
     clsDBEngine DBEngine;
 
-    // All of Model_Run as of the opening (the search for a free Run Id reads it), and two
-    // recordsets kept for the process whose rows nothing reads: fetched only when first read.
+    // All of Model_Run as of the opening, and two recordsets kept for the process: nothing reads
+    // their rows now (the search for a free Run Id reads the table as it is); the two are fetched
+    // only when first read.
     Recordset ModelRunRS;
     Recordset ModelEntriesRS;
     Recordset ModelHeaderRS;

@@ -133,12 +133,6 @@ void RunDatabase::openAsProgram()
     OpenGameDB(tm, false);
 }
 
-void RunDatabase::reopenModelRunRS()
-{
-    tm.DBEngine.SQLString = QStringLiteral("Select * from Model_Run  WHERE 0=0");
-    db.ModelRunRS = tm.DBEngine.RetreiveRecords();
-}
-
 QString RunDatabase::writeFile(const QString &name, const QByteArray &content)
 {
     const QString p = filePath(name);

@@ -53,8 +53,6 @@ public:
 
     // Creates the file unless there is one and opens it with OpenGameDB, as a start does.
     void openAsProgram();
-    // Re-reads the long-lived Model_Run recordset, as a new start of the program would.
-    void reopenModelRunRS();
 
     void exec(const QString &sql) { Exec(db, sql); }
     QVariant scalar(const QString &sql) { return Scalar(db, sql); }

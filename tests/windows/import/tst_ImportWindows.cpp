@@ -149,7 +149,7 @@ private slots:
     {
         GuiQuestions q;
         q.setNextFreeRunId([](const QString &) -> QString {
-            throw SendrelError(-2147467259, QStringLiteral("db"), QStringLiteral("locked"));
+            throw SendrelError(ErrNo::DatabaseFailure, QStringLiteral("db"), QStringLiteral("locked"));
         });
         onNextModal([](QWidget *w) { leaveDialog(w, QStringLiteral("cmdRename")); });
         QVERIFY_THROWS_EXCEPTION(SendrelError, q.askDuplicateId(QStringLiteral("X")));
@@ -227,7 +227,7 @@ private slots:
         bool stayed = false;
         onNextModal([&](QWidget *w) {
             auto *d = qobject_cast<frmDeleteRuns *>(w);
-            d->Delete = [](const QStringList &) { throw SendrelError(-2147467259, QStringLiteral("db"), QStringLiteral("locked")); };
+            d->Delete = [](const QStringList &) { throw SendrelError(ErrNo::DatabaseFailure, QStringLiteral("db"), QStringLiteral("locked")); };
             b.frame->SetMousePointer(11);
             clickRow(d->lstRuns, 0);
             QTest::mouseClick(d->cmdDelete, Qt::LeftButton);
