@@ -9,10 +9,11 @@
 
 #include "BenchCommon.h"
 
-#include "domain/export/StandStockExport.h"
 #include "domain/standstock/ClassLayout.h"
 #include "domain/standstock/StandStockData.h"
+#include "domain/standstock/StandStockDocument.h"
 #include "domain/summary/StandSummary.h"
+#include "domain/table/TableFile.h"
 #include "store/RunStore.h"
 
 #include <QDir>
@@ -94,8 +95,8 @@ int main(int argc, char *argv[])
     for (int c = 1; c <= kCycles; ++c)
         request.cycles.append({static_cast<qint16>(c), QString::number(1990 + 10 * c)});
     if (only != QLatin1String("summary"))
-        measure("stand table of 20 years to a workbook (report tables compiled, read back, written)", [&] {
-        SaveStandStockExport(CompileStandStockExport(db, request, layout, data), workbook);
+        measure("stand table of 20 years to a workbook (aggregated, written)", [&] {
+        SaveTableFile(CompileStandStockDocument(db, request, layout, data), TableFormat::Xlsx, workbook);
     });
     std::printf("load average: %s\n", bench::LoadAverage().constData());
     db.close();

@@ -5,9 +5,12 @@
 #include "cli/Selection.h"
 #include "cli/TableOutput.h"
 #include "domain/composition/StandLevelsReport.h"
-#include "domain/export/StandStockExport.h"
+#include "domain/standstock/StandStockDocument.h"
+#include "domain/table/TableFile.h"
 #include "domain/output/ReportFile.h"
 #include "domain/standstock/StandStockReport.h"
+
+#include <QDir>
 
 namespace sendrel {
 
@@ -99,10 +102,10 @@ public:
         const QString output = parser.value(QStringLiteral("o"));
         if (format != TableFormat::Txt) {
             StandStockData data(layout, session.tm.db.NumSpecies);
-            const StandStockExport tables = CompileStandStockExport(session.tm.db, {run, request.density, request.cycles}, layout, data);
-            QString defaultPath = ReportFilePath(session.tm.ReportFolder(), run.runId, kindOfReport);
-            defaultPath.replace(defaultPath.size() - 4, 4, FormatSuffix(format));
-            WriteTableOutput(ctx, format, output, defaultPath, {}, tables.years, tables.joined);
+            const TableDocument document = CompileStandStockDocument(session.tm.db, {run, request.density, request.cycles}, layout, data);
+            const QString defaultPath = QDir(session.tm.ReportFolder())
+                                            .filePath(ExportFileStem(run, ReportKindName(kindOfReport)) + TableFileSuffix(format));
+            WriteTableOutput(ctx, format, output, defaultPath, document);
             return CliOk;
         }
         if (output.isEmpty())
@@ -153,12 +156,9 @@ private:
                 throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
                                    QStringLiteral("Run %1 has no cycles or no trees to report.").arg(EscapedForLine(run.displayName())));
             // The workbook holds every statistic, as the window's Export... writes it; the CSV the one asked for.
-            QList<ExportTable> sheets;
-            for (StandLevelsStatistic s : {StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea, StandLevelsStatistic::MerchVol})
-                sheets.append(StandLevelsExportTable(db, *request.sums, s));
-            QString defaultPath = ReportFilePath(session.tm.ReportFolder(), run.runId, ReportKind::Species);
-            defaultPath.replace(defaultPath.size() - 4, 4, FormatSuffix(format));
-            WriteTableOutput(ctx, format, output, defaultPath, QByteArray(), sheets, StandLevelsExportTable(db, *request.sums, statistic));
+            const QString defaultPath = QDir(session.tm.ReportFolder())
+                                            .filePath(ExportFileStem(run, ReportKindName(ReportKind::Species)) + TableFileSuffix(format));
+            WriteTableOutput(ctx, format, output, defaultPath, StandLevelsDocument(db, *request.sums, statistic, run));
             return CliOk;
         }
         if (output.isEmpty())

@@ -1,8 +1,8 @@
 #include "cli/Commands.h"
 
-#include "base/SafeFileName.h"
 #include "cli/TableOutput.h"
 #include "domain/summary/StandSummaryTable.h"
+#include "domain/table/TableFile.h"
 
 #include <QDir>
 
@@ -43,11 +43,9 @@ public:
         CliSession session(ctx);
         session.open();
         const StandSummary summary = ReadStandSummary(session.tm.db, session.requireRun(args.first(), kind));
-        const ExportTable table = StandSummaryExportTable(summary);
-        const QByteArray text = format == TableFormat::Json ? StandSummaryJson(summary) : StandSummaryText(summary).toUtf8();
-        const QString defaultPath = QDir(session.tm.ReportFolder())
-                                        .filePath(SafeFileStem(summary.run.runId) + QStringLiteral("_Summary") + FormatSuffix(format));
-        WriteTableOutput(ctx, format, output, defaultPath, text, {table}, table);
+        const QString defaultPath =
+            QDir(session.tm.ReportFolder()).filePath(ExportFileStem(summary.run, QStringLiteral("Summary")) + TableFileSuffix(format));
+        WriteTableOutput(ctx, format, output, defaultPath, StandSummaryDocument(summary));
         return CliOk;
     }
 };

@@ -1,46 +1,31 @@
 #include "cli/TableOutput.h"
 
-#include "domain/output/ReportFile.h"
-
+#include "base/SendrelError.h"
+#include "domain/table/TableFile.h"
 
 namespace sendrel {
-
-namespace {
-const QStringList kFormats = {QStringLiteral("txt"), QStringLiteral("csv"), QStringLiteral("xlsx"), QStringLiteral("json")};
-}
 
 TableFormat FormatOption(const QCommandLineParser &parser, const QStringList &allowed)
 {
     const QString name = allowed.at(ChoiceOption(parser, QStringLiteral("format"), allowed, 0));
-    const auto format = static_cast<TableFormat>(kFormats.indexOf(name));
+    const TableFormat format = *TableFormatNamed(name);
     if (format == TableFormat::Xlsx && parser.value(QStringLiteral("o")) == QLatin1String("-"))
         throw CliUsageFault{QStringLiteral("a workbook cannot go to the standard output; give -o FILE")};
     return format;
 }
 
-QString FormatSuffix(TableFormat format)
-{
-    return QLatin1Char('.') + kFormats.at(static_cast<int>(format));
-}
-
 void WriteTableOutput(CliContext &ctx, TableFormat format, const QString &output, const QString &defaultPath,
-                      const QByteArray &text, const QList<ExportTable> &sheets, const ExportTable &csv)
+                      const TableDocument &document)
 {
     if (output == QLatin1String("-")) {
-        ctx.out << QString::fromUtf8(format == TableFormat::Csv ? CsvText(csv) : text);
+        ctx.out << QString::fromUtf8(TableText(document, format));
+        ctx.out.flush();
+        if (ctx.out.status() != QTextStream::Ok)
+            throw SendrelError(ErrNo::DeviceIO, QStringLiteral("sendrel-cli"), QStringLiteral("Cannot write the standard output."));
         return;
     }
     const QString path = output.isEmpty() ? defaultPath : output;
-    switch (format) {
-    case TableFormat::Csv:
-        SaveCsv(csv, path);
-        break;
-    case TableFormat::Xlsx:
-        SaveXlsx(sheets, path);
-        break;
-    default:
-        SaveReportText(path, QString::fromUtf8(text));
-    }
+    SaveTableFile(document, format, path);
     if (output.isEmpty())
         ctx.out << path << '\n';
 }

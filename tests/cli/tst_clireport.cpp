@@ -3,6 +3,7 @@
 #include "base/Settings.h"
 #include "base/SettingsStore.h"
 #include "domain/composition/StandLevelsReport.h"
+#include "domain/table/TableRender.h"
 #include "support/CliRun.h"
 #include "support/GoldenFile.h"
 #include "support/RunDatabase.h"
@@ -103,7 +104,7 @@ private slots:
         r = report({"composition", "CLIRPT", "--kind", "S", "--statistic", statistic, "--format", "csv", "-o", "-"});
         QCOMPARE(r.code, 0);
         const auto shown = static_cast<StandLevelsStatistic>(QStringList{"sph", "basal-area", "gtv"}.indexOf(statistic));
-        QCOMPARE(r.out.toUtf8(), CsvText(StandLevelsExportTable(m_db->db, ReadStandLevelsCycleSums(m_db->db, "CLIRPT", "S"), shown)));
+        QCOMPARE(r.out.toUtf8(), CsvText(StandLevelsTable(m_db->db, ReadStandLevelsCycleSums(m_db->db, "CLIRPT", "S"), shown)));
     }
 
     void yearsTitleAndDescription()

@@ -163,27 +163,41 @@ QList<StandLevelsReportRow> StandLevelsReportRows(const RunStore &db, const QLis
     return rows;
 }
 
-ExportTable StandLevelsExportTable(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic statistic)
+DataTable StandLevelsTable(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic statistic)
 {
     static const char *const kNames[] = {"SPH", "Basal area", "GTV", "Total volume"};
-    static const char *const kUnits[] = {"(SPH)", "(sq.m/ha)", "(cu.m/ha)", "(cu.m/ha)"};
+    static const char *const kUnits[] = {"SPH", "sq.m/ha", "cu.m/ha", "cu.m/ha"};
+    static const int kDecimals[] = {0, 2, 1, 1};
     const int i = static_cast<int>(statistic);
-    ExportTable table;
+    DataTable table;
     table.name = QString::fromLatin1(kNames[i]);
+    table.title = QStringLiteral("Species composition: ") + table.name;
     const QList<StandLevelsReportRow> rows = StandLevelsReportRows(db, sums.cycles, sums.species, sums, statistic);
-    table.headers.append(QStringLiteral("Year"));
-    QStringList headings = rows.isEmpty() ? QStringList() : rows.first().headings;
+    table.columns.append(MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year")));
+    const QStringList headings = rows.isEmpty() ? QStringList() : rows.first().headings;
     for (QString heading : headings) {
-        heading.remove(QLatin1Char(':'));
-        table.headers.append(heading.trimmed() + QLatin1Char(' ') + QString::fromLatin1(kUnits[i]));
+        heading = heading.remove(QLatin1Char(':')).trimmed();
+        table.columns.append(MakeTableColumn(heading.toLower(), heading, QString::fromLatin1(kUnits[i]), kDecimals[i]));
     }
     for (const StandLevelsReportRow &row : rows) {
-        QList<QVariant> cells{QVariant(static_cast<double>(row.year))};
+        TableRow cells{QVariant(static_cast<double>(row.year))};
         for (double v : row.values)
             cells.append(v);
         table.rows.append(cells);
     }
     return table;
+}
+
+TableDocument StandLevelsDocument(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic shown, const RunKey &run)
+{
+    TableDocument document;
+    document.title = QStringLiteral("Species composition: ") + run.displayName();
+    for (StandLevelsStatistic s : {StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea, StandLevelsStatistic::MerchVol})
+        document.tables.append(StandLevelsTable(db, sums, s));
+    document.single = document.tables.at(shown == StandLevelsStatistic::TotalVol ? 2 : static_cast<int>(shown));
+    document.runs.append({run.runId, run.word(), QString(), QString()});
+    document.made = TableMadeNow();
+    return document;
 }
 
 QString StandLevelsReportType(StandLevelsStatistic statistic)

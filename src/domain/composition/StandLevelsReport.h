@@ -1,8 +1,8 @@
 #pragma once
 
 #include "domain/composition/StandLevelsSeries.h"
-#include "domain/export/TableExport.h"
 #include "domain/output/ReportFile.h"
+#include "domain/table/TableModel.h"
 
 #include <QList>
 #include <QString>
@@ -67,9 +67,13 @@ struct StandLevelsReportRow {
 QList<StandLevelsReportRow> StandLevelsReportRows(const RunStore &db, const QList<CycleRow> &cycles, const QList<qint64> &species,
                                                   const StandLevelsCycleSums &sums, StandLevelsStatistic statistic);
 
-// The report's table of one statistic for an export: "Year", each column with its unit, the
-// numbers unrounded.
-ExportTable StandLevelsExportTable(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic statistic);
+// The report's table of one statistic for an export: "Year", then the report's columns with the
+// statistic's unit ("FD (SPH)", "Total (sq.m/ha)"), the numbers unrounded.
+DataTable StandLevelsTable(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic statistic);
+// The export of a composition: a table of each statistic (SPH, basal area, GTV), and as the one
+// table of a CSV file that of shown (gross total volume for the unused total volume).
+TableDocument StandLevelsDocument(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic shown,
+                                  const RunKey &run);
 
 // "SL_SPH", "SL_BASAL_AREA", "SL_MERCH_VOL" (gross total volume) or "SL_TOTAL_VOL".
 QString StandLevelsReportType(StandLevelsStatistic statistic);

@@ -36,7 +36,7 @@ const Statistic kStatistics[] = {
     {"qmd", "QMD", "cm", 1, qmd, true},
     {"sdi", "SDI", "stems/ha", 0, sdi, false},
     {"gtv", "GTV", "cu.m/ha", 1, totalVolume, true},
-    {"gmv", "GMV", "cu.m/ha", 1, grossMerch, false},
+    {"gmv", "GMV", "cu.m/ha", 1, grossMerch, true},
     {"nmv", "NMV", "cu.m/ha", 1, netMerch, true},
 };
 
@@ -85,10 +85,6 @@ QString groupTitle(const QString &group)
     return QString();
 }
 
-int textWidth(const SummaryColumn &c)
-{
-    return static_cast<int>(std::max<qsizetype>(c.unit.isEmpty() ? 5 : 8, std::max(c.name.size(), c.unit.size()))) + 2;
-}
 
 }  // namespace
 
@@ -121,128 +117,41 @@ QList<SummaryColumn> StandSummaryColumns(RunKind kind)
     return columns;
 }
 
-QList<std::optional<double>> StandSummaryCells(const StandSummary &summary, qsizetype row)
-{
-    QList<std::optional<double>> cells;
-    for (const SummaryColumn &c : StandSummaryColumns(summary.run.kind))
-        cells.append(c.value(summary.rows.at(row)));
-    return cells;
-}
-
-QString SummaryCellText(const std::optional<double> &value, int decimals)
-{
-    if (!value)
-        return QString();
-    QString text = QString::number(*value, 'f', decimals);
-    // No "-0.0" for a value that rounds to nothing.
-    if (text.startsWith(QLatin1Char('-')) && text.toDouble() == 0)
-        text.remove(0, 1);
-    return text;
-}
-
 QString StandSummaryTitle(const RunKey &run)
 {
     return QStringLiteral("Stand summary: ") + run.displayName();
 }
 
-ExportTable StandSummaryExportTable(const StandSummary &summary)
+TableDocument StandSummaryDocument(const StandSummary &summary)
 {
-    ExportTable table;
+    DataTable table;
     table.name = QStringLiteral("Stand summary");
+    table.title = StandSummaryTitle(summary.run);
     const QList<SummaryColumn> columns = StandSummaryColumns(summary.run.kind);
-    for (const SummaryColumn &c : columns)
-        table.headers.append(c.header());
+    for (const SummaryColumn &c : columns) {
+        TableColumn column;
+        column.key = c.key;
+        column.heading = c.group.isEmpty() ? c.name : c.group + QLatin1Char(' ') + c.name;
+        column.unit = c.unit;
+        column.decimals = c.group.isEmpty() ? -1 : c.decimals;
+        column.group = groupTitle(c.group);
+        column.label = c.name;
+        table.columns.append(column);
+    }
     for (const StandSummaryRow &row : summary.rows) {
-        QList<QVariant> cells;
+        TableRow cells;
         for (const SummaryColumn &c : columns) {
             const Value v = c.value(row);
             cells.append(v ? QVariant(*v) : QVariant());
         }
         table.rows.append(cells);
     }
-    return table;
-}
-
-QString StandSummaryText(const StandSummary &summary)
-{
-    const QList<SummaryColumn> columns = StandSummaryColumns(summary.run.kind);
-    QString groups, names, units;
-    for (qsizetype i = 0; i < columns.size();) {
-        // A group's title stands centred over its columns, in a rule of dashes.
-        qsizetype end = i;
-        int span = 0;
-        while (end < columns.size() && columns[end].group == columns[i].group)
-            span += textWidth(columns[end++]);
-        QString title = groupTitle(columns[i].group);
-        if (title.size() + 4 > span)
-            title = columns[i].group;
-        if (title.isEmpty()) {
-            groups += QString(span, QLatin1Char(' '));
-        } else {
-            const QString label = QLatin1Char(' ') + title + QLatin1Char(' ');
-            const qsizetype left = std::max<qsizetype>(0, (span - 2 - label.size()) / 2);
-            groups += QStringLiteral("  ") + QString(left, QLatin1Char('-')) + label
-                      + QString(std::max<qsizetype>(0, span - 2 - left - label.size()), QLatin1Char('-'));
-        }
-        i = end;
-    }
-    for (const SummaryColumn &c : columns) {
-        names += c.name.rightJustified(textWidth(c));
-        units += c.unit.rightJustified(textWidth(c));
-    }
-    QString text = StandSummaryTitle(summary.run) + QLatin1Char('\n') + groups + QLatin1Char('\n') + names + QLatin1Char('\n')
-                   + units + QLatin1Char('\n');
-    for (const StandSummaryRow &row : summary.rows) {
-        QString line;
-        for (const SummaryColumn &c : columns)
-            line += SummaryCellText(c.value(row), c.decimals).rightJustified(textWidth(c));
-        text += line + QLatin1Char('\n');
-    }
-    return text;
-}
-
-QByteArray StandSummaryJson(const StandSummary &summary)
-{
-    // Written by hand so that the keys keep the columns' order.
-    const QList<SummaryColumn> columns = StandSummaryColumns(summary.run.kind);
-    QStringList objects;
-    for (const StandSummaryRow &row : summary.rows) {
-        QStringList members;
-        for (const SummaryColumn &c : columns) {
-            const Value v = c.value(row);
-            members.append(QStringLiteral("\"%1\": %2").arg(c.key, v ? ExportNumber(*v) : QStringLiteral("null")));
-        }
-        objects.append(QStringLiteral("  {") + members.join(QStringLiteral(", ")) + QLatin1Char('}'));
-    }
-    return (QStringLiteral("[\n") + objects.join(QStringLiteral(",\n")) + (objects.isEmpty() ? QString() : QStringLiteral("\n"))
-            + QStringLiteral("]\n"))
-        .toUtf8();
-}
-
-QString StandSummaryHtml(const StandSummary &summary)
-{
-    const QList<SummaryColumn> columns = StandSummaryColumns(summary.run.kind);
-    QString groups, names;
-    for (qsizetype i = 0; i < columns.size();) {
-        qsizetype end = i;
-        while (end < columns.size() && columns[end].group == columns[i].group)
-            ++end;
-        groups += QStringLiteral("<th colspan=\"%1\">%2</th>").arg(end - i).arg(groupTitle(columns[i].group).toHtmlEscaped());
-        i = end;
-    }
-    for (const SummaryColumn &c : columns)
-        // A narrow column breaks its unit after a slash, not inside a word.
-        names += QStringLiteral("<th>%1<br>%2</th>").arg(c.name.toHtmlEscaped(), c.unit.toHtmlEscaped().replace(QLatin1Char('/'), QStringLiteral("/&#8203;")));
-    QString body;
-    for (const StandSummaryRow &row : summary.rows) {
-        body += QStringLiteral("<tr>");
-        for (const SummaryColumn &c : columns)
-            body += QStringLiteral("<td align=\"right\">%1</td>").arg(SummaryCellText(c.value(row), c.decimals));
-        body += QStringLiteral("</tr>");
-    }
-    return QStringLiteral("<html><body><h3>%1</h3><table border=\"1\" cellspacing=\"0\" cellpadding=\"2\">"
-                          "<tr>%2</tr><tr>%3</tr>%4</table></body></html>")
-        .arg(StandSummaryTitle(summary.run).toHtmlEscaped(), groups, names, body);
+    TableDocument document;
+    document.title = table.title;
+    document.tables.append(table);
+    document.runs.append({summary.run.runId, summary.run.word(), QString(), QString()});
+    document.made = TableMadeNow();
+    return document;
 }
 
 ChartData StandSummaryChart(const StandSummary &summary, qsizetype column)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "domain/export/TableExport.h"
 #include "domain/output/ChartData.h"
 #include "domain/summary/StandSummary.h"
+#include "domain/table/TableModel.h"
 
 #include <QByteArray>
 #include <QList>
@@ -13,7 +13,7 @@
 namespace sendrel {
 
 // One column of a summary table. Standing runs: Year, Cycle, the stand before harvest (SPH, BA,
-// QMD, SDI, GTV, GMV, NMV), the removals (SPH, BA, QMD, GTV, NMV), the stand after harvest (as
+// QMD, SDI, GTV, GMV, NMV), the removals (SPH, BA, QMD, GTV, GMV, NMV), the stand after harvest (as
 // before) and the periodic annual increments (GTV, NMV). Harvested runs: Year, Cycle and the
 // harvested trees of each cycle (as before). A run without a harvested list keeps the columns of
 // the removals, empty.
@@ -30,19 +30,9 @@ struct SummaryColumn {
 };
 
 QList<SummaryColumn> StandSummaryColumns(RunKind kind);
-// The cells of one row, one per column; none where a column has no number.
-QList<std::optional<double>> StandSummaryCells(const StandSummary &summary, qsizetype row);
-// A cell as the text table and the window show it: fixed decimals, a dot, no thousands separators.
-QString SummaryCellText(const std::optional<double> &value, int decimals);
-
-// The summary as an export writes it: one header row with units, numbers as numbers.
-ExportTable StandSummaryExportTable(const StandSummary &summary);
-// Fixed columns: a title line, three heading lines (group, name, unit), one line per row. LF ends.
-QString StandSummaryText(const StandSummary &summary);
-// An array of one object per row, keyed by the columns' keys; null where a cell has no number.
-QByteArray StandSummaryJson(const StandSummary &summary);
-// The table as an HTML document, for printing.
-QString StandSummaryHtml(const StandSummary &summary);
+// The summary as a table document: one table, its columns grouped under "Before harvest",
+// "Removals", "After harvest", "Periodic annual increment" (standing) or "Harvested trees".
+TableDocument StandSummaryDocument(const StandSummary &summary);
 // "Stand summary: R1:Standing".
 QString StandSummaryTitle(const RunKey &run);
 

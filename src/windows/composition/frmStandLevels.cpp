@@ -3,9 +3,9 @@
 #include "app/TreeModel.h"
 #include "base/SendrelError.h"
 #include "base/UserQuestions.h"
-#include "base/SafeFileName.h"
 #include "domain/composition/StandLevelsReport.h"
-#include "domain/export/TableExport.h"
+#include "domain/table/TableFile.h"
+#include "windows/common/ExportStatus.h"
 #include "domain/standstock/ClassCharts.h"
 #include "graph/Graph.h"
 #include "windows/common/ChildWindow.h"
@@ -380,16 +380,14 @@ void frmStandLevels::cmdExport_Click()
                                                .arg(RunKey{This_RunId, KindOfText(This_SorH)}.displayName()));
             return;
         }
+        const RunKey run{This_RunId, KindOfText(This_SorH)};
         const QString path = m_tm.questions.saveFile(ExportFileRequest(QStringLiteral("Export Species Composition"), m_tm.ReportFolder(),
-                                                                       SafeFileStem(This_RunId) + QStringLiteral("_Species")));
+                                                                       ExportFileStem(run, QStringLiteral("Species"))));
         if (path.isEmpty())
             return;
         const StandLevelsCycleSums sums = ReadStandLevelsCycleSums(m_tm.db, This_RunId, This_SorH);
-        QList<ExportTable> sheets;
-        for (StandLevelsStatistic s : {StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea, StandLevelsStatistic::MerchVol})
-            sheets.append(StandLevelsExportTable(m_tm.db, sums, s));
-        const StandLevelsStatistic shown = SelectedStatistic() == StandLevelsStatistic::TotalVol ? StandLevelsStatistic::MerchVol : SelectedStatistic();
-        SaveExport(path, sheets, StandLevelsExportTable(m_tm.db, sums, shown));
+        SaveExport(StandLevelsDocument(m_tm.db, sums, SelectedStatistic(), run), path);
+        ShowExportedPath(this, path);
     } catch (const SendrelError &e) {
         m_tm.questions.ShowErrorMessage(e.description());
     }

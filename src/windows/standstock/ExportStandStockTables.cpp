@@ -1,12 +1,15 @@
 #include "windows/standstock/ExportStandStockTables.h"
 
 #include "app/TreeModel.h"
-#include "base/SafeFileName.h"
 #include "base/SendrelError.h"
 #include "base/UserQuestions.h"
-#include "domain/export/StandStockExport.h"
+#include "domain/standstock/StandStockDocument.h"
+#include "domain/table/TableFile.h"
+#include "windows/common/ExportStatus.h"
 #include "windows/common/ReportWindowHost.h"
 #include "windows/standstock/ViewStandStockReport.h"
+
+#include <QListWidget>
 
 namespace sendrel {
 
@@ -25,12 +28,13 @@ void ExportStandStockTables(TreeModel &tm, const RunKey &run, bool density, cons
         }
         const QString what = density ? QStringLiteral("Stand") : QStringLiteral("Stock");
         const QString path = tm.questions.saveFile(ExportFileRequest(QStringLiteral("Export %1 Table").arg(what), tm.ReportFolder(),
-                                                                     SafeFileStem(run.runId) + QLatin1Char('_') + what));
+                                                                     ExportFileStem(run, what)));
         if (path.isEmpty())
             return;
         pointer(kPointerHourglass);
         ExportFormatOf(path);   // a name the export cannot take fails before any work
-        SaveStandStockExport(CompileStandStockExport(tm.db, {run, density, cycles}, layout, data), path);
+        SaveExport(CompileStandStockDocument(tm.db, {run, density, cycles}, layout, data), path);
+        ShowExportedPath(&lstCycles, path);
     } catch (const SendrelError &e) {
         pointer(kPointerDefault);
         tm.questions.ShowErrorMessage(e.description());

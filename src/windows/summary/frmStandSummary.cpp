@@ -1,13 +1,16 @@
 #include "windows/summary/frmStandSummary.h"
 
 #include "app/TreeModel.h"
-#include "base/SafeFileName.h"
 #include "base/SendrelError.h"
 #include "base/UserQuestions.h"
 #include "domain/summary/StandSummaryTable.h"
+#include "domain/table/TableFile.h"
+#include "domain/table/TableRender.h"
 #include "graph/Graph.h"
+#include "windows/common/ExportStatus.h"
 #include "windows/common/FrameHost.h"
 #include "windows/common/ReportWindowHost.h"
+#include "windows/common/TablePrinting.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -19,8 +22,6 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QTableWidget>
-#include <QTextDocument>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace sendrel {
@@ -121,9 +122,11 @@ void frmStandSummary::ShowRun(const RunKey &run)
     for (const SummaryColumn &c : columns)
         headings.append(c.group.isEmpty() ? c.name : c.group + QLatin1Char('\n') + c.name + QLatin1Char('\n') + c.unit);
     grdSummary->setHorizontalHeaderLabels(headings);
-    for (int r = 0; r < m_summary.rows.size(); ++r) {
-        for (int c = 0; c < columns.size(); ++c) {
-            auto *item = new QTableWidgetItem(SummaryCellText(columns[c].value(m_summary.rows[r]), columns[c].decimals));
+    const TableDocument document = StandSummaryDocument(m_summary);
+    const DataTable &table = document.tables.first();
+    for (int r = 0; r < table.rows.size(); ++r) {
+        for (int c = 0; c < table.columns.size(); ++c) {
+            auto *item = new QTableWidgetItem(TableCellText(table.rows[r].value(c), table.columns[c].decimals));
             item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             grdSummary->setItem(r, c, item);
         }
@@ -165,11 +168,11 @@ void frmStandSummary::cmdExport_Click()
             return;
         }
         const QString path = m_tm.questions.saveFile(ExportFileRequest(QStringLiteral("Export Stand Summary"), m_tm.ReportFolder(),
-                                                                       SafeFileStem(m_summary.run.runId) + QStringLiteral("_Summary")));
+                                                                       ExportFileStem(m_summary.run, QStringLiteral("Summary"))));
         if (path.isEmpty())
             return;
-        const ExportTable table = StandSummaryExportTable(m_summary);
-        SaveExport(path, {table}, table);
+        SaveExport(StandSummaryDocument(m_summary), path);
+        ShowExportedPath(this, path);
     });
 }
 
@@ -181,19 +184,11 @@ void frmStandSummary::cmdPrint_Click()
         if (!go)
             return;
         // The table, then the chart on a page of its own, as the window shows it.
-        QTextDocument document;
-        QFont font = document.defaultFont();
-        font.setPointSizeF(kPrintFontPoints);
-        document.setDefaultFont(font);
-        document.setPageSize(m_printer.pageLayout().paintRect(QPageLayout::Point).size());
         const bool colour = m_printer.colorMode() == QPrinter::Color;
-        document.addResource(QTextDocument::ImageResource, QUrl(QStringLiteral("chart.png")),
-                             gphSummary->toImage(Graph::kFileSize, colour));
-        QString html = StandSummaryHtml(m_summary);
+        QString html = HtmlText(StandSummaryDocument(m_summary));
         html.replace(QStringLiteral("</body>"), QStringLiteral("<p style=\"page-break-before: always\"><img src=\"chart.png\" width=\"%1\"></p></body>")
                                                     .arg(kChartPrintWidth));
-        document.setHtml(html);
-        document.print(&m_printer);
+        PrintTableHtml(m_printer, html, kPrintFontPoints, {{QStringLiteral("chart.png"), gphSummary->toImage(Graph::kFileSize, colour)}});
     });
 }
 

@@ -295,9 +295,12 @@ private slots:
         StandLevelsReportRequest request = requestFor(db, QStringLiteral("R"), StandLevelsStatistic::BasalArea);
         db.questions.answerReportText(true);
         QVERIFY(CompileStandLevelsReport(db.db, db.questions, request).compiled);
-        const ExportTable table = StandLevelsExportTable(db.db, ReadStandLevelsCycleSums(db.db, QStringLiteral("R"), QStringLiteral("S")),
-                                                         StandLevelsStatistic::BasalArea);
-        QCOMPARE(table.headers, (QStringList{"Year", "FD (sq.m/ha)", "PL (sq.m/ha)", "BL (sq.m/ha)", "Total (sq.m/ha)"}));
+        const DataTable table = StandLevelsTable(db.db, ReadStandLevelsCycleSums(db.db, QStringLiteral("R"), QStringLiteral("S")),
+                                                 StandLevelsStatistic::BasalArea);
+        QStringList headers;
+        for (const TableColumn &c : table.columns)
+            headers.append(c.headingWithUnit());
+        QCOMPARE(headers, (QStringList{"Year", "FD (sq.m/ha)", "PL (sq.m/ha)", "BL (sq.m/ha)", "Total (sq.m/ha)"}));
         const QStringList rows = db.rows(QStringLiteral("SELECT [Year], Value1, Value2, Value3, Value4 FROM Stand_Levels_Report ORDER BY [Year]"));
         QCOMPARE(rows.size(), table.rows.size());
         for (qsizetype r = 0; r < rows.size(); ++r) {

@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTableWidget>
 
 using namespace sendrel;
@@ -66,7 +67,8 @@ private slots:
         b.questions.answerSaveFile(path);
         QTest::mouseClick(w->cmdExport, Qt::LeftButton);
         QVERIFY(ReadWholeFile(path).startsWith("Year,Cycle,Before SPH (stems/ha),"));
-        QCOMPARE(b.questions.asked().last().text, b.folder() + QStringLiteral("|CLIRPT_Summary.xlsx"));
+        QCOMPARE(b.questions.asked().last().text, b.folder() + QStringLiteral("|CLIRPT_Standing_Summary.xlsx"));
+        QCOMPARE(b.frame->statusBar()->currentMessage(), QStringLiteral("Exported to ") + path);
         // A folder where the file should go: told, and nothing written.
         b.questions.answerSaveFile(b.dir());
         QTest::mouseClick(w->cmdExport, Qt::LeftButton);
@@ -101,6 +103,7 @@ private slots:
         db.questions.answerSaveFile(path);
         QTest::mouseClick(Control<QPushButton>(window, QStringLiteral("cmdExport")), Qt::LeftButton);
         QCOMPARE(db.questions.asked().last().title, QStringLiteral("Export Stand Table"));
+        QVERIFY2(db.questions.asked().last().text.endsWith(QStringLiteral("|CLIRPT_Standing_Stand.xlsx")), qPrintable(db.questions.asked().last().text));
         // The years selected, the first of the list after loading.
         const QByteArray csv = ReadWholeFile(path);
         QVERIFY2(csv.startsWith("Year,Cycle,DBH class (cm),") && csv.contains("\r\n2000,1,") && !csv.contains("\r\n2010,"), csv.constData());

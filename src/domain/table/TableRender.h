@@ -1,0 +1,37 @@
+#pragma once
+
+#include "domain/table/TableModel.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace sendrel {
+
+// The renderings of a table document. Numbers are written as TableNumber writes them wherever the
+// form keeps them as numbers (CSV, JSON); text and print round them to their column's decimals.
+
+// RFC 4180: UTF-8, CR LF line ends, one header row of "heading (unit)", then the rows and the
+// totals. A field is quoted when it holds a comma, a quote, a CR or a LF; blanks at either end are
+// kept as they are.
+QByteArray CsvText(const DataTable &table);
+// The document's one CSV table: its single table when it has one, else its only table.
+const DataTable &CsvTable(const TableDocument &document);
+
+// One object: title, made, units, runs, the tables (columns, rows as objects keyed by the columns'
+// keys, totals, notes) and, when a column has one, the definitions by key. Blank cells are null.
+QByteArray JsonText(const TableDocument &document);
+
+// Fixed columns, LF line ends: per table its title, a line of group titles where columns have a
+// group, the headings, the units, the rows, and after a rule the totals, then the notes. Tables
+// are parted by an empty line.
+QString FixedText(const TableDocument &document);
+
+// The tables as an HTML document for QTextDocument to print: the same rows as the text, a table
+// element each, headings that break only after a slash.
+QString HtmlText(const TableDocument &document);
+
+// The rows that a Definitions sheet and a JSON definitions object hold: a column's key, heading,
+// unit and definition, each key once, for the columns that have a definition.
+QList<TableColumn> DefinedColumns(const TableDocument &document);
+
+}  // namespace sendrel
