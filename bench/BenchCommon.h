@@ -12,17 +12,20 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
 #include <QRandomGenerator>
 
+#include <sys/resource.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <algorithm>
 #include <functional>
 #include <vector>
-
-#include <sys/resource.h>
 
 namespace sendrel::bench {
 
@@ -61,13 +64,6 @@ inline double ThreadCpuMs()
     return ts.tv_sec * 1e3 + ts.tv_nsec / 1e6;
 }
 
-inline QByteArray LoadAverage()
-{
-    QFile load(QStringLiteral("/proc/loadavg"));
-    load.open(QIODevice::ReadOnly);
-    return load.readAll().split(' ').mid(0, 3).join(' ');
-}
-
 struct Timing {
     double wallMs;
     double cpuMs;
@@ -80,6 +76,7 @@ inline void report(const char *what, std::vector<Timing> t)
     const Timing &median = t[t.size() / 2];
     std::printf("%-44s best %8.0f ms wall %8.0f ms cpu   median %8.0f ms wall %8.0f ms cpu\n", what, t.front().wallMs, t.front().cpuMs,
                 median.wallMs, median.cpuMs);
+    std::fflush(stdout);
 }
 
 inline Timing measure(const std::function<void()> &work)
@@ -91,7 +88,7 @@ inline Timing measure(const std::function<void()> &work)
     return {static_cast<double>(wall.nsecsElapsed()) / 1e6, ThreadCpuMs() - cpu};
 }
 
-inline double childrenCpuMs()
+inline double ChildrenCpuMs()
 {
     rusage usage{};
     getrusage(RUSAGE_CHILDREN, &usage);
@@ -108,7 +105,7 @@ inline Timing runTool(const QString &cli, const QString &home, const QStringList
     env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home);
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     tool.setProcessEnvironment(env);
-    const double cpu = childrenCpuMs();
+    const double cpu = ChildrenCpuMs();
     QElapsedTimer wall;
     wall.start();
     tool.start(cli, arguments);
@@ -116,7 +113,14 @@ inline Timing runTool(const QString &cli, const QString &home, const QStringList
         std::fprintf(stderr, "sendrel-cli %s failed: %s\n", qPrintable(arguments.join(QLatin1Char(' '))), tool.readAllStandardError().constData());
         std::exit(1);
     }
-    return {static_cast<double>(wall.nsecsElapsed()) / 1e6, childrenCpuMs() - cpu};
+    return {static_cast<double>(wall.nsecsElapsed()) / 1e6, ChildrenCpuMs() - cpu};
+}
+
+inline QByteArray LoadAverage()
+{
+    QFile load(QStringLiteral("/proc/loadavg"));
+    load.open(QIODevice::ReadOnly);
+    return load.readAll().split(' ').mid(0, 3).join(' ');
 }
 
 // A large run straight into a run database: `cycles` cycles in the years 2000, 2010,

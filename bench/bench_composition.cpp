@@ -19,19 +19,16 @@
 #include "store/RunStore.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 
-#include <sys/resource.h>
-
-#include <algorithm>
 #include <cstring>
-#include <functional>
-#include <vector>
 
 using namespace sendrel;
+using bench::measure;
+using bench::report;
+using bench::runTool;
+using bench::Timing;
 
 namespace {
 
@@ -40,11 +37,6 @@ constexpr int kTreesPerCycle = 50000;
 constexpr int kHarvestedPerCycle = 50000;
 constexpr int kSpecies = 11;
 const QString kRun = QStringLiteral("BIG");
-
-using bench::Timing;
-using bench::report;
-using bench::measure;
-using bench::runTool;
 
 }  // namespace
 

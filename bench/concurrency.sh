@@ -7,14 +7,18 @@
 #      run holds that list once;
 #   3. REPORTS reports at once (stand and stock tables of those runs): every one succeeds, and
 #      every file is byte for byte the one made alone;
-#   4. readers (runs, years) and one report during the import of a large list: none fails.
+#   4. readers (runs, years) and one report during the import of a large list: none fails;
+#   5. a run deleted and imported again RACES times while its stand table is reported (txt) and
+#      exported (csv) over and over: each file is the whole run, byte for byte as made alone, or
+#      the command says the run is missing (exit 1); a delete leaves nothing of the run behind.
 # Wall times, per-process times and peak memory go to stdout with the load average.
 #
 # usage: bench/concurrency.sh [--cli PATH] [--imports N] [--reports N] [--records N] [--large N]
-#                             [--keep DIR]
+#                             [--races N] [--keep DIR]
 #   --cli      sendrel-cli to run (default: build/bin/sendrel-cli; measure a Release build)
 #   --records  tree records of each list of phases 1-3 (default 250000)
 #   --large    tree records of the list of phase 4 (default 1000000)
+#   --races    deletes and imports of phase 5 (default 5)
 #   --keep     work in DIR and leave it behind (default: a temporary folder, removed)
 set -euo pipefail
 
@@ -23,6 +27,7 @@ imports=4
 reports=10
 records=250000
 large=1000000
+races=5
 keep=
 while [ $# -gt 0 ]; do
     case "$1" in
@@ -31,6 +36,7 @@ while [ $# -gt 0 ]; do
         --reports) reports=$2; shift 2 ;;
         --records) records=$2; shift 2 ;;
         --large) large=$2; shift 2 ;;
+        --races) races=$2; shift 2 ;;
         --keep) keep=$2; shift 2 ;;
         -h|--help) sed -n '2,/^set -euo/p' "$0" | sed '$d; s/^# \{0,1\}//'; exit 0 ;;
         *) echo "unknown argument '$1'" >&2; exit 2 ;;
@@ -159,6 +165,41 @@ cmp -s out/alone1.txt out/during.txt || fail "the report made during the import 
 printf '4. import of %d records: %.2f s wall (%s); meanwhile %d reads (runs, years), %d failed, longest %.2f s;\n' \
     $large_records "$wall" "$(slowest out/large.time)" $reads $read_failures "$longest"
 printf '   a report begun 2 s into the import waited for it and took %s s in all\n' "$(cut -d' ' -f1 out/during.time)"
+
+# 5. Deletes racing reports and exports of the run they delete.
+race_args="report stand RACE --kind S --classes 0,5,20"
+"$cli" --db "$db" import list.lst --kind S --run-id RACE >/dev/null
+# shellcheck disable=SC2086
+"$cli" --db "$db" $race_args -o out/race-alone.txt >/dev/null
+# shellcheck disable=SC2086
+"$cli" --db "$db" $race_args --format csv -o out/race-alone.csv >/dev/null
+start=$(now)
+(
+    for _ in $(seq 1 "$races"); do
+        "$cli" --db "$db" delete RACE --kind S || exit 1
+        [ "$(rows Model_Entries RACE)$(rows Model_Header RACE)$(rows Model_Run RACE)" = 000 ] || { echo "a delete left rows of RACE"; exit 1; }
+        "$cli" --db "$db" import list.lst --kind S --run-id RACE >/dev/null || exit 1
+    done
+) >out/churn.out 2>out/churn.err &
+churn=$!
+whole=0; missing=0; wrong=0
+while kill -0 $churn 2>/dev/null; do
+    for format in txt csv; do
+        # shellcheck disable=SC2086
+        if "$cli" --db "$db" $race_args --format $format -o "$work/out/race.$format" >/dev/null 2>out/race.err; then
+            if cmp -s "out/race-alone.$format" "out/race.$format"; then whole=$((whole + 1)); else wrong=$((wrong + 1)); echo "a $format file that is not the whole run"; fi
+        elif grep -qE "There is no run RACE:Standing|The run RACE:Standing is not in the database" out/race.err; then
+            missing=$((missing + 1))
+        else
+            wrong=$((wrong + 1)); echo "a $format failed otherwise: $(cat out/race.err)"
+        fi
+    done
+done
+wait $churn || fail "the deletes and imports failed: $(cat out/churn.out out/churn.err)"
+wall=$(echo "$(now) - $start" | bc)
+[ $wrong = 0 ] || fail "$wrong reports and exports during the deletes were neither the whole run nor told it missing"
+printf '5. %d deletes and imports of a run of %d records, %.2f s wall; meanwhile %d reports and exports of it: %d whole, %d told the run is missing, %d wrong\n' \
+    "$races" $expected "$wall" $((whole + missing + wrong)) $whole $missing $wrong
 
 echo "load average $(load) at the end"
 if [ $failures -gt 0 ]; then

@@ -35,6 +35,7 @@ constexpr long InvalidCall = 5;          // a settings key that is not there, a 
 constexpr long Overflow = 6;             // a 16-bit conversion out of range
 constexpr long FileNotFound = 53;
 constexpr long DeviceIO = 57;            // a write, flush or close that failed
+constexpr long FileAlreadyExists = 58;
 constexpr long PathFileAccess = 75;      // a file that cannot be opened for writing
 constexpr long PathNotFound = 76;
 constexpr long ItemNotFound = 3265;      // a field or column that does not exist

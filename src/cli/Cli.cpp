@@ -248,8 +248,9 @@ int ChoiceOption(const QCommandLineParser &parser, const QString &name, const QS
     return static_cast<int>(at);
 }
 
-QString RunIdArgument(const QString &text, const QString &option)
+QString RunIdArgument(const QString &given, const QString &option)
 {
+    const QString text = TakenRunId(given);
     if (text.isEmpty())
         throw CliUsageFault{QStringLiteral("--%1 needs a Run Id").arg(option)};
     if (text.size() > kMostRunIdCharacters) {

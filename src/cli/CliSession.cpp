@@ -66,15 +66,30 @@ void CliSession::open()
     ReadSpecies(tm);
 }
 
+namespace {
+SendrelError noSuchRun(const QString &name, const QString &dbPath)
+{
+    return SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
+                        QStringLiteral("There is no run %1 in %2.").arg(EscapedForLine(name), QDir::toNativeSeparators(dbPath)));
+}
+}  // namespace
+
 RunKey CliSession::requireRun(const QString &runId, RunKind kind)
 {
-    const QString stored = tm.db.storedRunId({runId, kind});
-    if (stored.isNull()) {
-        throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
-                           QStringLiteral("There is no run %1 in %2.")
-                               .arg(EscapedForLine(RunKey{runId, kind}.displayName()), QDir::toNativeSeparators(ctx.dbPath)));
-    }
+    const RunKey run{TakenRunId(runId), kind};
+    const QString stored = tm.db.storedRunId(run);
+    if (stored.isNull())
+        throw noSuchRun(run.displayName(), ctx.dbPath);
     return {stored, kind};
+}
+
+QString CliSession::requireRunId(const QString &runId)
+{
+    const QString taken = TakenRunId(runId);
+    const QString stored = tm.db.storedRunId(taken);
+    if (stored.isNull())
+        throw noSuchRun(taken, ctx.dbPath);
+    return stored;
 }
 
 }  // namespace sendrel

@@ -82,7 +82,8 @@ RunKind KindOption(const QCommandLineParser &parser);
 QList<qint64> NumberListOption(const QCommandLineParser &parser, const QString &name);
 // One of the words given, as its index.
 int ChoiceOption(const QCommandLineParser &parser, const QString &name, const QStringList &choices, int fallback);
-// A Run Id as a user gives it to an option: at most 25 characters, as the desktop's Run Id box takes.
+// A Run Id as a user gives it to an option, without blanks at its ends: at most 25 characters, as
+// the desktop's Run Id box takes.
 QString RunIdArgument(const QString &text, const QString &option);
 
 inline constexpr int kMostRunIdCharacters = 25;

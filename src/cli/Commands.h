@@ -25,8 +25,11 @@ public:
 
     // Opens --db; fails with one wording when there is no such file or it is no run database.
     void open();
-    // The run as stored (lookups ignore case); fails with one wording when there is none.
+    // The run as stored (lookups ignore case, blanks at the ends of the Id are not part of it);
+    // fails with one wording when there is none.
     RunKey requireRun(const QString &runId, RunKind kind);
+    // The same for a Run Id of either kind: the Id as stored.
+    QString requireRunId(const QString &runId);
 
     CliContext &ctx;
     SettingsStore settingsStore;

@@ -46,11 +46,13 @@ public:
         session.questions.onDuplicate = static_cast<CliQuestions::OnDuplicate>(onDuplicate);
         session.open();
         const ImportResult r = ImportTreeList(session.tm.db, session.questions, args.first(), kind, runId);
+        for (const MessageRequest &told : ImportMessages(args.first(), r))
+            session.questions.message(told);
         if (r.completed()) {
             ctx.out << EscapedForLine(r.runId) << '\t' << KindLetter(kind) << '\t' << r.cyclesRead << '\t' << r.treeRecordsRead << '\n';
             return CliOk;
         }
-        // A refusal, an invalid file and a failure have been told on stderr as the desktop tells them.
+        // A refusal, an invalid file and a failure are told on stderr as the desktop tells them.
         if (r.ending == ImportEnding::Cancelled && !session.questions.duplicateRefused())
             ctx.err << "Import cancelled.\n";
         return CliFailure;

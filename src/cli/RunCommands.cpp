@@ -32,7 +32,7 @@ public:
         if (ctx.dbPath.isEmpty())
             throw CliUsageFault{QStringLiteral("init needs --db PATH")};
         if (QFileInfo::exists(ctx.dbPath)) {
-            throw SendrelError(58, QStringLiteral("sendrel-cli"),
+            throw SendrelError(ErrNo::FileAlreadyExists, QStringLiteral("sendrel-cli"),
                                QStringLiteral("%1 exists already; init makes only new databases.").arg(QDir::toNativeSeparators(ctx.dbPath)));
         }
         CreateRunDatabase(ctx.dbPath);
@@ -99,7 +99,7 @@ public:
         session.open();
         const RunKey run = session.requireRun(args.first(), kind);
         session.tm.db.checkNotDamaged();
-        session.tm.db.deleteRun(run);
+        session.tm.db.deleteRun(run);   // one unit: the whole run goes, or nothing of it
         return CliOk;
     }
 };
@@ -182,34 +182,20 @@ public:
     int maxArguments() const override { return 1; }
     int run(CliContext &ctx, const QCommandLineParser &parser, const QStringList &args) override
     {
-        const bool hasDescription = parser.isSet(QStringLiteral("description"));
-        const bool hasParameters = parser.isSet(QStringLiteral("parameters"));
-        if (!hasDescription && !hasParameters)
+        if (!parser.isSet(QStringLiteral("description")) && !parser.isSet(QStringLiteral("parameters")))
             throw CliUsageFault{QStringLiteral("give --description, --parameters or both")};
-        const QString runId = args.first();
-        if (runId.isEmpty())
+        if (TakenRunId(args.first()).isEmpty())
             throw CliUsageFault{QStringLiteral("describe needs a Run Id")};
         CliSession session(ctx);
         session.open();
-        // A row is small, but the file is read whole first, as before an import or a delete: a
-        // damaged file is refused untouched.
+        // Only a run of the database is described: a Run row of its own would show in no list.
+        const QString runId = session.requireRunId(args.first());
         session.tm.db.checkNotDamaged();
-        clsDBEngine &engine = session.tm.DBEngine;
-        WriteTransaction transaction(engine);
-        Statement(engine, QStringLiteral("INSERT OR IGNORE INTO Run (Run_Id) VALUES (?1)")).bind(1, runId).run();
-        if (hasDescription) {
-            Statement(engine, QStringLiteral("UPDATE Run SET Run_Desc = ?1 WHERE Run_Id = ?2"))
-                .bind(1, parser.value(QStringLiteral("description")))
-                .bind(2, runId)
-                .run();
-        }
-        if (hasParameters) {
-            Statement(engine, QStringLiteral("UPDATE Run SET run_parameters = ?1 WHERE Run_Id = ?2"))
-                .bind(1, parser.value(QStringLiteral("parameters")))
-                .bind(2, runId)
-                .run();
-        }
-        transaction.commit();
+        const auto given = [&parser](const char *option) {
+            const QString name = QLatin1String(option);
+            return parser.isSet(name) ? std::optional<QString>(parser.value(name)) : std::nullopt;
+        };
+        session.tm.db.describeRun(runId, given("description"), given("parameters"));
         return CliOk;
     }
 };

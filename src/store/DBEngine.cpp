@@ -125,7 +125,7 @@ void clsDBEngine::open(bool create)
     m_openingNote.clear();
     const QFileInfo file(PathToDB);
     if (create && file.exists()) {
-        throw SendrelError(58, kSource, QStringLiteral("File already exists: ") + QDir::toNativeSeparators(PathToDB));
+        throw SendrelError(ErrNo::FileAlreadyExists, kSource, QStringLiteral("File already exists: ") + QDir::toNativeSeparators(PathToDB));
     }
     if (!create && !file.isFile()) {
         throw SendrelError(ErrNo::DatabaseFailure, kSource,

@@ -26,4 +26,31 @@ std::optional<RunKind> ParseKind(QStringView text)
     return std::nullopt;
 }
 
+namespace {
+bool isBlank(QChar c)
+{
+    return c == QLatin1Char('\t') || c.category() == QChar::Separator_Space;
+}
+}  // namespace
+
+QString TakenRunId(const QString &text)
+{
+    qsizetype first = 0;
+    qsizetype last = text.size();
+    while (first < last && isBlank(text.at(first)))
+        ++first;
+    while (last > first && isBlank(text.at(last - 1)))
+        --last;
+    return text.mid(first, last - first);
+}
+
+std::optional<QChar> ControlCharacterIn(QStringView runId)
+{
+    for (const QChar c : runId) {
+        if (c.category() == QChar::Other_Control)
+            return c;
+    }
+    return std::nullopt;
+}
+
 }  // namespace sendrel

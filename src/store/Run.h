@@ -21,6 +21,14 @@ RunKind KindOfText(QStringView text);
 // A kind given by name: "S", "H", "standing" or "harvested", in any case; nothing otherwise.
 std::optional<RunKind> ParseKind(QStringView text);
 
+// A Run Id as it is taken from a header, a file name, a dialog or an option: without the blanks
+// (spaces, tabs, other spacing characters) at either end. One rule everywhere, so that a run is
+// found by the Id it was stored under.
+QString TakenRunId(const QString &text);
+// The first control character in a Run Id (a line end, an escape, NUL, ...), or nothing. Such an
+// Id would break every line it is shown on: an import refuses it.
+std::optional<QChar> ControlCharacterIn(QStringView runId);
+
 // One run of the database: a Run Id of one kind. The same Run Id with both kinds is two runs.
 struct RunKey {
     QString runId;

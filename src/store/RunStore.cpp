@@ -5,9 +5,14 @@
 #include "store/Schema.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 #include <algorithm>
+
+#include <sqlite3.h>
+#include <sys/stat.h>
 
 namespace sendrel {
 
@@ -44,7 +49,71 @@ QString trimBlanks(const QString &text)
     return text.mid(first, last - first);
 }
 
+// What tells the file's bytes apart from those of the last whole check: any write to the file, by
+// any program, moves its change time; a copy or a restore is another inode.
+QByteArray fileState(const QString &path)
+{
+    struct stat st {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
+        return QByteArray();
+    return QByteArray::number(static_cast<qulonglong>(st.st_dev)) + ' ' + QByteArray::number(static_cast<qulonglong>(st.st_ino)) + ' '
+           + QByteArray::number(static_cast<qlonglong>(st.st_size)) + ' ' + QByteArray::number(static_cast<qlonglong>(st.st_ctim.tv_sec))
+           + '.' + QByteArray::number(static_cast<qlonglong>(st.st_ctim.tv_nsec));
+}
+
+// The note beside the file: "tolv_game.mdb-checked".
+QString checkNotePath(const QString &path)
+{
+    return path + QStringLiteral("-checked");
+}
+
+// SQLite's own threshold for copying the log into the file after a commit, in pages.
+constexpr int kCheckpointFrames = 1000;
+
 }  // namespace
+
+QByteArray RunStore::checkedState() const
+{
+    QFile note(checkNotePath(DBEngine.PathToDB));
+    if (!note.open(QIODevice::ReadOnly))
+        return QByteArray();
+    return note.readAll();
+}
+
+void RunStore::noteChecked(const QByteArray &state) const
+{
+    // Without the note the next write reads the file whole again: a note that cannot be written
+    // costs time, never safety.
+    if (state.isEmpty())
+        return;
+    QSaveFile note(checkNotePath(DBEngine.PathToDB));
+    if (note.open(QIODevice::WriteOnly) && note.write(state) == state.size())
+        note.commit();
+}
+
+template <typename F> void RunStore::keepingCheck(F &&f)
+{
+    const QString path = DBEngine.PathToDB;
+    const QByteArray before = path.isEmpty() ? QByteArray() : fileState(path);
+    const bool asChecked = !before.isEmpty() && before == checkedState();
+    f();
+    if (asChecked) {
+        const QByteArray after = fileState(path);
+        if (after != before)
+            noteChecked(after);
+    }
+}
+
+int RunStore::afterCommit(void *store, sqlite3 *handle, const char *database, int frames)
+{
+    if (frames >= kCheckpointFrames) {
+        // What the log holds was committed through SQLite: copying it into the file keeps the file
+        // as whole as it was.
+        static_cast<RunStore *>(store)->keepingCheck(
+            [&] { sqlite3_wal_checkpoint_v2(handle, database, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr); });
+    }
+    return SQLITE_OK;
+}
 
 void RunStore::open(const QString &path)
 {
@@ -55,6 +124,7 @@ void RunStore::open(const QString &path)
     DBEngine.SQLString = QStringLiteral("Select * from Model_Run  WHERE 0=0");
     ModelRunRS = DBEngine.RetreiveRecords();
     DBEngine.UseWriteAheadLog();
+    sqlite3_wal_hook(DBEngine.handle(), &RunStore::afterCommit, this);
     ModelEntriesRS = deferredRecordset(DBEngine, QStringLiteral("Select * from Model_Entries WHERE 0=0"));
     ModelHeaderRS = deferredRecordset(DBEngine, QStringLiteral("Select * from Model_Header"));
     readSpecies();
@@ -66,7 +136,11 @@ void RunStore::close()
         if (rs->IsOpen())
             rs->Close();
     }
-    DBEngine.CloseDB();
+    // The last connection to close copies the log into the file.
+    if (DBEngine.IsOpen())
+        keepingCheck([this] { DBEngine.CloseDB(); });
+    else
+        DBEngine.CloseDB();
 }
 
 void RunStore::readSpecies()
@@ -147,17 +221,53 @@ std::optional<QVariant> RunStore::runParameters(const QString &runId)
     return value;
 }
 
+QString RunStore::storedRunId(const QString &runId)
+{
+    Statement lookup(DBEngine, QStringLiteral("SELECT Run_Id FROM Model_Run WHERE Run_Id = ?1 LIMIT 1"));
+    lookup.bind(1, runId);
+    if (!lookup.next())
+        return QString();
+    const QString stored = lookup.text(0);
+    lookup.reset();
+    return stored.isNull() ? QStringLiteral("") : stored;
+}
+
+void RunStore::describeRun(const QString &runId, const std::optional<QString> &description, const std::optional<QString> &parameters)
+{
+    WriteTransaction transaction(DBEngine);
+    Statement(DBEngine, QStringLiteral("INSERT OR IGNORE INTO Run (Run_Id) VALUES (?1)")).bind(1, runId).run();
+    if (description)
+        Statement(DBEngine, QStringLiteral("UPDATE Run SET Run_Desc = ?1 WHERE Run_Id = ?2")).bind(1, *description).bind(2, runId).run();
+    if (parameters)
+        Statement(DBEngine, QStringLiteral("UPDATE Run SET run_parameters = ?1 WHERE Run_Id = ?2")).bind(1, *parameters).bind(2, runId).run();
+    transaction.commit();
+}
+
 void RunStore::deleteRun(const RunKey &run)
 {
-    DeleteCycleSums(DBEngine, run);
-    for (const char *table : {"Model_Entries", "Model_Header", "Model_Run"}) {
-        Statement remove(DBEngine, QStringLiteral("DELETE FROM %1 WHERE Run_Id = ?1 AND Standing_Harvested = ?2").arg(QLatin1String(table)));
+    std::optional<WriteTransaction> own;
+    if (!DBEngine.InTransaction())
+        own.emplace(DBEngine);
+    for (const char *table : {"Model_Cycle_Sums", "Model_Entries", "Model_Header", "Model_Run"}) {
+        const QString name = QLatin1String(table);
+        if (beforeDeleteStatement)
+            beforeDeleteStatement(name);
+        if (name == QLatin1String("Model_Cycle_Sums")) {
+            DeleteCycleSums(DBEngine, run);
+            continue;
+        }
+        Statement remove(DBEngine, QStringLiteral("DELETE FROM %1 WHERE Run_Id = ?1 AND Standing_Harvested = ?2").arg(name));
         remove.bind(1, run.runId).bind(2, run.letter()).run();
     }
+    if (own)
+        own->commit();
 }
 
 void RunStore::checkNotDamaged()
 {
+    const QByteArray state = fileState(DBEngine.PathToDB);
+    if (!state.isEmpty() && state == checkedState())
+        return;
     const QString nothingWritten = QStringLiteral(" Nothing was written to it.");
     QString problem;
     try {
@@ -173,6 +283,7 @@ void RunStore::checkNotDamaged()
                            QStringLiteral("The run database %1 is damaged (%2).").arg(QDir::toNativeSeparators(DBEngine.PathToDB), problem)
                                + nothingWritten);
     }
+    noteChecked(state);
 }
 
 CompactResult RunStore::compact()
@@ -181,10 +292,12 @@ CompactResult RunStore::compact()
     const auto bytes = [&path] { return QFileInfo(path).size() + QFileInfo(path + QStringLiteral("-wal")).size(); };
     CompactResult result;
     result.bytesBefore = bytes();
-    Statement(DBEngine, QStringLiteral("VACUUM")).run();
-    // The rewritten pages went through the log; a reader of another program may keep it from
-    // being emptied now, and then it is emptied at a later checkpoint.
-    Statement(DBEngine, QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")).run();
+    keepingCheck([this] {
+        Statement(DBEngine, QStringLiteral("VACUUM")).run();
+        // The rewritten pages went through the log; a reader of another program may keep it from
+        // being emptied now, and then it is emptied at a later checkpoint.
+        Statement(DBEngine, QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")).run();
+    });
     result.bytesAfter = bytes();
     return result;
 }

@@ -9,6 +9,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
+
 #include <optional>
 #include <vector>
 
@@ -54,8 +56,9 @@ class RunStore {
 public:
     clsDBEngine DBEngine;
 
-    // All of Model_Run as of the opening (the search for a free Run Id reads it), and two
-    // recordsets kept for the process whose rows nothing reads: fetched only when first read.
+    // All of Model_Run as of the opening, and two recordsets kept for the process: nothing reads
+    // their rows now (the search for a free Run Id reads the table as it is); the two are fetched
+    // only when first read.
     Recordset ModelRunRS;
     Recordset ModelEntriesRS;
     Recordset ModelHeaderRS;
@@ -86,13 +89,26 @@ public:
     // The run_parameters of the Run row: nothing without a row, a null variant when it is null.
     std::optional<QVariant> runParameters(const QString &runId);
 
-    // Removes the rows of one run: its kept sums, then Model_Entries, Model_Header and Model_Run,
-    // in that order. Each statement stands alone: a caller wanting all or nothing opens a transaction.
-    void deleteRun(const RunKey &run);
+    // The Run Id as stored in Model_Run under either kind (lookups ignore case), or a null string.
+    QString storedRunId(const QString &runId);
+    // Writes the run's row of the Run table, adding it when there is none: the description and the
+    // parameters that are given, each left as it was when not. One transaction.
+    void describeRun(const QString &runId, const std::optional<QString> &description, const std::optional<QString> &parameters);
 
-    // Reads every page of the file and fails when one is damaged, saying that nothing was written.
-    // Called ahead of the first write of an import or a delete, so that a damaged file is not
-    // made worse; it costs a read of the whole file.
+    // Removes one run as one unit: its kept sums and its rows of Model_Entries, Model_Header and
+    // Model_Run go together or not at all. Inside a transaction of the caller (an overwrite) it is
+    // part of that one; otherwise it is one of its own.
+    void deleteRun(const RunKey &run);
+    // A seam for tests: called ahead of each statement of a delete with the table's name; what it
+    // throws stands for a failure of that statement.
+    std::function<void(const QString &table)> beforeDeleteStatement;
+
+    // Refuses a damaged file before a write, saying that nothing was written to it. The file is
+    // read whole (every page) only when it is not as the last whole check, or this program's own
+    // writes since, left it: a write by another program, a copy or a restore makes the next write
+    // check it again; otherwise the check is one look at the file's state. Damage that comes
+    // without a write to the file (the disk's) is met by SQLite when a page is read, and the
+    // write that meets it is rolled back.
     void checkNotDamaged();
 
     // Gives the space of deleted runs back to the file system: the file is rewritten without its
@@ -111,6 +127,15 @@ public:
     template <typename F> void forEachTree(const RunKey &run, qint64 cycle, F &&f);
 
 private:
+    // SQLite's hook after each commit to the log: the checkpoint, keeping the note of the last check.
+    static int afterCommit(void *store, sqlite3 *handle, const char *database, int frames);
+    // The file's state as the last whole check, or this program's writes since, left it ("" when unknown).
+    QByteArray checkedState() const;
+    void noteChecked(const QByteArray &state) const;
+    // Runs f, which may copy the log into the file (a checkpoint), and keeps the note of the last
+    // check when the file was as noted before it.
+    template <typename F> void keepingCheck(F &&f);
+
     QList<SpeciesInfo> m_species;
     QHash<qint64, qsizetype> m_speciesIndex;
 };

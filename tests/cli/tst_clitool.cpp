@@ -145,15 +145,18 @@ private slots:
     void oneWordingForWhatIsMissing_data()
     {
         QTest::addColumn<QStringList>("command");
-        QTest::newRow("runs") << QStringList{"runs"};
-        QTest::newRow("years") << QStringList{"years", "NOPE", "--kind", "S"};
-        QTest::newRow("delete") << QStringList{"delete", "NOPE", "--kind", "S"};
-        QTest::newRow("report") << QStringList{"report", "stand", "NOPE", "--kind", "S", "-o", "-"};
-        QTest::newRow("chart") << QStringList{"chart", "stand", "NOPE", "--kind", "S", "-o", "x.pdf"};
+        QTest::addColumn<QString>("run");
+        QTest::newRow("runs") << QStringList{"runs"} << "";
+        QTest::newRow("years") << QStringList{"years", "NOPE", "--kind", "S"} << "NOPE:Standing";
+        QTest::newRow("delete") << QStringList{"delete", "NOPE", "--kind", "S"} << "NOPE:Standing";
+        QTest::newRow("report") << QStringList{"report", "stand", "NOPE", "--kind", "S", "-o", "-"} << "NOPE:Standing";
+        QTest::newRow("chart") << QStringList{"chart", "stand", "NOPE", "--kind", "S", "-o", "x.pdf"} << "NOPE:Standing";
+        QTest::newRow("describe, either kind") << QStringList{"describe", " NOPE ", "--description", "x"} << "NOPE";
     }
     void oneWordingForWhatIsMissing()
     {
         QFETCH(QStringList, command);
+        QFETCH(QString, run);
         const QString gone = m_db->filePath(QStringLiteral("gone.mdb"));
         CliRun r = RunTool(QStringList{"--db", gone} + command);
         QCOMPARE(r.code, 1);
@@ -163,7 +166,24 @@ private slots:
             return;
         r = tool(command);
         QCOMPARE(r.code, 1);
-        QCOMPARE(r.err, QStringLiteral("sendrel-cli: There is no run NOPE:Standing in %1.\n").arg(QDir::toNativeSeparators(m_db->path())));
+        QCOMPARE(r.err, QStringLiteral("sendrel-cli: There is no run %1 in %2.\n").arg(run, QDir::toNativeSeparators(m_db->path())));
+        QCOMPARE(m_db->count(QStringLiteral("Run")), 0);   // nothing added for a run that is not there
+    }
+
+    // One rule for a Run Id wherever it is given: blanks at its ends are no part of it; a control
+    // character refuses the import; a leading "-" is a Run Id joined to its option by "=".
+    void runIdsAsGiven()
+    {
+        const QString list = writeList(QStringLiteral("plot.lst"), "", 2);
+        QCOMPARE(tool({"import", list, "--kind", "S", "--run-id", "  Mine\t"}).out, QStringLiteral("Mine\tS\t2\t2\n"));
+        QCOMPARE(tool({"years", " mine ", "--kind", "S"}).out, QStringLiteral("1\t2000\n2\t2010\n"));
+        QCOMPARE(tool({"describe", "MINE  ", "--parameters", "p"}).code, 0);
+        QCOMPARE(m_db->rows(QStringLiteral("SELECT Run_Id, run_parameters FROM Run")), QStringList{"Mine|p"});
+        QCOMPARE(tool({"import", list, "--kind", "S", "--run-id=-x"}).out, QStringLiteral("-x\tS\t2\t2\n"));
+        const CliRun refused = tool({"import", list, "--kind", "S", "--run-id", "A\nB"});
+        QCOMPARE(refused.code, 1);
+        QVERIFY2(refused.err.contains(QLatin1String("control character U+000a at position 2")), qPrintable(refused.err));
+        QCOMPARE(m_db->count(QStringLiteral("Model_Run")), 2);
     }
 
     void initMakesANewDatabaseOnce()

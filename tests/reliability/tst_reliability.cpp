@@ -15,10 +15,16 @@
 #include <QDir>
 #include <QFile>
 
+#include <functional>
 #include <future>
 #include <thread>
+#include <utility>
 
+#include <poll.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace sendrel;
 using namespace sendrel::test;
@@ -37,14 +43,18 @@ QByteArray threeCycles(const QByteArray &lineEnd = "\r\n", const QByteArray &run
     return text;
 }
 
-// One import as the headless tool answers it: the Run Id given, a taken one refused. What the
-// user was told is added to told.
-ImportResult importList(RunStore &db, const QString &path, const QString &runId, QString *told = nullptr)
+// One import as the headless tool answers it: the Run Id given, a taken one as onDuplicate says
+// (refused by default). What the user was told is added to told.
+ImportResult importList(RunStore &db, const QString &path, const QString &runId, QString *told = nullptr,
+                        CliQuestions::OnDuplicate onDuplicate = CliQuestions::OnDuplicate::Fail)
 {
     QString text;
     QTextStream stream(&text);
     CliQuestions questions(stream);
+    questions.onDuplicate = onDuplicate;
     const ImportResult result = ImportTreeList(db, questions, path, RunKind::Standing, runId);
+    for (const MessageRequest &m : ImportMessages(path, result))
+        questions.message(m);
     stream.flush();
     if (told)
         *told += text;
@@ -66,6 +76,43 @@ QString standReport(RunStore &db, const QString &runId)
     QTextStream stream(&told);
     CliQuestions questions(stream);
     return CompileStandStockReport(db, questions, request, layout, data).text;
+}
+
+// Runs work in a process of its own on the database at path and kills it (SIGKILL) once it calls
+// the reached() it is given: a program killed in the middle of a write. False when it never got
+// there. The child's page cache is small, so that pages of the unfinished write reach the log
+// before the kill, as those of a large list do.
+using MidWrite = std::function<void(RunStore &, const std::function<void()> &reached)>;
+bool killedMidWrite(const QString &path, const MidWrite &work)
+{
+    int pipeEnds[2];
+    if (::pipe(pipeEnds) != 0)
+        return false;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::close(pipeEnds[0]);
+        try {
+            RunStore db;
+            db.open(path);
+            Exec(db, QStringLiteral("PRAGMA cache_size = 20"));
+            work(db, [&] {
+                const char byte = 1;
+                if (::write(pipeEnds[1], &byte, 1) == 1)
+                    ::pause();
+            });
+        } catch (...) {
+        }
+        ::_exit(0);
+    }
+    ::close(pipeEnds[1]);
+    pollfd ready{pipeEnds[0], POLLIN, 0};
+    char byte = 0;
+    const bool reached = ::poll(&ready, 1, 20000) == 1 && ::read(pipeEnds[0], &byte, 1) == 1;
+    ::kill(child, SIGKILL);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ::close(pipeEnds[0]);
+    return reached && WIFSIGNALED(status);
 }
 
 void damageAPageOfTheTrees(const QString &path)
@@ -208,10 +255,10 @@ private slots:
     void hostileValues_data()
     {
         QTest::addColumn<QByteArray>("runName");
-        QTest::addColumn<QString>("listed");
-        QTest::newRow("NUL and tab in the run name") << QByteArray("NU\0L\tRUN", 8) << "NU\\x00L\\tRUN\tS\t";
+        QTest::addColumn<QString>("listed");   // or, for a Run Id refused, what is told
+        QTest::newRow("NUL and tab in the run name") << QByteArray("NU\0L\tRUN", 8) << "control character U+0000 at position 3";
         QTest::newRow("quotes in the run name") << QByteArray("it's \"q\"") << "it's \"q\"\tS\t";
-        QTest::newRow("escape sequence in the run name") << QByteArray("\x1b[31mRED") << "\\x1b[31mRED\tS\t";
+        QTest::newRow("escape sequence in the run name") << QByteArray("\x1b[31mRED") << "control character U+001b at position 1";
     }
     void hostileValues()
     {
@@ -221,7 +268,15 @@ private slots:
         QByteArray list = threeCycles("\r\n", "");
         list.replace(20, 10, runName.leftJustified(10, ' '));
         const QString runId = QString::fromLatin1(runName);
-        QVERIFY(importList(f.db, f.writeFile(QStringLiteral("v.lst"), list), QString()).completed());
+        QString told;
+        const ImportResult r = importList(f.db, f.writeFile(QStringLiteral("v.lst"), list), QString(), &told);
+        if (listed.contains(QLatin1String("control character"))) {
+            QCOMPARE(r.ending, ImportEnding::Refused);
+            QVERIFY2(told.contains(listed), qPrintable(told));
+            QCOMPARE(f.count(QStringLiteral("Model_Run")), 0);
+            return;
+        }
+        QVERIFY(r.completed());
         QCOMPARE(f.scalar(QStringLiteral("SELECT Run_Id FROM Model_Run")).toString(), runId);
 
         const CliRun runs = RunTool({"--db", f.path(), "runs"});
@@ -259,6 +314,107 @@ private slots:
             import.commit();
         }
         QCOMPARE(Count(reader.db, QStringLiteral("Model_Entries")), 2000);
+    }
+
+    // A program killed in the middle of an overwrite or a delete leaves the database as it was,
+    // the old run whole, and the file whole.
+    void killedMidWrite_data()
+    {
+        QTest::addColumn<QString>("write");
+        QTest::newRow("overwrite, in its third cycle") << "overwrite";
+        QTest::newRow("delete, between its statements") << "delete";
+    }
+    void killedMidWrite()
+    {
+        QFETCH(QString, write);
+        RunDatabase f;
+        QByteArray list;
+        for (int c = 1; c <= 4; ++c) {
+            list += HeaderLine(1, c, 2000 + c, c == 1 ? QByteArray("KEEP") : QByteArray()) + "\r\n";
+            for (int t = 0; t < 1000; ++t)
+                list += TreeLine(QByteArray::number(t), "FD", 3, 10 + c, 20, 0.5, 0.4) + "\r\n";
+        }
+        const QString path = f.writeFile(QStringLiteral("keep.lst"), list);
+        QVERIFY(importList(f.db, path, QString()).completed());
+        QVERIFY(importList(f.db, f.writeFile(QStringLiteral("p.lst"), threeCycles()), QStringLiteral("OTHER")).completed());
+        const QStringList before = RunTableRows(f.db);
+
+        QVERIFY(::killedMidWrite(f.path(), [&](RunStore &db, const std::function<void()> &reached) {
+            if (write == QLatin1String("delete")) {
+                db.beforeDeleteStatement = [&](const QString &table) {
+                    if (table == QLatin1String("Model_Header"))
+                        reached();
+                };
+                db.deleteRun({QStringLiteral("KEEP"), RunKind::Standing});
+                return;
+            }
+            struct Overwrite : CliQuestions {
+                using CliQuestions::CliQuestions;
+                std::function<void()> atThirdCycle;
+                void showBusyMessage(const QString &, const QString &message) override
+                {
+                    if (message.endsWith(QLatin1String(": 3")))
+                        atThirdCycle();
+                }
+            };
+            QTextStream err(stderr);
+            Overwrite questions(err);
+            questions.onDuplicate = CliQuestions::OnDuplicate::Overwrite;
+            questions.atThirdCycle = reached;
+            ImportTreeList(db, questions, path, RunKind::Standing);
+        }));
+        OtherProgram after(f.path());
+        QCOMPARE(Scalar(after.db, QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+        QCOMPARE(RunTableRows(after.db), before);
+        // The lock went with the process: the next writer writes.
+        QVERIFY(importList(after.db, path, QStringLiteral("KEEP"), nullptr, CliQuestions::OnDuplicate::Overwrite).completed());
+    }
+
+    // Rename takes the next free name under the write lock: a name that another program takes while
+    // this import waits for the lock is passed over for the next free one of the Id given,
+    // "SAME:2", not "SAME:1:1".
+    void renameChoosesUnderTheLock()
+    {
+        RunDatabase f;
+        const QString list = f.writeFile(QStringLiteral("p.lst"), threeCycles());
+        QVERIFY(importList(f.db, list, QStringLiteral("SAME")).completed());
+        struct Renaming : CliQuestions {
+            using CliQuestions::CliQuestions;
+            std::function<void()> onFirstAsk;
+            QString askRunId(QString &name) override
+            {
+                if (onFirstAsk)
+                    std::exchange(onFirstAsk, nullptr)();
+                return CliQuestions::askRunId(name);
+            }
+        };
+        std::promise<void> asked;
+        std::promise<void> taken;
+        auto import = std::async(std::launch::async, [&] {
+            OtherProgram program(f.path());
+            QString told;
+            QTextStream stream(&told);
+            Renaming questions(stream);
+            questions.onDuplicate = CliQuestions::OnDuplicate::Rename;
+            questions.onFirstAsk = [&] {
+                asked.set_value();
+                taken.get_future().wait();
+            };
+            return ImportTreeList(program.db, questions, list, RunKind::Standing, QStringLiteral("SAME"));
+        });
+        asked.get_future().wait();
+        OtherProgram other(f.path());
+        {
+            // Taken, not yet committed, so the import finds the name free, then waits for the lock.
+            WriteTransaction hold(other.db.DBEngine);
+            AddRun(other.db, QStringLiteral("SAME:1"), QStringLiteral("S"));
+            taken.set_value();
+            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+            hold.commit();
+        }
+        const ImportResult r = import.get();
+        QVERIFY2(r.completed(), qPrintable(r.detail));
+        QCOMPARE(r.runId, QStringLiteral("SAME:2"));
     }
 
     // Imports at once: each of its own Run Id completes whole; of one Run Id exactly one does, the

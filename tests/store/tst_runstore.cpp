@@ -354,6 +354,29 @@ private slots:
         QCOMPARE(KindLetter(KindOfText(text)), letter);
     }
 
+    // A Run Id is taken without the blanks at its ends; a control character anywhere is named.
+    void runIdsAsTaken_data()
+    {
+        QTest::addColumn<QString>("given");
+        QTest::addColumn<QString>("taken");
+        QTest::addColumn<int>("control");   // the first control character, or -1
+        QTest::newRow("blanks at both ends") << " \t A B \u00a0" << "A B" << -1;
+        QTest::newRow("only blanks") << "   " << "" << -1;
+        QTest::newRow("a line end inside") << "A\nB" << "A\nB" << 10;
+        QTest::newRow("an escape") << "\x1b[31mRED" << "\x1b[31mRED" << 27;
+        QTest::newRow("DEL and a C1 control") << "A\x7f\u0085" << "A\x7f\u0085" << 127;
+        QTest::newRow("a dash and a colon are no controls") << "-x:1" << "-x:1" << -1;
+    }
+    void runIdsAsTaken()
+    {
+        QFETCH(QString, given);
+        QFETCH(QString, taken);
+        QFETCH(int, control);
+        QCOMPARE(TakenRunId(given), taken);
+        const std::optional<QChar> found = ControlCharacterIn(taken);
+        QCOMPARE(found ? found->unicode() : -1, control);
+    }
+
     // Kept sums are read while they still describe the records; otherwise the records are summed.
     // The kept ones are marked (a stem added to each) to tell which were read.
     void keptSumsOnlyWhileTheRecordsStay_data()
@@ -397,6 +420,60 @@ private slots:
         f.db.deleteRun(run);
         QCOMPARE(f.count(QStringLiteral("Model_Cycle_Sums")), 0);
         QVERIFY(ReadCycleSums(f.db.DBEngine, run).isEmpty());
+    }
+
+    // A delete is one unit: a failure ahead of any of its statements leaves the whole database as
+    // it was; inside the caller's transaction it is part of that one.
+    void deleteIsOneUnit_data()
+    {
+        QTest::addColumn<QString>("failAt");
+        for (const char *table : {"Model_Cycle_Sums", "Model_Entries", "Model_Header", "Model_Run"})
+            QTest::newRow(table) << table;
+    }
+    void deleteIsOneUnit()
+    {
+        QFETCH(QString, failAt);
+        RunDatabase f;
+        const RunKey run{QStringLiteral("D"), RunKind::Standing};
+        f.addRun(run.runId, QStringLiteral("S"));
+        f.addHeader(run.runId, QStringLiteral("S"), 1, 2000);
+        f.addTree(run.runId, QStringLiteral("S"), 1, 3, 20, 100, 0.5);
+        WriteCycleSums(f.db.DBEngine, run, SumCycleRecords(f.db.DBEngine, run));
+        const auto everything = [&f] { return RunTableRows(f.db); };
+        const QStringList before = everything();
+        QCOMPARE(before.size(), 4);
+        QStringList reached;
+        f.db.beforeDeleteStatement = [&](const QString &table) {
+            reached.append(table);
+            if (table == failAt)
+                throw SendrelError(ErrNo::DatabaseFailure, QStringLiteral("test"), QStringLiteral("injected"));
+        };
+        QCOMPARE(failureOf([&] { f.db.deleteRun(run); }).description(), QStringLiteral("injected"));
+        QCOMPARE(reached.constLast(), failAt);
+        QVERIFY(!f.db.DBEngine.InTransaction());
+        QCOMPARE(everything(), before);
+
+        f.db.beforeDeleteStatement = nullptr;
+        {
+            WriteTransaction caller(f.db.DBEngine);
+            f.db.deleteRun(run);
+            QVERIFY(f.db.DBEngine.InTransaction());   // not committed on its own
+        }
+        QCOMPARE(everything(), before);
+        f.db.deleteRun(run);
+        QCOMPARE(everything(), QStringList());
+    }
+
+    // Describe writes the Run row of a run, adding it once, each text only when given.
+    void describeRun()
+    {
+        RunDatabase f;
+        f.addRun(QStringLiteral("Plot"), QStringLiteral("H"));
+        QCOMPARE(f.db.storedRunId(QStringLiteral("PLOT")), QStringLiteral("Plot"));   // either kind, any case
+        QVERIFY(f.db.storedRunId(QStringLiteral("Plo")).isNull());
+        f.db.describeRun(QStringLiteral("Plot"), QStringLiteral("Thinned"), std::nullopt);
+        f.db.describeRun(QStringLiteral("Plot"), std::nullopt, QStringLiteral("sdi=400"));
+        QCOMPARE(f.rows(QStringLiteral("SELECT Run_Id, Run_Desc, run_parameters FROM Run")), QStringList{"Plot|Thinned|sdi=400"});
     }
 
     void runsCyclesAndTrees()

@@ -133,12 +133,6 @@ void RunDatabase::openAsProgram()
     OpenGameDB(tm, false);
 }
 
-void RunDatabase::reopenModelRunRS()
-{
-    tm.DBEngine.SQLString = QStringLiteral("Select * from Model_Run  WHERE 0=0");
-    db.ModelRunRS = tm.DBEngine.RetreiveRecords();
-}
-
 QString RunDatabase::writeFile(const QString &name, const QByteArray &content)
 {
     const QString p = filePath(name);
@@ -146,6 +140,14 @@ QString RunDatabase::writeFile(const QString &name, const QByteArray &content)
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(content) != content.size())
         throw std::runtime_error("cannot write test file");
     return p;
+}
+
+QStringList RunTableRows(RunStore &db)
+{
+    QStringList rows;
+    for (const char *table : {"Model_Run", "Model_Header", "Model_Entries", "Model_Cycle_Sums", "Run"})
+        rows += Rows(db, QStringLiteral("SELECT '%1', * FROM %1 ORDER BY rowid").arg(QLatin1String(table)));
+    return rows;
 }
 
 QByteArray ReadWholeFile(const QString &path)

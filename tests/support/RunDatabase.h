@@ -20,6 +20,9 @@ QVariant Scalar(RunStore &db, const QString &sql);
 qint64 Count(RunStore &db, const QString &table, const QString &where = QString());
 // Rows of the statement, each as its columns joined by "|" (NULL for a null).
 QStringList Rows(RunStore &db, const QString &sql);
+// Every row of the run tables, the kept sums and the Run table, in table order: the run database
+// as a whole, to compare before and after a write.
+QStringList RunTableRows(RunStore &db);
 // A Model_Run row as an import leaves it and, with a description, the Run row unless there is one.
 void AddRun(RunStore &db, const QString &runId, const QString &sorH, const QString &description = QString());
 void AddHeader(RunStore &db, const QString &runId, const QString &sorH, int cycle, int year);
@@ -50,8 +53,6 @@ public:
 
     // Creates the file unless there is one and opens it with OpenGameDB, as a start does.
     void openAsProgram();
-    // Re-reads the long-lived Model_Run recordset, as a new start of the program would.
-    void reopenModelRunRS();
 
     void exec(const QString &sql) { Exec(db, sql); }
     QVariant scalar(const QString &sql) { return Scalar(db, sql); }

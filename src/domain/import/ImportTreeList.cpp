@@ -44,15 +44,6 @@ void warnOfHiddenHeader(ImportResult &result, const TreeListFile &file, QByteArr
          QStringLiteral("\"-999\" behind characters that do not print is no header; %1.").arg(consequence));
 }
 
-qint64 cycleRows(RunStore &db, const RunKey &run)
-{
-    Statement count(db.DBEngine, QStringLiteral("SELECT count(*) FROM Model_Header WHERE Run_Id = ?1 AND Standing_Harvested = ?2"));
-    count.bind(1, run.runId).bind(2, run.letter());
-    const qint64 rows = count.next() ? count.integer(0) : 0;
-    count.reset();
-    return rows;
-}
-
 // One message for all places of a list that may not have been read as meant: how many, and the
 // first of them.
 QString warningsText(const QString &fileName, const ImportResult &result)
@@ -66,37 +57,89 @@ QString warningsText(const QString &fileName, const ImportResult &result)
     return text;
 }
 
+// Settles the Run Id with the user. renamedFrom: the Id whose next free name the user took
+// unchanged through Rename, else "".
+QString settle(RunStore &db, UserQuestions &questions, QString &runId, RunKind kind, QString &renamedFrom)
+{
+    QString dialogResult = kDialogRename;
+    renamedFrom.clear();
+    while (dialogResult == kDialogRename || dialogResult == kDialogCheck) {
+        if (db.runExists({runId, kind})) {
+            dialogResult = questions.askDuplicateId(runId);
+            if (dialogResult == kDialogRename) {
+                const QString base = runId;
+                runId = NextFreeRunId(db, base);
+                const QString offered = runId;
+                dialogResult = questions.askRunId(runId);
+                runId = TakenRunId(runId);
+                renamedFrom = runId == offered ? base : QString();
+            }
+        } else if (dialogResult == kDialogRename) {
+            dialogResult = questions.askRunId(runId);
+            runId = TakenRunId(runId);
+            renamedFrom.clear();
+        } else {
+            dialogResult = kDialogOK;
+        }
+    }
+    return dialogResult;
+}
+
+// Why a settled Run Id cannot be stored, or "".
+QString runIdFault(const QString &runId)
+{
+    if (runId.isEmpty())
+        return QStringLiteral("the Run Id is empty once the blanks at its ends are taken off");
+    const std::optional<QChar> control = ControlCharacterIn(runId);
+    if (!control)
+        return QString();
+    return QStringLiteral("the Run Id holds the control character U+%1 at position %2; a Run Id may hold no control characters "
+                          "(line ends, tabs, escapes)")
+        .arg(control->unicode(), 4, 16, QLatin1Char('0'))
+        .arg(runId.indexOf(*control) + 1);
+}
+
 }  // namespace
 
 QString NextFreeRunId(RunStore &db, const QString &name)
 {
     for (qint64 n = 1;; ++n) {
         const QString candidate = name + QLatin1Char(':') + QString::number(n);
-        db.ModelRunRS.MoveFirst();
-        const bool taken = db.ModelRunRS.Find(QStringLiteral("Run_Id = '") + QuoteSQL(name) + QLatin1Char(':')
-                                              + QString::number(n) + QLatin1Char('\''));
-        if (!taken)
+        if (db.storedRunId(candidate).isNull())
             return candidate;
     }
 }
 
 QString SettleRunId(RunStore &db, UserQuestions &questions, QString &runId, RunKind kind)
 {
-    QString dialogResult = kDialogRename;
-    while (dialogResult == kDialogRename || dialogResult == kDialogCheck) {
-        if (db.runExists({runId, kind})) {
-            dialogResult = questions.askDuplicateId(runId);
-            if (dialogResult == kDialogRename) {
-                runId = NextFreeRunId(db, runId);
-                dialogResult = questions.askRunId(runId);
-            }
-        } else if (dialogResult == kDialogRename) {
-            dialogResult = questions.askRunId(runId);
-        } else {
-            dialogResult = kDialogOK;
-        }
+    QString renamedFrom;
+    return settle(db, questions, runId, kind, renamedFrom);
+}
+
+QList<MessageRequest> ImportMessages(const QString &fileName, const ImportResult &result)
+{
+    const auto info = [](const QString &text) { return MessageRequest{QStringLiteral("Sendrel"), text, MsgIcon::Information, MsgButtons::OK, Answer::OK}; };
+    switch (result.ending) {
+    case ImportEnding::Refused:
+        return {info(result.detail)};
+    case ImportEnding::InvalidFile:
+        return {info(kInvalidFileFormatMessage)};
+    case ImportEnding::Failed: {
+        QList<MessageRequest> told;
+        if (!result.cause.isEmpty())
+            told.append(info(result.cause));
+        told.append({QStringLiteral("Sendrel"), QStringLiteral("Import Error") + QStringLiteral("\n\n") + result.detail, MsgIcon::None,
+                      MsgButtons::OK, Answer::OK});
+        return told;
     }
-    return dialogResult;
+    case ImportEnding::Completed:
+        if (!result.warnings.isEmpty())
+            return {{QStringLiteral("Sendrel"), warningsText(fileName, result), MsgIcon::Exclamation, MsgButtons::OK, Answer::OK}};
+        return {};
+    case ImportEnding::Cancelled:
+        break;
+    }
+    return {};
 }
 
 ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QString &fileName, RunKind runKind,
@@ -107,7 +150,6 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     const auto refuse = [&](const QString &detail) {
         result.ending = ImportEnding::Refused;
         result.detail = detail;
-        questions.ShowInfoMessage(detail);
         questions.hideBusyMessage();
         return result;
     };
@@ -138,7 +180,6 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     if (!headerFound || atEnd) {
         result.ending = ImportEnding::InvalidFile;
         result.detail = QStringLiteral("%1 holds no \"-999\" header with a line behind it.").arg(QDir::toNativeSeparators(fileName));
-        questions.ShowInfoMessage(kInvalidFileFormatMessage);
         questions.hideBusyMessage();
         return result;
     }
@@ -156,13 +197,25 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
         return refuse(QStringLiteral("Cannot import %1: the first header is out of range (%2).").arg(where(file), e.description()));
     }
 
-    QString runId = proposedRunId.isEmpty() ? SuggestRunId(current, fileName) : proposedRunId;
-    result.dialogResult = SettleRunId(db, questions, runId, runKind);
-    result.runId = runId;
-    if (result.dialogResult == kDialogCancel) {
-        result.ending = ImportEnding::Cancelled;
+    QString runId = TakenRunId(proposedRunId.isEmpty() ? SuggestRunId(current, fileName) : proposedRunId);
+    QString renamedFrom;
+    // Settles the Run Id with the user (again, when another program took it meanwhile); false when
+    // the import ends there.
+    const auto settled = [&] {
+        result.dialogResult = settle(db, questions, runId, runKind, renamedFrom);
+        result.runId = runId;
+        if (result.dialogResult == kDialogCancel) {
+            result.ending = ImportEnding::Cancelled;
+            return false;
+        }
+        if (const QString fault = runIdFault(runId); !fault.isEmpty()) {
+            refuse(QStringLiteral("Cannot import %1: %2.").arg(QDir::toNativeSeparators(fileName), fault));
+            return false;
+        }
+        return true;
+    };
+    if (!settled())
         return result;
-    }
 
     try {
         db.checkNotDamaged();
@@ -171,50 +224,33 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     }
 
     clsDBEngine &engine = db.DBEngine;
-    // Three transactions, as a forester's earlier data is to be kept when a later one fails:
-    // the old rows go, the run row comes, then the whole list or nothing of it.
+    // One unit: the rows an overwrite replaces go, and the run row, every header and every tree
+    // record come, in one transaction. Until it commits, once the whole list is read and stored,
+    // every other program sees the old run; a failure, a refusal or a killed process leaves the
+    // database as it was.
     std::optional<WriteTransaction> transaction;
     bool committing = false;
     try {
-        // What the user settled is looked up again under the write lock, before the old rows go
-        // (unless they are to be overwritten) and before the run row comes: another program may
-        // have imported the Run Id since. Then the user is asked again, with no lock held.
-        const auto takenMeanwhile = [&](bool beforeRunRow) {
-            if ((!beforeRunRow && result.dialogResult != kDialogOK) || !db.runExists({runId, runKind}))
-                return false;
-            transaction->rollback();
-            result.dialogResult = SettleRunId(db, questions, runId, runKind);
-            result.runId = runId;
-            return true;
-        };
         for (;;) {
             transaction.emplace(engine);
-            if (!takenMeanwhile(false)) {
-                db.deleteRun({runId, runKind});
-                transaction->commit();
-                transaction.emplace(engine);
-                if (!takenMeanwhile(true)) {
-                    engine.AddRecord(QStringLiteral("Model_Run"),
-                                     {runId, stamp.dateText(), stamp.timeText(), QStringLiteral("Not Used"), kind}, false);
-                    transaction->commit();
-                    break;
-                }
+            // What the user settled is looked up again under the write lock: another program may
+            // have imported the Run Id since.
+            if (result.dialogResult == kDialogOverwrite || !db.runExists({runId, runKind}))
+                break;
+            if (!renamedFrom.isEmpty()) {
+                // Rename takes the next free name, chosen here where no other import can take it too.
+                runId = NextFreeRunId(db, renamedFrom);
+                result.runId = runId;
+                break;
             }
-            if (result.dialogResult == kDialogCancel) {
-                result.ending = ImportEnding::Cancelled;
+            // The user is asked again with no lock held.
+            transaction->rollback();
+            if (!settled())
                 return result;
-            }
         }
+        db.deleteRun({runId, runKind});
+        engine.AddRecord(QStringLiteral("Model_Run"), {runId, stamp.dateText(), stamp.timeText(), QStringLiteral("Not Used"), kind}, false);
 
-        transaction.emplace(engine);
-        // Another import of the same run, overwriting between the transactions, may have come
-        // first: its list stays, and this one adds nothing to it.
-        if (!db.runExists({runId, runKind}) || cycleRows(db, {runId, runKind}) > 0) {
-            throw SendrelError(ErrNo::DatabaseFailure, QStringLiteral("Sendrel"),
-                               QStringLiteral("another program imported or deleted the run %1 while this import ran, "
-                                              "so nothing of this list was stored")
-                                   .arg(RunKey{runId, runKind}.displayName()));
-        }
         ModelEntryInserter entries(engine, runId, kind);
         AddModelHeader(engine, current, runId, kind);
         result.cyclesRead = 1;
@@ -247,9 +283,8 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
                 if (!fieldWarnings.empty())
                     warn(result, file, fieldWarnings);
                 if (!IsValidSpeciesNumber(record.speciesNumber())) {
-                    questions.ShowInfoMessage(InvalidSpeciesMessage(record.speciesNumber()));
-                    throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"),
-                                       InvalidSpeciesMessage(record.speciesNumber()));
+                    result.cause = InvalidSpeciesMessage(record.speciesNumber());
+                    throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"), result.cause);
                 }
                 entries.addNextRow();
                 ++result.treeRecordsRead;
@@ -273,13 +308,9 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
                                    : QStringLiteral("Import of %1 failed: %2").arg(where(file), e.description());
         result.cyclesRead = 0;
         result.treeRecordsRead = 0;
-        questions.message({QStringLiteral("Sendrel"), QStringLiteral("Import Error") + QStringLiteral("\n\n") + result.detail,
-                           MsgIcon::None, MsgButtons::OK, Answer::OK});
     }
     file.close();
     questions.hideBusyMessage();
-    if (result.completed() && !result.warnings.isEmpty())
-        questions.message({QStringLiteral("Sendrel"), warningsText(fileName, result), MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
     return result;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/UserQuestions.h"
 #include "store/Run.h"
 
 #include <QString>
@@ -16,8 +17,8 @@ enum class ImportEnding {
     Cancelled,      // a dialog was cancelled: nothing touched
     InvalidFile,    // no "-999" header, or the only header is the last line: nothing touched
     Refused,        // the file cannot be opened or read up to its first header, the first header is out of
-                    // range, or the database is damaged: nothing touched
-    Failed,         // a failure in the guarded stretch: "Import Error", rolled back
+                    // range, the Run Id holds a control character, or the database is damaged: nothing touched
+    Failed,         // a failure while the list was stored: "Import Error"; rolled back, the database as it was
 };
 
 inline constexpr qsizetype kShownWarnings = 10;
@@ -29,6 +30,7 @@ struct ImportResult {
     int cyclesRead = 0;     // header lines stored
     qint64 treeRecordsRead = 0;
     QString detail;         // Refused and Failed: the file, the line and what went wrong
+    QString cause;          // Failed: a message of its own told ahead of "Import Error" (an invalid species number)
     // Fields the reading had to cut or could not read, and lines that may not have been read as
     // meant: "FILE, line N, column C: what"; the first kShownWarnings kept, told once at the end.
     QStringList warnings;
@@ -37,18 +39,23 @@ struct ImportResult {
     bool completed() const { return ending == ImportEnding::Completed; }
 };
 
-// Imports one tree list as the run (Run Id, kind): asks for the Run Id through questions,
-// removes the rows that it replaces, adds the Model_Run row and then every header and tree
-// record in one transaction. proposedRunId, when given, takes the place of the suggestion from
-// the file.
+// Imports one tree list as the run (Run Id, kind): asks for the Run Id through questions (the
+// only thing it asks), then, as one unit in one transaction, removes the rows that it replaces and
+// adds the Model_Run row and every header and tree record. proposedRunId, when given, takes the
+// place of the suggestion from the file. It tells nothing itself: the caller shows ImportMessages.
 ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QString &fileName, RunKind kind,
                             const QString &proposedRunId = QString());
 
-// The name for Rename: name + ":" + n for the first n = 1, 2, ... that no Model_Run row of the
-// long-lived recordset ModelRunRS holds, of either kind.
+// What the user is told of an import, in order: the refusal, "Invalid File Format...", an
+// invalid species number and "Import Error", or the lines that may not have been read as meant.
+QList<MessageRequest> ImportMessages(const QString &fileName, const ImportResult &result);
+
+// The name for Rename: name + ":" + n for the first n = 1, 2, ... that no Model_Run row holds, of
+// either kind.
 QString NextFreeRunId(RunStore &db, const QString &name);
 
-// Settles the Run Id with the user; gives how it ended: "OK", "OVERWRITE" or "CANCEL".
+// Settles the Run Id with the user, taking it without blanks at its ends; gives how it ended:
+// "OK", "OVERWRITE" or "CANCEL".
 QString SettleRunId(RunStore &db, UserQuestions &questions, QString &runId, RunKind kind);
 
 }  // namespace sendrel

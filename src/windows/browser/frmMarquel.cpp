@@ -4,9 +4,9 @@
 #include "app/TreeModel.h"
 #include "base/SendrelError.h"
 #include "base/UserQuestions.h"
+#include "domain/browser/RunDeletion.h"
 #include "domain/browser/RunList.h"
 #include "domain/import/ImportTreeList.h"
-#include "domain/import/RunDeletion.h"
 #include "windows/browser/FrameReportHost.h"
 #include "windows/common/FrameHost.h"
 #include "windows/common/RunListDelegate.h"
@@ -78,6 +78,8 @@ frmMarquel::frmMarquel(TreeModel &tm, FrameHost &frame, QWidget *parent)
     Importer = [](TreeModel &model, const QString &fileName, const QString &kind) {
         const ImportResult r = ImportTreeList(model.db, model.questions, fileName, KindOfText(kind));
         model.DialogResult = r.dialogResult;
+        for (const MessageRequest &told : ImportMessages(fileName, r))
+            model.questions.message(told);
         return ImportOutcome{r.completed(), r.runId};
     };
 }
@@ -562,7 +564,16 @@ void frmMarquel::mnu_File_Compact_Click()
 {
     try {
         Hourglass hourglass(m_frame);
-        CompactRunDatabase(m_tm.db, m_tm.questions);
+        m_tm.questions.showBusyMessage(QStringLiteral("Please wait..."), QStringLiteral("Compacting the run database..."));
+        CompactResult result;
+        try {
+            result = m_tm.db.compact();
+        } catch (const SendrelError &) {
+            m_tm.questions.hideBusyMessage();
+            throw;
+        }
+        m_tm.questions.hideBusyMessage();
+        m_tm.questions.ShowInfoMessage(CompactMessage(result));
     } catch (const SendrelError &e) {
         m_tm.questions.ShowErrorMessage(e.description());
     }
@@ -623,14 +634,27 @@ void frmMarquel::mnu_Runs_Delete_Click()
             m_deleteRuns = new frmDeleteRuns(m_tm, m_frame.FrameWidget());
             m_deleteRuns->BrowserEntries = [this] { return RunEntries(); };
             m_deleteRuns->Delete = [this](const QStringList &selected) {
-                const FrameReportWindows open(m_frame);
-                DeleteSelectedRuns(m_tm.db, m_tm.questions, selected,
-                                   [this] {
-                                       UpdateRunList();
-                                       m_deleteRuns->RefreshRunList();
-                                       return RunEntries();
-                                   },
-                                   open);
+                if (selected.isEmpty()) {
+                    m_tm.questions.ShowInfoMessage(NoRunSelectedMessage());
+                    return;
+                }
+                // Re-read first: another program may have removed runs since the list was filled.
+                const auto refresh = [this] {
+                    UpdateRunList();
+                    m_deleteRuns->RefreshRunList();
+                    return RunEntries();
+                };
+                const FoundRuns runs = FindSelectedRuns(selected, refresh());
+                if (!runs.vanishedMessage.isEmpty())
+                    m_tm.questions.ShowInfoMessage(runs.vanishedMessage);
+                if (runs.found.isEmpty())
+                    return;
+                const DeleteRunsResult result = DeleteConfirmedRuns(m_tm.db, m_tm.questions, runs.found, FrameReportWindows(m_frame));
+                if (!result.stoppedMessage.isEmpty()) {
+                    m_tm.questions.ShowInfoMessage(result.stoppedMessage);
+                    return;
+                }
+                refresh();
             };
             m_deleteRuns->SetMousePointer = [this](int pointer) { m_frame.SetMousePointer(pointer); };
         }

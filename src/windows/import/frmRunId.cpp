@@ -1,6 +1,7 @@
 #include "windows/import/frmRunId.h"
 
 #include "base/UserQuestions.h"
+#include "store/Run.h"
 #include "windows/common/ShowHelp.h"
 
 #include <QHBoxLayout>
@@ -50,7 +51,8 @@ frmRunId::frmRunId(QWidget *parent)
 
     connect(txtRunId, &QLineEdit::textChanged, this, [this] {
         m_lastText = txtRunId->text();
-        cmdOK->setEnabled(!m_lastText.isEmpty());
+        // Blanks at the ends are no part of a Run Id: a box of blanks is an empty one.
+        cmdOK->setEnabled(!TakenRunId(m_lastText).isEmpty());
     });
     connect(txtRunId, &QLineEdit::textEdited, this, &frmRunId::limitLength);
     connect(cmdOK, &QPushButton::clicked, this, &frmRunId::accept);
@@ -86,7 +88,7 @@ void frmRunId::limitLength()
 QString frmRunId::AskRunId(QString &name)
 {
     txtRunId->setText(name);
-    cmdOK->setEnabled(!name.isEmpty());
+    cmdOK->setEnabled(!TakenRunId(name).isEmpty());
     lblNameProblem->clear();
     DialogResult = kDialogCancel;
     txtRunId->selectAll();

@@ -342,6 +342,14 @@ private slots:
         QCOMPARE(b.tm.DialogResult, kDialogOK);
         QCOMPARE(b.frame->MousePointer(), 0);
 
+        // What the import has to tell, the window shows, once.
+        b.questions.clear();
+        b.questions.answerOpenFile(b.writeFile(QStringLiteral("invalid.lst"), "no header\r\n"));
+        b.questions.answerStandingOrHarvested(QStringLiteral("S"));
+        m->mnu_Runs_Import->trigger();
+        QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Invalid File Format.  Expecting a Marquel file with -999 header.")});
+        b.questions.clear();
+
         // A failure is shown at the top, the list stays and the pointer comes back.
         m->Importer = [](TreeModel &, const QString &, const QString &) -> frmMarquel::ImportOutcome {
             throw SendrelError(53, QStringLiteral("Sendrel"), QStringLiteral("File not found"));

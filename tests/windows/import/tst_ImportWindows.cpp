@@ -152,7 +152,7 @@ private slots:
     {
         GuiQuestions q;
         q.setNextFreeRunId([](const QString &) -> QString {
-            throw SendrelError(-2147467259, QStringLiteral("db"), QStringLiteral("locked"));
+            throw SendrelError(ErrNo::DatabaseFailure, QStringLiteral("db"), QStringLiteral("locked"));
         });
         onNextModal([](QWidget *w) { leaveDialog(w, QStringLiteral("cmdRename")); });
         QVERIFY_THROWS_EXCEPTION(SendrelError, q.askDuplicateId(QStringLiteral("X")));
@@ -173,6 +173,9 @@ private slots:
         QTest::newRow("open in a stand and stock window") << "chkSS" << "A:Standing" << refused << all;
         QTest::newRow("open in a composition window") << "chkStandLevels" << "A:Standing" << refused << all;
         QTest::newRow("the other kind of an open run") << "chkSS" << "A:Harvested" << "Delete run: A:Harvested" << all.mid(1);
+        QTest::newRow("nothing selected") << "" << "" << "No run selected" << all;
+        QTest::newRow("gone meanwhile") << "gone" << "B:Standing" << "The run you selected was deleted by another application."
+                                        << all.mid(0, 2);
     }
 
     void deleteFromTheMenu()
@@ -186,14 +189,15 @@ private slots:
         for (const auto &[run, kind] : {std::pair{"A", "S"}, {"A", "H"}, {"B", "S"}})
             b.addListedRun(QString::fromLatin1(run), QString::fromLatin1(kind), QString());
         frmMarquel *m = b.start();
-        if (!openBox.isEmpty()) {
+        if (openBox.startsWith(QLatin1String("chk"))) {
             clickRow(m->lstRuns, 0);
             clickRow(m->lstRuns, rowOf(m->lstRuns, QStringLiteral("A:Standing")));
             clickBox(m->findChild<QCheckBox *>(openBox));
             QTest::mouseClick(m->cmdOK, Qt::LeftButton);
             QCOMPARE(reportWindows(*b.frame).size(), 1);
         }
-        b.questions.answerMessage(Answer::OK);
+        if (message.startsWith(QLatin1String("Delete run")))
+            b.questions.answerMessage(Answer::OK);
         const QStringList before = m->RunEntries();
         QStringList shown, afterDelete;
         onNextModal([&](QWidget *w) {
@@ -201,7 +205,10 @@ private slots:
             QVERIFY(d && d->parentWidget() == b.frame.get());
             auto *list = d->findChild<QListWidget *>(QStringLiteral("lstRuns"));
             shown = rowTexts(list);
-            clickRow(list, rowOf(list, selected));
+            if (!selected.isEmpty())
+                clickRow(list, rowOf(list, selected));
+            if (openBox == QLatin1String("gone"))   // another program's doing
+                b.tm.db.deleteRun({QStringLiteral("B"), RunKind::Standing});
             QTest::mouseClick(d->findChild<QPushButton *>(QStringLiteral("cmdDelete")), Qt::LeftButton);
             if (d->isVisible())   // it stays open after a delete
                 afterDelete = rowTexts(list);
@@ -249,7 +256,7 @@ private slots:
         bool stayed = false;
         onNextModal([&](QWidget *w) {
             auto *d = qobject_cast<frmDeleteRuns *>(w);
-            d->Delete = [](const QStringList &) { throw SendrelError(-2147467259, QStringLiteral("db"), QStringLiteral("locked")); };
+            d->Delete = [](const QStringList &) { throw SendrelError(ErrNo::DatabaseFailure, QStringLiteral("db"), QStringLiteral("locked")); };
             b.frame->SetMousePointer(11);
             clickRow(d->findChild<QListWidget *>(QStringLiteral("lstRuns")), 0);
             QTest::mouseClick(d->findChild<QPushButton *>(QStringLiteral("cmdDelete")), Qt::LeftButton);
