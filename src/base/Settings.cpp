@@ -130,6 +130,17 @@ void Settings::LoadSettings(const SettingsStore &store, const QString &programDi
     LockWaitSeconds = ReadNumber(store.GetSetting(kSectionSendrel, QStringLiteral("LockWaitSeconds"), QStringLiteral("10")));
     if (LockWaitSeconds <= 0 || LockWaitSeconds > 3600)
         LockWaitSeconds = 10;
+    Units = store.GetSetting(kSectionSendrel, QStringLiteral("Units"), QStringLiteral("metric"));
+    SdiMethod = store.GetSetting(kSectionSendrel, QStringLiteral("SdiMethod"), QStringLiteral("reineke"));
+    CsvDefinitions = IsYes(store.GetSetting(kSectionSendrel, QStringLiteral("CsvDefinitions"), QStringLiteral("NO")));
+}
+
+void Settings::SaveChosenOptions(SettingsStore &store) const
+{
+    store.SaveSetting(kSectionSendrel, QStringLiteral("Units"), Units);
+    store.SaveSetting(kSectionSendrel, QStringLiteral("SdiMethod"), SdiMethod);
+    store.SaveSetting(kSectionSendrel, QStringLiteral("CsvDefinitions"), yesNo(CsvDefinitions));
+    store.sync();
 }
 
 void Settings::SaveSettings(SettingsStore &store, double leftPos, double topPos) const
@@ -154,6 +165,7 @@ void Settings::SaveSettings(SettingsStore &store, double leftPos, double topPos)
     store.SaveSetting(kSectionSendrel, QStringLiteral("ClassesWidth"), DefaultText(ClassesWidth));
     store.SaveSetting(kSectionSendrel, QStringLiteral("NumClasses"), DefaultText(NumClasses));
     store.SaveSetting(kSectionSendrel, QStringLiteral("LockWaitSeconds"), DefaultText(LockWaitSeconds));
+    SaveChosenOptions(store);
     store.sync();
 }
 

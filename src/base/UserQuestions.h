@@ -41,6 +41,13 @@ struct ReportTextRequest {
     QString description;
 };
 
+// The choices of Options, as the settings keep them.
+struct OptionsRequest {
+    QString units;             // "metric" or "imperial"
+    QString sdiMethod;         // "reineke" or "summation"
+    bool csvDefinitions = false;
+};
+
 class UserQuestions {
 public:
     virtual ~UserQuestions() = default;
@@ -63,6 +70,13 @@ public:
     virtual QString askStandingOrHarvested() = 0;
     // Title and description of a report; false when cancelled.
     virtual bool askReportText(ReportTextRequest &request) = 0;
+    // "Options": the units, the SDI method and the CSV definitions; false when cancelled. A caller
+    // that has no such dialog (the headless tool, whose flags choose) cancels.
+    virtual bool askOptions(OptionsRequest &request)
+    {
+        Q_UNUSED(request)
+        return false;
+    }
 
     // The please-wait window; a headless caller may ignore it.
     virtual void showBusyMessage(const QString &title, const QString &message) { Q_UNUSED(title) Q_UNUSED(message) }

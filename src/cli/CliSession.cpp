@@ -62,6 +62,11 @@ void CliSession::open()
     ReadSpecies(tm);
 }
 
+UnitSystem CliSession::units() const
+{
+    return UnitSystemOfSetting(ctx.units.value_or(tm.settings.Units));
+}
+
 RunKey CliSession::requireRun(const QString &runId, RunKind kind)
 {
     const QString stored = tm.db.storedRunId({runId, kind});

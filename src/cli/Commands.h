@@ -5,6 +5,7 @@
 #include "cli/CliQuestions.h"
 #include "cli/Command.h"
 #include "domain/output/ChartData.h"
+#include "domain/units/Units.h"
 
 #include <memory>
 #include <vector>
@@ -27,6 +28,8 @@ public:
     void open();
     // The run as stored (lookups ignore case); fails with one wording when there is none.
     RunKey requireRun(const QString &runId, RunKind kind);
+    // The units of --units, else the settings'.
+    UnitSystem units() const;
 
     CliContext &ctx;
     SettingsStore settingsStore;

@@ -110,11 +110,12 @@ frmStandSummary::frmStandSummary(TreeModel &tm, QWidget *parent) : QWidget(paren
 
 void frmStandSummary::ShowRun(const RunKey &run)
 {
-    m_summary = ReadStandSummary(m_tm.db, run);
+    m_summary = ReadStandSummary(m_tm.db, run, SdiMethodOfSetting(m_tm.settings.SdiMethod));
+    const UnitSystem units = UnitSystemOfSetting(m_tm.settings.Units);
     setWindowTitle(QStringLiteral("Stand Summary: ") + run.runId
                    + (run.kind == RunKind::Harvested ? QStringLiteral(" (Harvested)") : QString()));
 
-    const QList<SummaryColumn> columns = StandSummaryColumns(run.kind);
+    const QList<SummaryColumn> columns = StandSummaryColumns(run.kind, units, m_summary.sdiMethod);
     grdSummary->clear();
     grdSummary->setColumnCount(static_cast<int>(columns.size()));
     grdSummary->setRowCount(static_cast<int>(m_summary.rows.size()));
@@ -122,7 +123,7 @@ void frmStandSummary::ShowRun(const RunKey &run)
     for (const SummaryColumn &c : columns)
         headings.append(c.group.isEmpty() ? c.name : c.group + QLatin1Char('\n') + c.name + QLatin1Char('\n') + c.unit);
     grdSummary->setHorizontalHeaderLabels(headings);
-    const TableDocument document = StandSummaryDocument(m_summary);
+    const TableDocument document = StandSummaryDocument(m_summary, units);
     const DataTable &table = document.tables.first();
     for (int r = 0; r < table.rows.size(); ++r) {
         for (int c = 0; c < table.columns.size(); ++c) {
@@ -148,7 +149,7 @@ void frmStandSummary::ShowRun(const RunKey &run)
 
 void frmStandSummary::ChooseColumn(int column)
 {
-    gphSummary->setChartData(StandSummaryChart(m_summary, column));
+    gphSummary->setChartData(StandSummaryChart(m_summary, column, UnitSystemOfSetting(m_tm.settings.Units)));
     gphSummary->ChartDraw(2);
 }
 
@@ -171,7 +172,7 @@ void frmStandSummary::cmdExport_Click()
                                                                        ExportFileStem(m_summary.run, QStringLiteral("Summary"))));
         if (path.isEmpty())
             return;
-        SaveExport(StandSummaryDocument(m_summary), path);
+        SaveExport(StandSummaryDocument(m_summary, UnitSystemOfSetting(m_tm.settings.Units)), path, m_tm.settings.CsvDefinitions);
         ShowExportedPath(this, path);
     });
 }
@@ -185,7 +186,7 @@ void frmStandSummary::cmdPrint_Click()
             return;
         // The table, then the chart on a page of its own, as the window shows it.
         const bool colour = m_printer.colorMode() == QPrinter::Color;
-        QString html = HtmlText(StandSummaryDocument(m_summary));
+        QString html = HtmlText(StandSummaryDocument(m_summary, UnitSystemOfSetting(m_tm.settings.Units)));
         html.replace(QStringLiteral("</body>"), QStringLiteral("<p style=\"page-break-before: always\"><img src=\"chart.png\" width=\"%1\"></p></body>")
                                                     .arg(kChartPrintWidth));
         PrintTableHtml(m_printer, html, kPrintFontPoints, {{QStringLiteral("chart.png"), gphSummary->toImage(Graph::kFileSize, colour)}});
