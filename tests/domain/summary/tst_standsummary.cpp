@@ -175,6 +175,8 @@ private slots:
         QTest::newRow("before") << "S" << 2000 << "before_sdi" << 112.93825311525602;    // 100 (20/25.4)^1.605 + 200 (10/25.4)^1.605
         QTest::newRow("after, by year") << "S" << 2010 << "after_sdi" << 157.87910916905764;   // 100 (30/25.4)^1.605 + 100 (20/25.4)^1.605 - 60 (20/25.4)^1.605
         QTest::newRow("one diameter: Reineke's") << "H" << 2015 << "harvested_sdi" << 13.062355484189469;
+        // A second standing cycle in 2025 with 50 stems of 25.4 cm: after harvest is the whole year's.
+        QTest::newRow("two cycles of a year") << "S" << 2025 << "after_sdi" << 257.2755951971045;   // 100 (40/25.4)^1.605 + 50
     }
     void summation()
     {
@@ -182,6 +184,10 @@ private slots:
         QFETCH(int, year);
         QFETCH(QString, key);
         QFETCH(double, expected);
+        if (year == 2025) {
+            m_db->addHeader(QStringLiteral("HAND"), QStringLiteral("S"), 4, 2025);
+            m_db->addTree(QStringLiteral("HAND"), QStringLiteral("S"), 4, 1, 25.4, 50, 1.0);
+        }
         const StandSummary s = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), *ParseKind(kind)}, SdiMethod::Summation);
         const std::optional<double> value = cellOf(s, year, key);
         QVERIFY(value);
@@ -207,6 +213,8 @@ private slots:
         QCOMPARE(summed.facts.first().name, QStringLiteral("SDI method"));
         QVERIFY(summed.facts.first().text.startsWith(QStringLiteral("Stand density index by the summation method")));
         QCOMPARE(summed.units, QStringLiteral("imperial"));
+        QCOMPARE(SdiMethodOfSetting(QStringLiteral("Summation")), SdiMethod::Summation);
+        QCOMPARE(SdiMethodOfSetting(QStringLiteral("sum")), SdiMethod::Reineke);
         QCOMPARE(reineke.runs.size(), 2);
         QCOMPARE(reineke.runs.at(1).kind, QStringLiteral("Harvested"));
         QCOMPARE(reineke.runs.at(1).imported, QStringLiteral("2023-11-14 22:13:20"));
