@@ -10,6 +10,8 @@
 #include "windows/output/frmReportText.h"
 
 #include <QApplication>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QFileDialog>
 #include <QLabel>
 #include <QRadioButton>
@@ -253,6 +255,26 @@ bool GuiQuestions::askOptions(OptionsRequest &request)
     if (form.exec() != QDialog::Accepted)
         return false;
     request = form.choices();
+    return true;
+}
+
+bool GuiQuestions::askPrint(PrintRequest &request)
+{
+    if (!request.printer)
+        return false;
+    NormalPointer pointer;
+    QPrinter &printer = *request.printer;
+    printer.setPageOrientation(request.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+    // Print to File (PDF) comes offered with the file in the Work folder: a machine without a
+    // printer can still put the chart on paper later.
+    if (!request.outputFile.isEmpty())
+        printer.setOutputFileName(request.outputFile);
+    QPrintDialog dialog(&printer, m_parent);
+    dialog.setWindowTitle(request.title);
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    request.outputFile = printer.outputFileName();
     return true;
 }
 

@@ -48,6 +48,7 @@ public:
 
     int HelpContextID = 90;
 
+private:
     QTableWidget *grdSummary;
     QComboBox *cboColumn;
     Graph *gphSummary;
@@ -56,7 +57,6 @@ public:
     QPushButton *cmdHelp;
     QPushButton *cmdClose;
 
-private:
     // Runs an event handler at the top of the error trail: a failure is shown and the window goes on.
     template <typename F> void handled(F &&handler);
 

@@ -1,4 +1,4 @@
-#include "base/ScriptedQuestions.h"
+#include "support/ScriptedQuestions.h"
 
 #include "base/SendrelError.h"
 
@@ -77,6 +77,15 @@ bool ScriptedQuestions::askOptions(OptionsRequest &request)
     if (e.value.toBool() && chosen.size() == 3)
         request = {chosen[0], chosen[1], chosen[2] == QLatin1String("YES")};
     return e.value.toBool();
+}
+
+bool ScriptedQuestions::askPrint(PrintRequest &request)
+{
+    const QString file = take(QStringLiteral("askPrint"), request.title, request.outputFile).value.toString();
+    if (file.isEmpty())
+        return false;
+    request.outputFile = file;
+    return true;
 }
 
 void ScriptedQuestions::showBusyMessage(const QString &title, const QString &message)
