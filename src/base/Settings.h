@@ -64,6 +64,10 @@ struct Settings {
     // How long a write waits for a run database that another program is writing, in seconds.
     double LockWaitSeconds = 10;
 
+    // The maximum of Reineke's stand density index that the density diagram of a comparison
+    // draws its lines from, metric (stems/ha at a mean diameter of 25.4 cm).
+    double MaxSDI = 1000;
+
     // The units of the summary, the comparison, the exports and our own charts: "metric" or
     // "imperial" (any other text reads as metric). Report files of fixed layout are always metric.
     QString Units = QStringLiteral("metric");

@@ -40,6 +40,9 @@ QList<SummaryColumn> StandSummaryColumns(RunKind kind, UnitSystem units = UnitSy
 // "Harvested trees", each with its definition; the runs with their import dates, the units and
 // the SDI method.
 TableDocument StandSummaryDocument(const StandSummary &summary, UnitSystem units = UnitSystem::Metric);
+// The long name of a column group, over its columns in text and print: "Before harvest" for
+// "Before"; empty for Year and Cycle's.
+QString SummaryGroupTitle(const QString &group);
 // The method of the index in words, with its exponent and reference diameter in those units.
 QString SdiMethodDescription(SdiMethod method, UnitSystem units);
 // "Stand summary: R1:Standing".
