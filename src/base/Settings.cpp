@@ -133,6 +133,17 @@ void Settings::LoadSettings(const SettingsStore &store, const QString &programDi
     MaxSDI = ReadNumber(store.GetSetting(kSectionSendrel, QStringLiteral("MaxSDI"), QStringLiteral("1000")));
     if (!(MaxSDI > 0))
         MaxSDI = 1000;
+    Units = store.GetSetting(kSectionSendrel, QStringLiteral("Units"), QStringLiteral("metric"));
+    SdiMethod = store.GetSetting(kSectionSendrel, QStringLiteral("SdiMethod"), QStringLiteral("reineke"));
+    CsvDefinitions = IsYes(store.GetSetting(kSectionSendrel, QStringLiteral("CsvDefinitions"), QStringLiteral("NO")));
+}
+
+void Settings::SaveChosenOptions(SettingsStore &store) const
+{
+    store.SaveSetting(kSectionSendrel, QStringLiteral("Units"), Units);
+    store.SaveSetting(kSectionSendrel, QStringLiteral("SdiMethod"), SdiMethod);
+    store.SaveSetting(kSectionSendrel, QStringLiteral("CsvDefinitions"), yesNo(CsvDefinitions));
+    store.sync();
 }
 
 void Settings::SaveSettings(SettingsStore &store, double leftPos, double topPos) const
@@ -158,6 +169,7 @@ void Settings::SaveSettings(SettingsStore &store, double leftPos, double topPos)
     store.SaveSetting(kSectionSendrel, QStringLiteral("NumClasses"), DefaultText(NumClasses));
     store.SaveSetting(kSectionSendrel, QStringLiteral("LockWaitSeconds"), DefaultText(LockWaitSeconds));
     store.SaveSetting(kSectionSendrel, QStringLiteral("MaxSDI"), DefaultText(MaxSDI));
+    SaveChosenOptions(store);
     store.sync();
 }
 

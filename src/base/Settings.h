@@ -68,6 +68,15 @@ struct Settings {
     // draws its lines from, metric (stems/ha at a mean diameter of 25.4 cm).
     double MaxSDI = 1000;
 
+    // The units of the summary, the comparison, the exports and our own charts: "metric" or
+    // "imperial" (any other text reads as metric). Report files of fixed layout are always metric.
+    QString Units = QStringLiteral("metric");
+    // How the summary works out the stand density index: "reineke" (from the quadratic mean
+    // diameter) or "summation" (over the trees); any other text reads as Reineke's.
+    QString SdiMethod = QStringLiteral("reineke");
+    // Whether a CSV export of the desktop writes its definitions beside it (NAME.definitions.csv).
+    bool CsvDefinitions = false;
+
     // Reads every key with its default and repairs what the rules say. programDir is the
     // folder of the executable; the default help file lies in its parent's Help folder.
     // Fails (Overflow) when NumClasses does not fit 16 bits.
@@ -76,6 +85,10 @@ struct Settings {
     // Writes every key as SaveSettingsAndEnd does, without ending anything. leftPos and
     // topPos are the frame's edges.
     void SaveSettings(SettingsStore &store, double leftPos, double topPos) const;
+
+    // Writes the keys that Options sets (Units, SdiMethod, CsvDefinitions) at once, so that the
+    // headless tool started meanwhile reads them too.
+    void SaveChosenOptions(SettingsStore &store) const;
 
     // The default help file: the parent of the program's folder, "Help", "Tolvane.chm".
     static QString DefaultHelpFile(const QString &programDir);

@@ -43,6 +43,13 @@ struct ReportTextRequest {
     QString description;
 };
 
+// The choices of Options, as the settings keep them.
+struct OptionsRequest {
+    QString units;             // "metric" or "imperial"
+    QString sdiMethod;         // "reineke" or "summation"
+    bool csvDefinitions = false;
+};
+
 // The print dialog of a chart: Print to File (PDF) is offered with outputFile, in the Work folder.
 struct PrintRequest {
     QString title;
@@ -73,6 +80,13 @@ public:
     virtual QString askStandingOrHarvested() = 0;
     // Title and description of a report; false when cancelled.
     virtual bool askReportText(ReportTextRequest &request) = 0;
+    // "Options": the units, the SDI method and the CSV definitions; false when cancelled. A caller
+    // that has no such dialog (the headless tool, whose flags choose) cancels.
+    virtual bool askOptions(OptionsRequest &request)
+    {
+        Q_UNUSED(request)
+        return false;
+    }
     // The print dialog; false when cancelled. After true the caller prints on request.printer,
     // into request.outputFile when that is not "".
     virtual bool askPrint(PrintRequest &request) = 0;

@@ -23,7 +23,7 @@ QCommandLineOption helpOption()
 
 QString toolUsage()
 {
-    return QStringLiteral("usage: sendrel-cli [--db PATH] [--wait SECONDS] <command> [arguments]");
+    return QStringLiteral("usage: sendrel-cli [--db PATH] [--wait SECONDS] [--units metric|imperial] <command> [arguments]");
 }
 
 QString toolHelp(const std::vector<std::unique_ptr<Command>> &commands)
@@ -32,6 +32,9 @@ QString toolHelp(const std::vector<std::unique_ptr<Command>> &commands)
                                                 "where the desktop program would ask, a flag answers.\n\nGlobal options:\n"
                                                 "  --db PATH        the run database (default: the Data folder of the settings)\n"
                                                 "  --wait SECONDS   how long to wait for a database another program is writing (default 10)\n"
+                                                "  --units metric|imperial\n"
+                                                "                   units of the summary and of csv, xlsx and json tables (default: the settings', "
+                                                "metric); report files are always metric\n"
                                                 "  -h, --help       this help; after a command, that command's help\n\nCommands:\n");
     for (const auto &c : commands)
         text += QStringLiteral("  %1%2\n").arg(c->name().leftJustified(22), c->summary());
@@ -124,7 +127,7 @@ QString Command::help() const
 
 int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
 {
-    CliContext ctx{QString(), std::nullopt, out, err};
+    CliContext ctx{QString(), std::nullopt, std::nullopt, out, err};
     const std::vector<std::unique_ptr<Command>> commands = AllCommands();
 
     // The global options stand ahead of the command; everything from the command on is its own.
@@ -132,10 +135,11 @@ int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
     global.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     const QCommandLineOption db(QStringLiteral("db"), QStringLiteral("The run database."), QStringLiteral("PATH"));
     const QCommandLineOption wait(QStringLiteral("wait"), QStringLiteral("Seconds to wait for a locked database."), QStringLiteral("SECONDS"));
-    global.addOptions({db, wait, helpOption()});
+    const QCommandLineOption units(QStringLiteral("units"), QStringLiteral("Units of summaries and tables."), QStringLiteral("UNITS"));
+    global.addOptions({db, wait, units, helpOption()});
     if (!global.parse(QStringList{kTool} + arguments))
         return usageError(ctx, global.errorText(), toolUsage());
-    if (const QString fault = valueFault(global, {db, wait}, arguments); !fault.isEmpty())
+    if (const QString fault = valueFault(global, {db, wait, units}, arguments); !fault.isEmpty())
         return usageError(ctx, fault, toolUsage());
     const QStringList rest = global.positionalArguments();
     if (rest.isEmpty()) {
@@ -151,6 +155,13 @@ int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
             return usageError(ctx, RefusedValue(QStringLiteral("wait"), QStringLiteral("a number of seconds"), global.value(wait)).message,
                               toolUsage());
         ctx.lockWait = std::chrono::milliseconds(static_cast<qint64>(global.value(wait).toDouble() * 1000));
+    }
+
+    if (global.isSet(units)) {
+        const QString value = global.value(units);
+        if (value != QLatin1String("metric") && value != QLatin1String("imperial"))
+            return usageError(ctx, RefusedValue(QStringLiteral("units"), QStringLiteral("metric or imperial"), value).message, toolUsage());
+        ctx.units = value;
     }
 
     const QString name = rest.first();

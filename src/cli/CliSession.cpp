@@ -74,6 +74,11 @@ SendrelError noSuchRun(const QString &name, const QString &dbPath)
 }
 }  // namespace
 
+UnitSystem CliSession::units() const
+{
+    return UnitSystemOfSetting(ctx.units.value_or(tm.settings.Units));
+}
+
 RunKey CliSession::requireRun(const QString &runId, RunKind kind)
 {
     const RunKey run{TakenRunId(runId), kind};

@@ -5,6 +5,7 @@
 #include "cli/CliQuestions.h"
 #include "cli/Command.h"
 #include "domain/output/ChartData.h"
+#include "domain/units/Units.h"
 
 #include <memory>
 #include <vector>
@@ -30,6 +31,8 @@ public:
     RunKey requireRun(const QString &runId, RunKind kind);
     // The same for a Run Id of either kind: the Id as stored.
     QString requireRunId(const QString &runId);
+    // The units of --units, else the settings'.
+    UnitSystem units() const;
 
     CliContext &ctx;
     SettingsStore settingsStore;

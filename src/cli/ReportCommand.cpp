@@ -27,9 +27,9 @@ public:
     QString synopsis() const override
     {
         return QStringLiteral("stand|stock RUN --kind S|H [--cycles C1,C2,..|--years Y1,Y2,..] [--classes START,WIDTH,COUNT] "
-                              "[--title TEXT] [--description TEXT] [--format txt|csv|xlsx] [-o FILE|-]\n"
+                              "[--title TEXT] [--description TEXT] [--format txt|csv|xlsx] [--definitions] [-o FILE|-]\n"
                               "       sendrel-cli [--db PATH] report composition RUN --kind S|H [--statistic sph|basal-area|gtv] "
-                              "[--title TEXT] [--description TEXT] [--format txt|csv|xlsx] [-o FILE|-]");
+                              "[--title TEXT] [--description TEXT] [--format txt|csv|xlsx] [--definitions] [-o FILE|-]");
     }
     QString summary() const override
     {
@@ -55,6 +55,7 @@ public:
                                                   "csv one table of all years, xlsx a sheet per year. Composition: csv the table of "
                                                   "--statistic, xlsx a sheet per statistic (SPH, basal area, GTV)."),
                                    QStringLiteral("FORMAT")),
+                DefinitionsOption(),
                 QCommandLineOption(QStringLiteral("o"), QStringLiteral("Where the report goes: a file, or - for stdout."), QStringLiteral("FILE"))};
     }
     int minArguments() const override { return 2; }
@@ -72,6 +73,7 @@ public:
         if (parser.isSet(QStringLiteral("o")) && parser.value(QStringLiteral("o")).isEmpty())
             throw CliUsageFault{QStringLiteral("-o needs a file, or - for the standard output")};
         const TableFormat format = FormatOption(parser, {QStringLiteral("txt"), QStringLiteral("csv"), QStringLiteral("xlsx")});
+        const bool definitions = DefinitionsAsked(parser, format);
         const QStringList ownOptions = composition ? QStringList{QStringLiteral("cycles"), QStringLiteral("years"), QStringLiteral("classes")}
                                                    : QStringList{QStringLiteral("statistic")};
         for (const QString &option : ownOptions) {
@@ -79,7 +81,7 @@ public:
                 throw CliUsageFault{QStringLiteral("--%1 is no option of report %2").arg(option, what)};
         }
         if (composition)
-            return runComposition(ctx, parser, args.at(1), kind, format);
+            return runComposition(ctx, parser, args.at(1), kind, format, definitions);
 
         CliSession session(ctx);
         ClassLayout layout;
@@ -109,10 +111,11 @@ public:
         const QString output = parser.value(QStringLiteral("o"));
         if (format != TableFormat::Txt) {
             StandStockData data(layout, session.tm.db.NumSpecies);
-            const TableDocument document = CompileStandStockDocument(session.tm.db, {run, request.density, request.cycles}, layout, data);
+            const TableDocument document =
+                CompileStandStockDocument(session.tm.db, {run, request.density, request.cycles, session.units()}, layout, data);
             const QString defaultPath = QDir(session.tm.ReportFolder())
                                             .filePath(ExportFileStem(run, ReportKindName(kindOfReport)) + TableFileSuffix(format));
-            WriteTableOutput(ctx, format, output, defaultPath, document);
+            WriteTableOutput(ctx, format, output, defaultPath, document, definitions);
             return CliOk;
         }
         if (output.isEmpty())
@@ -131,7 +134,8 @@ public:
 private:
     // The composition window's "View Report", with the statistic of --statistic and the
     // dialog's presets unless --title and --description say otherwise.
-    int runComposition(CliContext &ctx, const QCommandLineParser &parser, const QString &runId, RunKind kind, TableFormat format)
+    int runComposition(CliContext &ctx, const QCommandLineParser &parser, const QString &runId, RunKind kind, TableFormat format,
+                       bool definitions)
     {
         const auto statistic = static_cast<StandLevelsStatistic>(ChoiceOption(parser, QStringLiteral("statistic"), kStatistics, 0));
         CliSession session(ctx);
@@ -168,7 +172,8 @@ private:
             // The workbook holds every statistic, as the window's Export... writes it; the CSV the one asked for.
             const QString defaultPath = QDir(session.tm.ReportFolder())
                                             .filePath(ExportFileStem(run, ReportKindName(ReportKind::Species)) + TableFileSuffix(format));
-            WriteTableOutput(ctx, format, output, defaultPath, StandLevelsDocument(db, *request.sums, statistic, run));
+            WriteTableOutput(ctx, format, output, defaultPath, StandLevelsDocument(db, *request.sums, statistic, run, session.units()),
+                             definitions);
             return CliOk;
         }
         if (output.isEmpty())

@@ -1,6 +1,7 @@
 #include "shell/GuiQuestions.h"
 
 #include "base/SendrelError.h"
+#include "shell/frmOptions.h"
 #include "windows/common/ShowHelp.h"
 #include "windows/common/frmBusyMessage.h"
 #include "windows/import/frmDuplicateId.h"
@@ -241,6 +242,19 @@ bool GuiQuestions::askReportText(ReportTextRequest &request)
         return false;
     request.title = form.txtReportTitle->text();
     request.description = form.txtReportDesc->toPlainText();
+    return true;
+}
+
+bool GuiQuestions::askOptions(OptionsRequest &request)
+{
+    NormalPointer pointer;
+    frmOptions form(m_parent);
+    form.HelpFile = m_helpFile;
+    form.OpenHelp = [](const QString &file, int topic) { ShowHelp(HelpContentsAndTopic, file, topic); };
+    form.setChoices(request);
+    if (form.exec() != QDialog::Accepted)
+        return false;
+    request = form.choices();
     return true;
 }
 

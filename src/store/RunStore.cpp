@@ -210,6 +210,19 @@ QList<RunRow> RunStore::runs(const std::optional<QString> &onlyRunId)
     return rows;
 }
 
+std::optional<RunInfo> RunStore::runInfo(const RunKey &run)
+{
+    Statement lookup(DBEngine, QStringLiteral("SELECT Model_Run.Run_Id, Model_Run.Run_Date, Model_Run.Run_Time, Run.Run_Desc "
+                                              "FROM Model_Run LEFT JOIN Run ON Model_Run.Run_Id = Run.Run_Id "
+                                              "WHERE Model_Run.Run_Id = ?1 AND Model_Run.Standing_Harvested = ?2"));
+    lookup.bind(1, run.runId).bind(2, run.letter());
+    if (!lookup.next())
+        return std::nullopt;
+    RunInfo info{{lookup.text(0), run.kind}, lookup.text(3), lookup.text(1), lookup.text(2)};
+    lookup.reset();
+    return info;
+}
+
 std::optional<QVariant> RunStore::runParameters(const QString &runId)
 {
     Statement lookup(DBEngine, QStringLiteral("SELECT run_parameters FROM Run WHERE Run_Id = ?1"));

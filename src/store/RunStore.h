@@ -22,6 +22,15 @@ struct RunRow {
     QString description;
 };
 
+// What a file says of a run it was made from: its description from the Run table ("" when none)
+// and when it was imported, as Model_Run keeps the date and the time (texts of the import).
+struct RunInfo {
+    RunKey key;
+    QString description;
+    QString importDate;
+    QString importTime;
+};
+
 // One Model_Header row: a cycle of a run.
 struct CycleRow {
     qint32 cycle = 0;
@@ -86,6 +95,8 @@ public:
     // The runs of the variant, or with onlyRunId only the runs of that Run Id that the Run table
     // knows, in the order of the database.
     QList<RunRow> runs(const std::optional<QString> &onlyRunId = std::nullopt);
+    // The run with its description and import date and time; nothing when there is no such run.
+    std::optional<RunInfo> runInfo(const RunKey &run);
     // The run_parameters of the Run row: nothing without a row, a null variant when it is null.
     std::optional<QVariant> runParameters(const QString &runId);
 

@@ -50,6 +50,14 @@ private slots:
                                       << "{\n  \"title\": \"Stand summary: CLIRPT:Harvested\",\n";
         QTest::newRow("stand csv") << QStringList{"report", "stand", "CLIRPT", "--kind", "S", "--format", "csv", "-o", "-"}
                                    << "Year,Cycle,DBH class (cm),FD (SPH),PW (SPH),BL (SPH),HW (SPH),LW (SPH),Total (SPH)\r\n2000,1,12.5,40,0,0,0,0,40\r\n";
+        // Imperial: per acre, the classes as the layout gives them (40 / 2.471053814671653).
+        QTest::newRow("stand csv imperial")
+            << QStringList{"--units", "imperial", "report", "stand", "CLIRPT", "--kind", "S", "--format", "csv", "-o", "-"}
+            << "Year,Cycle,DBH class (cm),FD (TPA),PW (TPA),BL (TPA),HW (TPA),LW (TPA),Total (TPA)\r\n2000,1,12.5,16.18742569,0,0,0,0,16.18742569\r\n";
+        QTest::newRow("summary csv imperial") << QStringList{"--units", "imperial", "summary", "CLIRPT", "--kind", "S", "--format", "csv", "-o", "-"}
+                                              << "Year,Cycle,Before SPH (trees/acre),Before BA (sq.ft/acre),Before QMD (in),Before SDI (trees/acre),";
+        QTest::newRow("summary txt imperial") << QStringList{"--units", "imperial", "summary", "CLIRPT", "--kind", "S", "-o", "-"}
+                                              << "Stand summary: CLIRPT:Standing\n";
     }
     void formsOnStdout()
     {
@@ -69,9 +77,33 @@ private slots:
         QCOMPARE(r.out, placed + QLatin1Char('\n'));
         QVERIFY(ReadWholeFile(placed).startsWith("Year,Cycle,"));
 
-        // txt is the report file, byte for byte.
+        // txt is the report file, byte for byte, also in imperial units: the report files stay metric.
         r = tool({"report", "stand", "CLIRPT", "--kind", "S", "--format", "txt", "-o", "-"});
         SENDREL_COMPARE_GOLDEN(r.out.toUtf8(), QStringLiteral("reports/cli_stand_all_cycles.txt"));
+        SettingsStore store;
+        store.SaveSetting(kSectionSendrel, QStringLiteral("Units"), QStringLiteral("imperial"));
+        store.sync();
+        r = tool({"report", "stock", "CLIRPT", "--kind", "S", "-o", "-"});
+        SENDREL_COMPARE_GOLDEN(r.out.toUtf8(), QStringLiteral("reports/cli_stock_all_cycles.txt"));
+        r = tool({"--units", "imperial", "report", "composition", "CLIRPT", "--kind", "S", "--statistic", "basal-area", "-o", "-"});
+        SENDREL_COMPARE_GOLDEN(r.out.toUtf8(), QStringLiteral("reports/composition_basal-area.txt"));
+        // The setting's units where --units says none; --units over the setting.
+        r = tool({"summary", "CLIRPT", "--kind", "S", "--format", "json", "-o", "-"});
+        QVERIFY(r.out.contains(QStringLiteral("\"units\": \"imperial\"")));
+        r = tool({"--units", "metric", "summary", "CLIRPT", "--kind", "S", "--format", "json", "-o", "-"});
+        QVERIFY(r.out.contains(QStringLiteral("\"units\": \"metric\"")));
+
+        // --definitions: the CSV file's definitions beside it, both paths printed.
+        r = tool({"summary", "CLIRPT", "--kind", "S", "--format", "csv", "--definitions", "--sdi", "summation"});
+        const QString sidecar = QDir(m_db->workDir()).filePath(QStringLiteral("CLIRPT_Standing_Summary.definitions.csv"));
+        QCOMPARE(r.out, placed + QLatin1Char('\n') + sidecar + QLatin1Char('\n'));
+        const ReadBack definitions = ReadCsv(ReadWholeFile(sidecar));
+        QCOMPARE(definitions.headers, (QStringList{"Section", "Name", "Unit", "Definition"}));
+        QCOMPARE(definitions.rows.at(2).mid(0, 3), (QList<QVariant>{"Column", "Before SPH", "trees/acre"}));
+        QVERIFY(definitions.rows.contains(QList<QVariant>{"File", "SDI method", QVariant(),
+                                                         "Stand density index by the summation method, the sum over the tree records of "
+                                                         "Trees_per_ha x (d / 25.4 cm) ^ 1.605, with exponent 1.605 and reference diameter "
+                                                         "10 in: stems per acre of the reference diameter."}));
     }
 
     // A workbook with -o FILE: the sheets the desktop's Export... writes, whatever --statistic says.
@@ -104,6 +136,12 @@ private slots:
         QTest::newRow("workbook to stdout") << QStringList{"summary", "CLIRPT", "--kind", "S", "--format", "xlsx", "-o", "-"} << 2
                                             << "a workbook cannot go to the standard output";
         QTest::newRow("no such run") << QStringList{"summary", "NONE", "--kind", "S"} << 1 << "There is no run NONE:Standing";
+        QTest::newRow("no such units") << QStringList{"--units", "metres", "summary", "CLIRPT", "--kind", "S"} << 2
+                                       << "--units takes metric or imperial, not 'metres'";
+        QTest::newRow("definitions of stdout") << QStringList{"summary", "CLIRPT", "--kind", "S", "--format", "csv", "--definitions", "-o", "-"}
+                                               << 2 << "--definitions needs a file";
+        QTest::newRow("no such sdi method") << QStringList{"summary", "CLIRPT", "--kind", "S", "--sdi", "stage"} << 2
+                                            << "--sdi takes reineke, summation, not 'stage'";
         QTest::newRow("a missing folder") << QStringList{"summary", "CLIRPT", "--kind", "S", "--format", "xlsx", "-o", "missing/s.xlsx"} << 1
                                           << "missing/s.xlsx";
         QTest::newRow("a folder in place of the file")

@@ -70,6 +70,15 @@ bool ScriptedQuestions::askReportText(ReportTextRequest &request)
     return e.value.toBool();
 }
 
+bool ScriptedQuestions::askOptions(OptionsRequest &request)
+{
+    const Entry e = take(QStringLiteral("askOptions"), request.units, request.sdiMethod);
+    const QStringList chosen = e.extra.toStringList();
+    if (e.value.toBool() && chosen.size() == 3)
+        request = {chosen[0], chosen[1], chosen[2] == QLatin1String("YES")};
+    return e.value.toBool();
+}
+
 bool ScriptedQuestions::askPrint(PrintRequest &request)
 {
     const QString file = take(QStringLiteral("askPrint"), request.title, request.outputFile).value.toString();

@@ -33,6 +33,12 @@ public:
         m_script.append({QStringLiteral("askReportText"), ok, QStringList{title, description}});
     }
 
+    void answerOptions(bool ok, const OptionsRequest &chosen = {})
+    {
+        m_script.append({QStringLiteral("askOptions"), ok,
+                         QStringList{chosen.units, chosen.sdiMethod, chosen.csvDefinitions ? QStringLiteral("YES") : QStringLiteral("NO")}});
+    }
+
     Answer message(const MessageRequest &request) override;
     QString openFile(const FileRequest &request) override;
     QString saveFile(const FileRequest &request) override;
@@ -41,6 +47,7 @@ public:
     QString askDuplicateId(const QString &name) override;
     QString askStandingOrHarvested() override;
     bool askReportText(ReportTextRequest &request) override;
+    bool askOptions(OptionsRequest &request) override;
     bool askPrint(PrintRequest &request) override;
     void showBusyMessage(const QString &title, const QString &message) override;
     void hideBusyMessage() override;

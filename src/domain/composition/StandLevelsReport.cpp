@@ -4,6 +4,7 @@
 #include "base/SendrelError.h"
 #include "base/UserQuestions.h"
 #include "domain/output/ReportTables.h"
+#include "domain/table/TableFile.h"
 #include "store/RunStore.h"
 
 #include <QRegularExpression>
@@ -161,39 +162,54 @@ QList<StandLevelsReportRow> StandLevelsReportRows(const RunStore &db, const QLis
     return rows;
 }
 
-DataTable StandLevelsTable(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic statistic)
+DataTable StandLevelsTable(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic statistic, UnitSystem units)
 {
     static const char *const kNames[] = {"SPH", "Basal area", "GTV", "Total volume"};
-    static const char *const kUnits[] = {"SPH", "sq.m/ha", "cu.m/ha", "cu.m/ha"};
+    static const Quantity kQuantities[] = {Quantity::Density, Quantity::BasalAreaPerArea, Quantity::VolumePerArea, Quantity::VolumePerArea};
+    static const char *const kWords[] = {"Stems per hectare (the sum of Trees_per_ha)",
+                                         "Basal area per hectare (the sum of Trees_per_ha x d x d x 0.00007853981633974, d in cm)",
+                                         "Gross total volume per hectare (the sum of Total_Volume x Trees_per_ha)",
+                                         "Gross total volume per hectare (the sum of Total_Volume x Trees_per_ha)"};
     static const int kDecimals[] = {0, 2, 1, 1};
     const int i = static_cast<int>(statistic);
+    const Quantity quantity = kQuantities[i];
+    const QString conversion = ConversionWords(quantity, units);
+    const QString after = QStringLiteral(" in the cycle's standing list as imported (a harvested run: its own list).")
+                          + (conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion);
     DataTable table;
     table.name = QString::fromLatin1(kNames[i]);
     table.title = QStringLiteral("Species composition: ") + table.name;
     const QList<StandLevelsReportRow> rows = StandLevelsReportRows(db, sums.cycles, sums.species, sums, statistic);
-    table.columns.append(MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year")));
+    table.columns.append(MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year"), QString(), -1,
+                                         QStringLiteral("The calendar year of the cycle.")));
     const QStringList headings = rows.isEmpty() ? QStringList() : rows.first().headings;
     for (QString heading : headings) {
         heading = heading.remove(QLatin1Char(':')).trimmed();
-        table.columns.append(MakeTableColumn(heading.toLower(), heading, QString::fromLatin1(kUnits[i]), kDecimals[i]));
+        const QString which = heading == QLatin1String("Total")    ? QStringLiteral(" of every species")
+                              : heading == QLatin1String("Others") ? QStringLiteral(" of the species from the twelfth on")
+                                                                   : QStringLiteral(" of species ") + heading;
+        table.columns.append(MakeTableColumn(heading.toLower(), heading, UnitLabel(quantity, units), kDecimals[i],
+                                             QLatin1String(kWords[i]) + which + after));
     }
     for (const StandLevelsReportRow &row : rows) {
         TableRow cells{QVariant(static_cast<double>(row.year))};
         for (double v : row.values)
-            cells.append(v);
+            cells.append(ToUnits(v, quantity, units));
         table.rows.append(cells);
     }
     return table;
 }
 
-TableDocument StandLevelsDocument(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic shown, const RunKey &run)
+TableDocument StandLevelsDocument(RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic shown, const RunKey &run,
+                                  UnitSystem units)
 {
     TableDocument document;
     document.title = QStringLiteral("Species composition: ") + run.displayName();
     for (StandLevelsStatistic s : {StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea, StandLevelsStatistic::MerchVol})
-        document.tables.append(StandLevelsTable(db, sums, s));
+        document.tables.append(StandLevelsTable(db, sums, s, units));
     document.single = document.tables.at(shown == StandLevelsStatistic::TotalVol ? 2 : static_cast<int>(shown));
-    document.runs.append({run.runId, run.word(), QString(), QString()});
+    document.runs = ReadTableSources(db, {run});
+    document.units = UnitSystemName(units);
     document.made = TableMadeNow();
     return document;
 }

@@ -3,6 +3,7 @@
 #include "domain/composition/StandLevelsSeries.h"
 #include "domain/output/ReportFile.h"
 #include "domain/table/TableModel.h"
+#include "domain/units/Units.h"
 
 #include <QList>
 #include <QString>
@@ -70,11 +71,14 @@ QList<StandLevelsReportRow> StandLevelsReportRows(const RunStore &db, const QLis
 
 // The report's table of one statistic for an export: "Year", then the report's columns with the
 // statistic's unit ("FD (SPH)", "Total (sq.m/ha)"), the numbers unrounded.
-DataTable StandLevelsTable(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic statistic);
+// In imperial units the numbers are per acre (TPA, sq.ft/acre, cu.ft/acre); each column has its definition.
+DataTable StandLevelsTable(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic statistic,
+                           UnitSystem units = UnitSystem::Metric);
 // The export of a composition: a table of each statistic (SPH, basal area, GTV), and as the one
-// table of a CSV file that of shown (gross total volume for the unused total volume).
-TableDocument StandLevelsDocument(const RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic shown,
-                                  const RunKey &run);
+// table of a CSV file that of shown (gross total volume for the unused total volume); the run with
+// its import date, the units.
+TableDocument StandLevelsDocument(RunStore &db, const StandLevelsCycleSums &sums, StandLevelsStatistic shown, const RunKey &run,
+                                  UnitSystem units = UnitSystem::Metric);
 
 // "SL_SPH", "SL_BASAL_AREA", "SL_MERCH_VOL" (gross total volume) or "SL_TOTAL_VOL".
 QString StandLevelsReportType(StandLevelsStatistic statistic);

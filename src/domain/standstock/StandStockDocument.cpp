@@ -4,6 +4,7 @@
 #include "domain/output/ReportTables.h"
 #include "domain/standstock/ClassLayout.h"
 #include "domain/standstock/StandStockData.h"
+#include "domain/table/TableFile.h"
 #include "store/RunStore.h"
 
 #include <QHash>
@@ -22,7 +23,7 @@ struct YearCells {
     QList<QHash<qint16, double>> classes;
 };
 
-DataTable tableOf(const QList<TableColumn> &columns, const QList<qint16> &species, const YearCells &year)
+DataTable tableOf(const QList<TableColumn> &columns, const QList<qint16> &species, const YearCells &year, Quantity quantity, UnitSystem units)
 {
     DataTable table;
     table.name = QStringLiteral("%1 cycle %2").arg(year.year).arg(year.cycle);
@@ -32,7 +33,7 @@ DataTable tableOf(const QList<TableColumn> &columns, const QList<qint16> &specie
         TableRow row{year.midpoints.at(i)};
         double total = 0;
         for (qsizetype s = 0; s < species.size(); ++s) {
-            const double v = year.classes.at(i).value(species.at(s), 0.0);
+            const double v = ToUnits(year.classes.at(i).value(species.at(s), 0.0), quantity, units);
             row.append(v);
             total += v;
             speciesTotals[s] += v;
@@ -81,28 +82,40 @@ TableDocument CompileStandStockDocument(RunStore &db, const StandStockExportRequ
         }
         years.append(year);
     }
+    TableDocument document;
+    document.runs = ReadTableSources(db, {request.run});
     snapshot.end();
 
-    const QString unit = request.density ? QStringLiteral("SPH") : QStringLiteral("cu.m/ha");
-    QList<TableColumn> columns{MakeTableColumn(QStringLiteral("dbh_class"), QStringLiteral("DBH class"), QStringLiteral("cm"))};
+    const Quantity quantity = request.density ? Quantity::Density : Quantity::VolumePerArea;
+    const QString unit = UnitLabel(quantity, request.units);
+    const QString conversion = ConversionWords(quantity, request.units);
+    const QString what = request.density ? QStringLiteral("Stems per hectare (the sum of Trees_per_ha)")
+                                         : QStringLiteral("Gross total volume per hectare (the sum of Total_Volume x Trees_per_ha)");
+    const QString inClass = QStringLiteral(" of the tree records with a diameter in the class, from its lower bound up to below its upper bound; "
+                                           "the last class holds every larger tree.")
+                            + (conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion);
+    QList<TableColumn> columns{MakeTableColumn(QStringLiteral("dbh_class"), QStringLiteral("DBH class"), QStringLiteral("cm"), -1,
+                                               QStringLiteral("The midpoint of the diameter class, in the units the class layout was given in; "
+                                                              "the Total row sums the classes."))};
     for (qint16 code : std::as_const(species)) {
         const QString name = db.SpeciesStrCode(code);
-        columns.append(MakeTableColumn(name.toLower(), name, unit, 0));
+        columns.append(MakeTableColumn(name.toLower(), name, unit, 0, what + QStringLiteral(" of species ") + name + inClass));
     }
-    columns.append(MakeTableColumn(QStringLiteral("total"), QStringLiteral("Total"), unit, 0));
+    columns.append(MakeTableColumn(QStringLiteral("total"), QStringLiteral("Total"), unit, 0, what + QStringLiteral(" of every species") + inClass));
 
-    TableDocument document;
     document.title = StandStockReportTitle(request.run.runId, request.density);
-    document.runs.append({request.run.runId, request.run.word(), QString(), QString()});
+    document.units = UnitSystemName(request.units);
     document.made = TableMadeNow();
     DataTable &joined = document.single;
     joined.name = request.density ? QStringLiteral("Stand table") : QStringLiteral("Stock table");
     joined.title = document.title;
-    joined.columns = QList<TableColumn>{MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year")),
-                                        MakeTableColumn(QStringLiteral("cycle"), QStringLiteral("Cycle"))}
+    joined.columns = QList<TableColumn>{MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year"), QString(), -1,
+                                                        QStringLiteral("The calendar year of the cycle.")),
+                                        MakeTableColumn(QStringLiteral("cycle"), QStringLiteral("Cycle"), QString(), -1,
+                                                        QStringLiteral("The cycle number of the run's list."))}
                      + columns;
     for (const YearCells &year : std::as_const(years)) {
-        DataTable table = tableOf(columns, species, year);
+        DataTable table = tableOf(columns, species, year, quantity, request.units);
         table.title = QStringLiteral("%1, year %2, cycle %3").arg(document.title, year.year).arg(year.cycle);
         const TableRow yearAndCycle{QVariant(year.year.toDouble()), QVariant(static_cast<double>(year.cycle))};
         for (const QList<TableRow> *rows : {&table.rows, &table.totals}) {

@@ -2,6 +2,7 @@
 
 #include "domain/standstock/StandStockReport.h"
 #include "domain/table/TableModel.h"
+#include "domain/units/Units.h"
 #include "store/Run.h"
 
 #include <QList>
@@ -17,6 +18,8 @@ struct StandStockExportRequest {
     RunKey run;
     bool density = true;
     QList<SelectedCycle> cycles;   // the selected years, in the list's order
+    // The units of the cells; the diameter classes stay in the units of the layout (cm).
+    UnitSystem units = UnitSystem::Metric;
 };
 
 // The stand table (stems per hectare) or stock table (gross total volume per hectare) of the

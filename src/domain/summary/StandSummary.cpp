@@ -54,6 +54,46 @@ KindSums kindSums(const QList<CycleSpeciesSums> &groups)
     return k;
 }
 
+// Summation method: per cycle of one list, the sum of Trees_per_ha * (d / 25.4) ^ 1.605 over its
+// tree records, and the list's headers in table order. The kept sums have no such term, so the
+// records are read: a cost that grows with them, taken only for this method.
+struct SummedSdiList {
+    QHash<qint64, double> byCycle;
+    QList<CycleRow> headers;
+};
+
+SummedSdiList summedSdiOf(clsDBEngine &engine, const RunKey &run)
+{
+    SummedSdiList list;
+    Statement trees(engine, QStringLiteral("SELECT Cycle_Number, Trees_per_ha, Current_Diameter FROM Model_Entries "
+                                           "WHERE Run_Id = ?1 AND Standing_Harvested = ?2"));
+    trees.bind(1, run.runId).bind(2, run.letter());
+    while (trees.next()) {
+        if (trees.isNull(1) || trees.isNull(2))
+            continue;
+        const double term = trees.real(1) * std::pow(trees.real(2) / kReinekeReferenceDiameter, kReinekeSlope);
+        if (std::isfinite(term))
+            list.byCycle[trees.integer(0)] += term;
+    }
+    Statement headers(engine, QStringLiteral("SELECT Cycle, Cycle_Year FROM Model_Header "
+                                             "WHERE Run_Id = ?1 AND Standing_Harvested = ?2 ORDER BY rowid"));
+    headers.bind(1, run.runId).bind(2, run.letter());
+    while (headers.next())
+        list.headers.append({static_cast<qint32>(headers.integer(0)), static_cast<qint32>(headers.integer(1))});
+    return list;
+}
+
+// A year's sum over every header of the list with that year, as the kept sums' years add them.
+double yearSum(const SummedSdiList &list, qint32 year)
+{
+    double sum = 0;
+    for (const CycleRow &h : list.headers) {
+        if (h.year == year)
+            sum += list.byCycle.value(h.cycle);
+    }
+    return sum;
+}
+
 std::optional<double> increment(double next, double now, qint32 years)
 {
     if (years <= 0)
@@ -80,7 +120,26 @@ std::optional<double> StandDensityIndex(double basalArea, double sph)
     return sph * std::pow(*qmd / kReinekeReferenceDiameter, kReinekeSlope);
 }
 
-StandSummary ReadStandSummary(RunStore &db, const RunKey &run)
+QString SdiMethodName(SdiMethod method)
+{
+    return method == SdiMethod::Summation ? QStringLiteral("summation") : QStringLiteral("reineke");
+}
+
+std::optional<SdiMethod> SdiMethodNamed(const QString &name)
+{
+    for (SdiMethod method : {SdiMethod::Reineke, SdiMethod::Summation}) {
+        if (name.compare(SdiMethodName(method), Qt::CaseInsensitive) == 0)
+            return method;
+    }
+    return std::nullopt;
+}
+
+SdiMethod SdiMethodOfSetting(const QString &text)
+{
+    return SdiMethodNamed(text.trimmed()).value_or(SdiMethod::Reineke);
+}
+
+StandSummary ReadStandSummary(RunStore &db, const RunKey &run, SdiMethod sdiMethod)
 {
     const bool standingRun = run.kind == RunKind::Standing;
     ReadSnapshot snapshot(db.DBEngine);
@@ -114,6 +173,18 @@ StandSummary ReadStandSummary(RunStore &db, const RunKey &run)
         removedByYear = YearSums(db.DBEngine, run.runId, {}, harvestedGroups, 1.0);
         harvestedSpecies = kindSums(harvestedGroups).species;
     }
+    for (const RunKey &source : summary.hasHarvest ? QList<RunKey>{run, {run.runId, RunKind::Harvested}} : QList<RunKey>{run}) {
+        if (const std::optional<RunInfo> info = db.runInfo(source))
+            summary.sources.append(*info);
+    }
+    const bool summation = sdiMethod == SdiMethod::Summation;
+    summary.sdiMethod = sdiMethod;
+    SummedSdiList ownSdi, harvestedSdi;
+    if (summation) {
+        ownSdi = summedSdiOf(db.DBEngine, run);
+        if (summary.hasHarvest)
+            harvestedSdi = summedSdiOf(db.DBEngine, {run.runId, RunKind::Harvested});
+    }
     snapshot.end();
 
     for (const CycleRow &h : std::as_const(headers)) {
@@ -125,6 +196,15 @@ StandSummary ReadStandSummary(RunStore &db, const RunKey &run)
             row.after = totalOf(afterByYear.value(h.year), own.species);
             if (summary.hasHarvest)
                 row.removed = totalOf(removedByYear.value(h.year), harvestedSpecies);
+        }
+        if (summation) {
+            row.summedSdi.before = ownSdi.byCycle.value(h.cycle);
+            if (standingRun) {
+                const double removed = yearSum(harvestedSdi, h.year);
+                row.summedSdi.after = yearSum(ownSdi, h.year) - removed;
+                if (summary.hasHarvest)
+                    row.summedSdi.removed = removed;
+            }
         }
         summary.rows.append(row);
     }

@@ -2,8 +2,10 @@
 
 #include "store/CycleSums.h"
 #include "store/Run.h"
+#include "store/RunStore.h"
 
 #include <QList>
+#include <QString>
 #include <QtGlobal>
 
 #include <optional>
@@ -15,6 +17,18 @@ class RunStore;
 // Reineke's reference diameter (cm) and slope, in the metric form of the index.
 inline constexpr double kReinekeReferenceDiameter = 25.4;
 inline constexpr double kReinekeSlope = 1.605;
+
+// How the stand density index is worked out. Reineke's: from the quadratic mean diameter,
+// SPH * (QMD / 25.4) ^ 1.605, as the index was first given. Summation: over the trees, the sum of
+// Trees_per_ha * (d / 25.4) ^ 1.605, which counts an uneven stand's large and small trees each at
+// its own size. Both in stems per hectare of the reference diameter (25.4 cm, 10 in).
+enum class SdiMethod { Reineke, Summation };
+
+// "reineke", "summation"; and back, case ignored (nothing for any other name).
+QString SdiMethodName(SdiMethod method);
+std::optional<SdiMethod> SdiMethodNamed(const QString &name);
+// The method a setting's text names: summation only when it says so, else Reineke's.
+SdiMethod SdiMethodOfSetting(const QString &text);
 
 // The per-hectare sums of a group of tree records: stems, basal area, gross total, gross
 // merchantable and net merchantable volume (see TreeSums).
@@ -45,6 +59,13 @@ struct StandSummaryRow {
     // by the years between them; none on the last row, or when the next row's year is not later.
     std::optional<double> paiTotalVolume;
     std::optional<double> paiNetMerchVolume;
+    // The summation method's index of the same trees as before, removed and after (stems/ha);
+    // set only when the summary was read for that method.
+    struct {
+        std::optional<double> before;
+        std::optional<double> removed;
+        std::optional<double> after;
+    } summedSdi;
 };
 
 // The stand summary of a run: one row per cycle of its list, in the list's order (the order of
@@ -64,12 +85,16 @@ struct StandSummaryRow {
 struct StandSummary {
     RunKey run;
     bool hasHarvest = false;   // standing run: whether the Run Id has a harvested list
+    SdiMethod sdiMethod = SdiMethod::Reineke;
     QList<StandSummaryRow> rows;
+    QList<RunInfo> sources;    // the run, and a standing run's harvested list when it has one
 };
 
 // Reads the summary as of one moment, from the kept sums: the cost grows with cycles and species,
-// not with the records. Fails (SendrelError) naming the run when it is not in the database, also
-// when another program deleted it since it was listed.
-StandSummary ReadStandSummary(RunStore &db, const RunKey &run);
+// not with the records. The summation method's index is no kept sum: with that method the run's
+// (and its harvested list's) diameters and stems are read from the records as well. Fails
+// (SendrelError) naming the run when it is not in the database, also when another program deleted
+// it since it was listed.
+StandSummary ReadStandSummary(RunStore &db, const RunKey &run, SdiMethod sdiMethod = SdiMethod::Reineke);
 
 }  // namespace sendrel

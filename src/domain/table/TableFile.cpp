@@ -3,6 +3,7 @@
 #include "base/SafeFileName.h"
 #include "base/SendrelError.h"
 #include "domain/table/TableRender.h"
+#include "store/RunStore.h"
 
 #include <QDir>
 #include <QFile>
@@ -102,26 +103,10 @@ void writeTable(lxw_workbook *workbook, const DataTable &table, QStringList &tak
         worksheet_write_string(sheet, ++r, 0, note.toUtf8().constData(), nullptr);
 }
 
-// What the file is and where its numbers come from; small, and only when there is something to say.
+// What the file is, what each column means and where its numbers come from.
 void writeDefinitions(lxw_workbook *workbook, const TableDocument &document, QStringList &taken, lxw_format *bold)
 {
-    const QList<TableColumn> defined = DefinedColumns(document);
-    if (defined.isEmpty() && document.runs.isEmpty())
-        return;
-    DataTable sheet;
-    sheet.name = QStringLiteral("Definitions");
-    sheet.columns = {MakeTableColumn(QStringLiteral("name"), QStringLiteral("Name")), MakeTableColumn(QStringLiteral("unit"), QStringLiteral("Unit")),
-                     MakeTableColumn(QStringLiteral("definition"), QStringLiteral("Definition")),
-                     MakeTableColumn(QStringLiteral("detail"), QStringLiteral("Detail"))};
-    for (const TableColumn &c : defined)
-        sheet.rows.append({c.heading, c.unit, c.definition, QVariant()});
-    sheet.rows.append({QStringLiteral("Made"), QVariant(),
-                       document.made.isValid() ? document.made.toUTC().toString(Qt::ISODate) : QString(), QVariant()});
-    sheet.rows.append({QStringLiteral("Units"), QVariant(), document.units, QVariant()});
-    for (const TableSource &run : document.runs)
-        sheet.rows.append({QStringLiteral("Run"), run.kind, run.runId + (run.description.isEmpty() ? QString() : QStringLiteral(": ") + run.description),
-                           run.imported});
-    writeTable(workbook, sheet, taken, bold);
+    writeTable(workbook, DefinitionsTable(document, document.tables), taken, bold);
 }
 
 // libxlsxwriter writes only to a named file: the workbook is made in a scratch file of its own and
@@ -226,9 +211,43 @@ TableFormat ExportFormatOf(const QString &path)
                        QStringLiteral("%1: an export is a .csv or .xlsx file.").arg(QDir::toNativeSeparators(path)));
 }
 
-void SaveExport(const TableDocument &document, const QString &path)
+QString DefinitionsPath(const QString &csvPath)
 {
-    SaveTableFile(document, ExportFormatOf(path), path);
+    const QFileInfo file(csvPath);
+    const QString stem = file.suffix().compare(QStringLiteral("csv"), Qt::CaseInsensitive) == 0 ? file.completeBaseName() : file.fileName();
+    return file.dir().filePath(stem + QStringLiteral(".definitions.csv"));
+}
+
+void SaveCsvDefinitions(const TableDocument &document, const QString &csvPath)
+{
+    const QString path = DefinitionsPath(csvPath);
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        throw cannotOpen(path, file.errorString());
+    saveBytes(file, path, CsvText(DefinitionsTable(document, {CsvTable(document)})));
+}
+
+void SaveExport(const TableDocument &document, const QString &path, bool csvDefinitions)
+{
+    const TableFormat format = ExportFormatOf(path);
+    SaveTableFile(document, format, path);
+    if (csvDefinitions && format == TableFormat::Csv)
+        SaveCsvDefinitions(document, path);
+}
+
+TableSource TableSourceOf(const RunInfo &info)
+{
+    return {info.key.runId, info.key.word(), info.description, (info.importDate + QLatin1Char(' ') + info.importTime).trimmed()};
+}
+
+QList<TableSource> ReadTableSources(RunStore &db, const QList<RunKey> &runs)
+{
+    QList<TableSource> sources;
+    for (const RunKey &run : runs) {
+        if (const std::optional<RunInfo> info = db.runInfo(run))
+            sources.append(TableSourceOf(*info));
+    }
+    return sources;
 }
 
 FileRequest ExportFileRequest(const QString &title, const QString &folder, const QString &fileStem)

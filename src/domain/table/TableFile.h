@@ -10,6 +10,9 @@
 
 namespace sendrel {
 
+class RunStore;
+struct RunInfo;
+
 // The one way a table document reaches a file. The file is made under a name of its own beside the
 // target and moved into place whole: every write, the flush, the close and the workbook's own close
 // are checked, and a failure (a full disk, a file size limit, a folder that is not there) fails with
@@ -18,7 +21,7 @@ namespace sendrel {
 //
 // Txt, Csv and Json as TableText gives them; Xlsx a workbook of a sheet per table (numbers stored as
 // numbers, at most 10 significant digits, the header row of "heading (unit)" frozen), a
-// "Definitions" sheet when a column has a definition or the document names its runs, and
+// "Definitions" sheet (DefinitionsTable of every table), and
 // docProps/core.xml dated by the document's made time.
 void SaveTableFile(const TableDocument &document, TableFormat format, const QString &path);
 
@@ -32,8 +35,19 @@ QString TableFileSuffix(TableFormat format);
 // The format of an export file by its suffix (".csv", ".xlsx"); fails naming the file on any other.
 TableFormat ExportFormatOf(const QString &path);
 
-// An Export... of a window: the format by the file's suffix.
-void SaveExport(const TableDocument &document, const QString &path);
+// An Export... of a window: the format by the file's suffix; a CSV file with csvDefinitions gets
+// its definitions beside it (SaveCsvDefinitions).
+void SaveExport(const TableDocument &document, const QString &path, bool csvDefinitions = false);
+
+// The definitions of a CSV file's table and of the file (DefinitionsTable) as a CSV file of their
+// own beside it, NAME.definitions.csv for NAME.csv, written as whole as the table file.
+void SaveCsvDefinitions(const TableDocument &document, const QString &csvPath);
+QString DefinitionsPath(const QString &csvPath);
+
+// The runs a document's numbers come from, with their descriptions and import dates; a run that is
+// not in the database is left out.
+QList<TableSource> ReadTableSources(RunStore &db, const QList<RunKey> &runs);
+TableSource TableSourceOf(const RunInfo &info);
 
 // The save-file question of an "Export..." button: a workbook or CSV file, proposed as the stem
 // with ".xlsx" in the folder.

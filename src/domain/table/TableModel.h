@@ -56,7 +56,13 @@ struct TableSource {
     QString runId;
     QString kind;            // "Standing", "Harvested"
     QString description;
-    QString imported;        // the import date as the run database keeps it
+    QString imported;        // the import date and time as the run database keeps them
+};
+
+// Something the file says of how its numbers were made: {"SDI method", "Reineke's ..."}.
+struct TableFact {
+    QString name;
+    QString text;
 };
 
 // What a file holds and says of itself.
@@ -64,7 +70,8 @@ struct TableDocument {
     QString title;
     QList<DataTable> tables;
     QList<TableSource> runs;
-    QString units = QStringLiteral("metric");   // "metric" or "imperial"
+    QString units = QStringLiteral("metric");   // "metric" or "imperial" (UnitSystemName)
+    QList<TableFact> facts;                      // methods the definitions name, in order
     QDateTime made;                             // SOURCE_DATE_EPOCH's time when it is set
     // The one table of a CSV file when it is not the document's only table (stand and stock: the
     // years joined with Year and Cycle columns); without columns, the only table is written.

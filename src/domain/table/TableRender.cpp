@@ -1,6 +1,10 @@
 #include "domain/table/TableRender.h"
 
 #include "base/SendrelError.h"
+#include "base/Version.h"
+#include "domain/units/Units.h"
+
+#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -255,19 +259,66 @@ const DataTable &CsvTable(const TableDocument &document)
     return document.tables.first();
 }
 
-QList<TableColumn> DefinedColumns(const TableDocument &document)
+QList<TableColumn> DefinedColumns(const QList<DataTable> &tables)
 {
+    // A column is told once, however many tables (years, statistics) hold it alike.
     QList<TableColumn> defined;
-    QStringList keys;
-    for (const DataTable &table : document.tables) {
+    QSet<QString> told;
+    for (const DataTable &table : tables) {
         for (const TableColumn &c : table.columns) {
-            if (!c.definition.isEmpty() && !keys.contains(c.key)) {
-                keys.append(c.key);
+            const QString which = c.heading + QLatin1Char('\n') + c.unit + QLatin1Char('\n') + c.definition;
+            if (!c.definition.isEmpty() && !told.contains(which)) {
+                told.insert(which);
                 defined.append(c);
             }
         }
     }
     return defined;
+}
+
+QString ProgramText()
+{
+    return kProgramName + QLatin1Char(' ') + VersionText();
+}
+
+QString UnitsText(const TableDocument &document)
+{
+    const std::optional<UnitSystem> units = UnitSystemNamed(document.units);
+    return units ? UnitsDescription(*units) : document.units;
+}
+
+QString MadeText(const TableDocument &document)
+{
+    return document.made.isValid() ? document.made.toUTC().toString(Qt::ISODate) : QString();
+}
+
+DataTable DefinitionsTable(const TableDocument &document, const QList<DataTable> &tables)
+{
+    DataTable sheet;
+    sheet.name = QStringLiteral("Definitions");
+    sheet.title = QStringLiteral("Definitions: ") + document.title;
+    sheet.columns = {MakeTableColumn(QStringLiteral("section"), QStringLiteral("Section")), MakeTableColumn(QStringLiteral("name"), QStringLiteral("Name")),
+                     MakeTableColumn(QStringLiteral("unit"), QStringLiteral("Unit")),
+                     MakeTableColumn(QStringLiteral("definition"), QStringLiteral("Definition"))};
+    // A cell without text is blank, as a file reads it back.
+    const auto cell = [](const QString &text) { return text.isEmpty() ? QVariant() : QVariant(text); };
+    const QString column = QStringLiteral("Column");
+    const QString file = QStringLiteral("File");
+    for (const TableColumn &c : DefinedColumns(tables))
+        sheet.rows.append({column, c.heading, cell(c.unit), c.definition});
+    sheet.rows.append({file, QStringLiteral("Title"), QVariant(), cell(document.title)});
+    sheet.rows.append({file, QStringLiteral("Program"), QVariant(), ProgramText()});
+    sheet.rows.append({file, QStringLiteral("Units"), QVariant(), cell(UnitsText(document))});
+    for (const TableFact &fact : document.facts)
+        sheet.rows.append({file, fact.name, QVariant(), cell(fact.text)});
+    sheet.rows.append({file, QStringLiteral("Made"), QVariant(), cell(MadeText(document))});
+    for (const TableSource &run : document.runs) {
+        QString about = QStringLiteral("Imported ") + run.imported;
+        if (!run.description.isEmpty())
+            about += QStringLiteral(". ") + run.description;
+        sheet.rows.append({QStringLiteral("Run"), run.runId + QLatin1Char(':') + run.kind, QVariant(), about});
+    }
+    return sheet;
 }
 
 QByteArray JsonText(const TableDocument &document)
@@ -282,8 +333,8 @@ QByteArray JsonText(const TableDocument &document)
     for (const DataTable &table : document.tables) {
         QStringList columns;
         for (const TableColumn &c : table.columns) {
-            columns.append(QStringLiteral("        {\"key\": %1, \"heading\": %2, \"unit\": %3}")
-                               .arg(jsonString(c.key), jsonString(c.heading), jsonString(c.unit)));
+            columns.append(QStringLiteral("        {\"key\": %1, \"heading\": %2, \"unit\": %3, \"definition\": %4}")
+                               .arg(jsonString(c.key), jsonString(c.heading), jsonString(c.unit), jsonString(c.definition)));
         }
         tables.append(QStringLiteral("    {\n      \"name\": %1,\n      \"title\": %2,\n      \"columns\": [\n%3\n      ],\n"
                                      "      \"rows\": %4,\n      \"totals\": %5,\n      \"notes\": %6\n    }")
@@ -291,19 +342,30 @@ QByteArray JsonText(const TableDocument &document)
                                jsonRows(table.columns, table.rows, QStringLiteral("      ")),
                                jsonRows(table.columns, table.totals, QStringLiteral("      ")), jsonList(table.notes)));
     }
-    QString json = QStringLiteral("{\n  \"title\": %1,\n  \"made\": %2,\n  \"units\": %3,\n  \"runs\": %4,\n  \"tables\": %5")
-                       .arg(jsonString(document.title),
-                            document.made.isValid() ? jsonString(document.made.toUTC().toString(Qt::ISODate)) : QStringLiteral("null"),
-                            jsonString(document.units),
-                            runs.isEmpty() ? QStringLiteral("[]") : QStringLiteral("[\n") + runs.join(QStringLiteral(",\n")) + QStringLiteral("\n  ]"),
-                            tables.isEmpty() ? QStringLiteral("[]") : QStringLiteral("[\n") + tables.join(QStringLiteral(",\n")) + QStringLiteral("\n  ]"));
-    const QList<TableColumn> defined = DefinedColumns(document);
-    if (!defined.isEmpty()) {
-        QStringList members;
-        for (const TableColumn &c : defined)
-            members.append(QStringLiteral("    %1: %2").arg(jsonString(c.key), jsonString(c.definition)));
-        json += QStringLiteral(",\n  \"definitions\": {\n") + members.join(QStringLiteral(",\n")) + QStringLiteral("\n  }");
+    QStringList facts;
+    for (const TableFact &fact : document.facts)
+        facts.append(QStringLiteral("    %1: %2").arg(jsonString(fact.name), jsonString(fact.text)));
+    QString json = QStringLiteral("{\n  \"title\": %1,\n  \"program\": %2,\n  \"made\": %3,\n  \"units\": %4,\n  \"units_described\": %5,\n")
+                       .arg(jsonString(document.title), jsonString(ProgramText()),
+                            document.made.isValid() ? jsonString(MadeText(document)) : QStringLiteral("null"), jsonString(document.units),
+                            jsonString(UnitsText(document)));
+    json += QStringLiteral("  \"methods\": %1,\n  \"runs\": %2,\n  \"tables\": %3")
+                .arg(facts.isEmpty() ? QStringLiteral("{}") : QStringLiteral("{\n") + facts.join(QStringLiteral(",\n")) + QStringLiteral("\n  }"),
+                     runs.isEmpty() ? QStringLiteral("[]") : QStringLiteral("[\n") + runs.join(QStringLiteral(",\n")) + QStringLiteral("\n  ]"),
+                     tables.isEmpty() ? QStringLiteral("[]") : QStringLiteral("[\n") + tables.join(QStringLiteral(",\n")) + QStringLiteral("\n  ]"));
+    // By key, for a reader that looks a column up: its name, unit and formula in words. Where two
+    // tables give one key different meanings, each table's columns carry their own.
+    QStringList members;
+    QSet<QString> keys;
+    for (const TableColumn &c : DefinedColumns(document.tables)) {
+        if (keys.contains(c.key))
+            continue;
+        keys.insert(c.key);
+        members.append(QStringLiteral("    %1: {\"name\": %2, \"unit\": %3, \"definition\": %4}")
+                           .arg(jsonString(c.key), jsonString(c.heading), jsonString(c.unit), jsonString(c.definition)));
     }
+    json += QStringLiteral(",\n  \"definitions\": ")
+            + (members.isEmpty() ? QStringLiteral("{}") : QStringLiteral("{\n") + members.join(QStringLiteral(",\n")) + QStringLiteral("\n  }"));
     return (json + QStringLiteral("\n}\n")).toUtf8();
 }
 

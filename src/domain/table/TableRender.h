@@ -17,8 +17,9 @@ QByteArray CsvText(const DataTable &table);
 // The document's one CSV table: its single table when it has one, else its only table.
 const DataTable &CsvTable(const TableDocument &document);
 
-// One object: title, made, units, runs, the tables (columns, rows as objects keyed by the columns'
-// keys, totals, notes) and, when a column has one, the definitions by key. Blank cells are null.
+// One object: title, program, made, units (the name and in words), methods, runs, the tables
+// (columns with their definitions, rows as objects keyed by the columns' keys, totals, notes) and
+// the definitions by key (name, unit, definition). Blank cells are null.
 QByteArray JsonText(const TableDocument &document);
 
 // Fixed columns, LF line ends: per table its title, a line of group titles where columns have a
@@ -30,8 +31,16 @@ QString FixedText(const TableDocument &document);
 // element each, headings that break only after a slash.
 QString HtmlText(const TableDocument &document);
 
-// The rows that a Definitions sheet and a JSON definitions object hold: a column's key, heading,
-// unit and definition, each key once, for the columns that have a definition.
-QList<TableColumn> DefinedColumns(const TableDocument &document);
+// The columns of the tables that have a definition, each told once (by heading, unit and definition).
+QList<TableColumn> DefinedColumns(const QList<DataTable> &tables);
+
+// What a file says of itself, as a table of Section, Name, Unit and Definition: a row per defined
+// column of the tables ("Column"), then the file's title, program and version, units, methods and
+// the time it was made ("File"), then each run its numbers come from with its import date and
+// description ("Run"). The Definitions sheet of a workbook and the CSV sidecar hold it.
+DataTable DefinitionsTable(const TableDocument &document, const QList<DataTable> &tables);
+
+// "Sendrel Version 3.03.0004".
+QString ProgramText();
 
 }  // namespace sendrel

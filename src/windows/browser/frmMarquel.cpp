@@ -174,6 +174,8 @@ void frmMarquel::buildMenus()
     mnu_File = addMenu(QStringLiteral("mnu_File"), QStringLiteral("&File"));
     MenuFileDB = addItem(mnu_File, QStringLiteral("MenuFileDB"), QStringLiteral("&Database"));
     mnu_File_Compact = addItem(mnu_File, QStringLiteral("mnu_File_Compact"), QStringLiteral("&Compact"));
+    connect(addItem(mnu_File, QStringLiteral("mnu_File_Options"), QStringLiteral("&Options...")), &QAction::triggered, this,
+            &frmMarquel::mnu_File_Options_Click);
     mnu_File->addSeparator()->setObjectName(QStringLiteral("MenuSepEx"));
     mnu_File_Exit = addItem(mnu_File, QStringLiteral("mnu_File_Exit"), QStringLiteral("E&xit"));
     connect(MenuFileDB, &QAction::triggered, this, &frmMarquel::MenuFileDB_Click);
@@ -574,6 +576,22 @@ void frmMarquel::mnu_File_Compact_Click()
         }
         m_tm.questions.hideBusyMessage();
         m_tm.questions.ShowInfoMessage(CompactMessage(result));
+    } catch (const SendrelError &e) {
+        m_tm.questions.ShowErrorMessage(e.description());
+    }
+}
+
+void frmMarquel::mnu_File_Options_Click()
+{
+    try {
+        Settings &settings = m_tm.settings;
+        OptionsRequest chosen{settings.Units, settings.SdiMethod, settings.CsvDefinitions};
+        if (!m_tm.questions.askOptions(chosen))
+            return;
+        settings.Units = chosen.units;
+        settings.SdiMethod = chosen.sdiMethod;
+        settings.CsvDefinitions = chosen.csvDefinitions;
+        settings.SaveChosenOptions(m_tm.settingsStore);
     } catch (const SendrelError &e) {
         m_tm.questions.ShowErrorMessage(e.description());
     }

@@ -52,6 +52,8 @@ public:
     void chkStandLevels_Click();
     void MenuFileDB_Click();
     void mnu_File_Compact_Click();
+    // Options: the units, the SDI method and the CSV definitions, kept in the settings at once.
+    void mnu_File_Options_Click();
     void mnu_Runs_Import_Click();
     void mnu_Runs_Delete_Click();
     // Opens a stand summary window for each selected run; these are no report windows.

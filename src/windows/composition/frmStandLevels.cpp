@@ -390,7 +390,8 @@ void frmStandLevels::cmdExport_Click()
         if (path.isEmpty())
             return;
         const StandLevelsCycleSums sums = ReadStandLevelsCycleSums(m_tm.db, This_RunId, This_SorH);
-        SaveExport(StandLevelsDocument(m_tm.db, sums, SelectedStatistic(), run), path);
+        SaveExport(StandLevelsDocument(m_tm.db, sums, SelectedStatistic(), run, UnitSystemOfSetting(m_tm.settings.Units)), path,
+                   m_tm.settings.CsvDefinitions);
         ShowExportedPath(this, path);
     } catch (const SendrelError &e) {
         m_tm.questions.ShowErrorMessage(e.description());

@@ -33,7 +33,8 @@ void ExportStandStockTables(TreeModel &tm, const RunKey &run, bool density, cons
             return;
         pointer(kPointerHourglass);
         ExportFormatOf(path);   // a name the export cannot take fails before any work
-        SaveExport(CompileStandStockDocument(tm.db, {run, density, cycles}, layout, data), path);
+        SaveExport(CompileStandStockDocument(tm.db, {run, density, cycles, UnitSystemOfSetting(tm.settings.Units)}, layout, data), path,
+                   tm.settings.CsvDefinitions);
         ShowExportedPath(&lstCycles, path);
     } catch (const SendrelError &e) {
         pointer(kPointerDefault);

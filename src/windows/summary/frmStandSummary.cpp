@@ -102,10 +102,11 @@ frmStandSummary::frmStandSummary(TreeModel &tm, QWidget *parent) : QWidget(paren
 
 void frmStandSummary::ShowRun(const RunKey &run)
 {
-    m_summary = ReadStandSummary(m_tm.db, run);
+    m_summary = ReadStandSummary(m_tm.db, run, SdiMethodOfSetting(m_tm.settings.SdiMethod));
+    const UnitSystem units = UnitSystemOfSetting(m_tm.settings.Units);
     setWindowTitle(QStringLiteral("Stand Summary: ") + run.captionName());
 
-    const QList<SummaryColumn> columns = StandSummaryColumns(run.kind);
+    const QList<SummaryColumn> columns = StandSummaryColumns(run.kind, units, m_summary.sdiMethod);
     grdSummary->clear();
     grdSummary->setColumnCount(static_cast<int>(columns.size()));
     grdSummary->setRowCount(static_cast<int>(m_summary.rows.size()));
@@ -113,7 +114,7 @@ void frmStandSummary::ShowRun(const RunKey &run)
     for (const SummaryColumn &c : columns)
         headings.append(c.group.isEmpty() ? c.name : c.group + QLatin1Char('\n') + c.name + QLatin1Char('\n') + c.unit);
     grdSummary->setHorizontalHeaderLabels(headings);
-    const TableDocument document = StandSummaryDocument(m_summary);
+    const TableDocument document = StandSummaryDocument(m_summary, units);
     const DataTable &table = document.tables.first();
     for (int r = 0; r < table.rows.size(); ++r) {
         for (int c = 0; c < table.columns.size(); ++c) {
@@ -139,7 +140,7 @@ void frmStandSummary::ShowRun(const RunKey &run)
 
 void frmStandSummary::ChooseColumn(int column)
 {
-    gphSummary->setChartData(StandSummaryChart(m_summary, column));
+    gphSummary->setChartData(StandSummaryChart(m_summary, column, UnitSystemOfSetting(m_tm.settings.Units)));
     gphSummary->ChartDraw(2);
 }
 
@@ -162,7 +163,7 @@ void frmStandSummary::cmdExport_Click()
                                                                        ExportFileStem(m_summary.run, QStringLiteral("Summary"))));
         if (path.isEmpty())
             return;
-        SaveExport(StandSummaryDocument(m_summary), path);
+        SaveExport(StandSummaryDocument(m_summary, UnitSystemOfSetting(m_tm.settings.Units)), path, m_tm.settings.CsvDefinitions);
         ShowExportedPath(this, path);
     });
 }
@@ -175,7 +176,7 @@ void frmStandSummary::cmdPrint_Click()
         if (!go)
             return;
         // The table, then the chart on a page of its own, as the window shows it.
-        PrintTablesAndChart(m_printer, HtmlText(StandSummaryDocument(m_summary)),
+        PrintTablesAndChart(m_printer, HtmlText(StandSummaryDocument(m_summary, UnitSystemOfSetting(m_tm.settings.Units))),
                             gphSummary->toImage(Graph::kFileSize, m_printer.colorMode() == QPrinter::Color));
     });
 }

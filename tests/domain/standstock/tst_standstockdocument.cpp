@@ -22,10 +22,11 @@ class tst_standstockdocument : public QObject {
     ClassLayout m_layout;
     QTemporaryDir m_dir;
 
-    TableDocument compile(bool density, QList<SelectedCycle> cycles = {{1, "2000"}, {2, "2010"}, {3, "2020"}})
+    TableDocument compile(bool density, QList<SelectedCycle> cycles = {{1, "2000"}, {2, "2010"}, {3, "2020"}},
+                          UnitSystem units = UnitSystem::Metric)
     {
         StandStockData data(m_layout, m_db->db.NumSpecies);
-        return CompileStandStockDocument(m_db->db, {{kReportTestRunId, RunKind::Standing}, density, cycles}, m_layout, data);
+        return CompileStandStockDocument(m_db->db, {{kReportTestRunId, RunKind::Standing}, density, cycles, units}, m_layout, data);
     }
 
 private slots:
@@ -45,6 +46,7 @@ private slots:
     {
         QTest::addColumn<bool>("density");
         QTest::addColumn<QByteArray>("csv");
+        QTest::addColumn<bool>("imperial");
         QTest::newRow("stand table") << true
                                      << QByteArray("Year,Cycle,DBH class (cm),FD (SPH),PW (SPH),BL (SPH),HW (SPH),LW (SPH),Total (SPH)\r\n"
                                                    "2000,1,12.5,40,0,0,0,0,40\r\n"
@@ -61,21 +63,35 @@ private slots:
                                                    "2020,3,17.5,0,0,0,0,0,0\r\n"
                                                    "2020,3,22.5,0,0,0,0,0,0\r\n"
                                                    "2020,3,27.5,0,1500,0,0,0,1500\r\n"
-                                                   "2020,3,Total,0,1500,0,0,250.25,1750.25\r\n");
+                                                   "2020,3,Total,0,1500,0,0,250.25,1750.25\r\n")
+                                     << false;
         QTest::newRow("stock table, year 2000") << false
                                                 << QByteArray("Year,Cycle,DBH class (cm),FD (cu.m/ha),PW (cu.m/ha),BL (cu.m/ha),Total (cu.m/ha)\r\n"
                                                               "2000,1,12.5,10,0,0,10\r\n"
                                                               "2000,1,17.5,10.25,20.4,0,30.65\r\n"
                                                               "2000,1,22.5,0,0,0,0\r\n"
                                                               "2000,1,27.5,0,0,7.5,7.5\r\n"
-                                                              "2000,1,Total,20.25,20.4,7.5,48.15\r\n");
+                                                              "2000,1,Total,20.25,20.4,7.5,48.15\r\n")
+                                                << false;
+        // Imperial: each volume times 3.280839895013123^3 / 2.471053814671653; the classes as the layout gives them.
+        QTest::newRow("stock table, year 2000, imperial")
+            << false
+            << QByteArray("Year,Cycle,DBH class (cm),FD (cu.ft/acre),PW (cu.ft/acre),BL (cu.ft/acre),Total (cu.ft/acre)\r\n"
+                          "2000,1,12.5,142.9133858,0,0,142.9133858\r\n"
+                          "2000,1,17.5,146.4862205,291.5433071,0,438.0295276\r\n"
+                          "2000,1,22.5,0,0,0,0\r\n"
+                          "2000,1,27.5,0,0,107.1850394,107.1850394\r\n"
+                          "2000,1,Total,289.3996063,291.5433071,107.1850394,688.1279528\r\n")
+            << true;
     }
     void numbersByHand()
     {
         QFETCH(bool, density);
         QFETCH(QByteArray, csv);
+        QFETCH(bool, imperial);
         const TableDocument document = compile(density, density ? QList<SelectedCycle>{{1, "2000"}, {2, "2010"}, {3, "2020"}}
-                                                                : QList<SelectedCycle>{{1, "2000"}});
+                                                                : QList<SelectedCycle>{{1, "2000"}},
+                                               imperial ? UnitSystem::Imperial : UnitSystem::Metric);
         const QString path = m_dir.filePath(QStringLiteral("t.csv"));
         SaveExport(document, path);
         QCOMPARE(ReadWholeFile(path), csv);

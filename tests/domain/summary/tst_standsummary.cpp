@@ -4,6 +4,7 @@
 #include "domain/composition/StandLevelsSeries.h"
 #include "domain/summary/StandSummaryTable.h"
 #include "domain/table/TableRender.h"
+#include "domain/units/Units.h"
 #include "support/RunDatabase.h"
 
 #include <array>
@@ -127,6 +128,98 @@ private slots:
         QVERIFY(value);
         QVERIFY2(std::fabs(*value - expected) <= 1e-12 * std::max(1.0, std::fabs(expected)),
                  qPrintable(QStringLiteral("%1 != %2").arg(*value, 0, 'g', 17).arg(expected, 0, 'g', 17)));
+    }
+
+    // The stand of 2000 in imperial units, each value worked out by hand from the metric one; the
+    // headings say the units, and the shown value goes back to the stored one within 1e-9.
+    void imperial_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<double>("expected");
+        QTest::addColumn<QString>("unit");
+        QTest::newRow("stems") << "before_sph" << 121.40569267200001 << "trees/acre";          // 300 / 2.471053814671653
+        QTest::newRow("basal area") << "before_basal_area" << 20.527166398554446 << "sq.ft/acre";   // 4.712388980 * 3.280839895^2 / 2.471053815
+        QTest::newRow("qmd") << "before_qmd" << 5.5677699306027355 << "in";                    // 14.14213562 / 2.54
+        QTest::newRow("sdi per acre") << "before_sdi" << 47.430478658558386 << "trees/acre";   // 117.2032652 / 2.471053815
+        QTest::newRow("volume") << "before_gtv" << 571.6535433070865 << "cu.ft/acre";          // 40 * 3.280839895^3 / 2.471053815
+        QTest::newRow("increment") << "pai_gtv" << 100.03937007874013 << "cu.ft/acre/yr";      // 7 * 3.280839895^3 / 2.471053815
+        QTest::newRow("year stays") << "year" << 2000.0 << "";
+    }
+    void imperial()
+    {
+        QFETCH(QString, key);
+        QFETCH(double, expected);
+        QFETCH(QString, unit);
+        const StandSummary s = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), RunKind::Standing});
+        const DataTable metric = StandSummaryDocument(s).tables.first();
+        const DataTable imperial = StandSummaryDocument(s, UnitSystem::Imperial).tables.first();
+        const qsizetype c = imperial.columnOf(key);
+        QCOMPARE(imperial.columns.at(c).unit, unit);
+        const double shown = imperial.rows.first().at(c).toDouble();
+        QVERIFY2(std::fabs(shown - expected) <= 1e-9 * expected, qPrintable(QString::number(shown, 'g', 17)));
+        const double stored = metric.rows.first().at(c).toDouble();
+        const Quantity quantity = StandSummaryColumns(RunKind::Standing).at(c).quantity;
+        QVERIFY(std::fabs(FromUnits(shown, quantity, UnitSystem::Imperial) - stored) <= 1e-9 * stored);
+        // The chart of the column draws the same numbers.
+        if (key != QLatin1String("year"))
+            QCOMPARE(StandSummaryChart(s, c, UnitSystem::Imperial).series().first().values.first(), shown);
+    }
+
+    // The summation method's index, by hand: each tree's stems times (d / 25.4) ^ 1.605.
+    void summation_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<int>("year");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<double>("expected");
+        QTest::newRow("before") << "S" << 2000 << "before_sdi" << 112.93825311525602;    // 100 (20/25.4)^1.605 + 200 (10/25.4)^1.605
+        QTest::newRow("after, by year") << "S" << 2010 << "after_sdi" << 157.87910916905764;   // 100 (30/25.4)^1.605 + 100 (20/25.4)^1.605 - 60 (20/25.4)^1.605
+        QTest::newRow("one diameter: Reineke's") << "H" << 2015 << "harvested_sdi" << 13.062355484189469;
+        // A second standing cycle in 2025 with 50 stems of 25.4 cm: after harvest is the whole year's.
+        QTest::newRow("two cycles of a year") << "S" << 2025 << "after_sdi" << 257.2755951971045;   // 100 (40/25.4)^1.605 + 50
+    }
+    void summation()
+    {
+        QFETCH(QString, kind);
+        QFETCH(int, year);
+        QFETCH(QString, key);
+        QFETCH(double, expected);
+        if (year == 2025) {
+            m_db->addHeader(QStringLiteral("HAND"), QStringLiteral("S"), 4, 2025);
+            m_db->addTree(QStringLiteral("HAND"), QStringLiteral("S"), 4, 1, 25.4, 50, 1.0);
+        }
+        const StandSummary s = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), *ParseKind(kind)}, SdiMethod::Summation);
+        const std::optional<double> value = cellOf(s, year, key);
+        QVERIFY(value);
+        QVERIFY2(std::fabs(*value - expected) <= 1e-12 * expected, qPrintable(QString::number(*value, 'g', 17)));
+    }
+
+    // What the document says of its numbers: the method of the index with its reference diameter in
+    // the units shown, what net merchantable volume deducts, the units, both lists of the Run Id.
+    void definitions()
+    {
+        const RunKey hand{QStringLiteral("HAND"), RunKind::Standing};
+        const TableDocument reineke = StandSummaryDocument(ReadStandSummary(m_db->db, hand));
+        const TableDocument summed = StandSummaryDocument(ReadStandSummary(m_db->db, hand, SdiMethod::Summation), UnitSystem::Imperial);
+        const auto definition = [](const TableDocument &d, const QString &key) {
+            return d.tables.first().columns.at(d.tables.first().columnOf(key)).definition;
+        };
+        QVERIFY(definition(reineke, QStringLiteral("before_sdi")).contains(QStringLiteral("Reineke's formula")));
+        QVERIFY(definition(reineke, QStringLiteral("before_sdi")).contains(QStringLiteral("reference diameter 25.4 cm")));
+        QVERIFY(definition(summed, QStringLiteral("after_sdi")).contains(QStringLiteral("summation method")));
+        QVERIFY(definition(summed, QStringLiteral("after_sdi")).contains(QStringLiteral("reference diameter 10 in: stems per acre")));
+        QVERIFY(definition(summed, QStringLiteral("before_gtv")).contains(QStringLiteral("Converted from the stored cu.m/ha to cu.ft/acre")));
+        QVERIFY(definition(reineke, QStringLiteral("removed_nmv")).contains(QStringLiteral("less the deductions for decay, waste and breakage")));
+        QCOMPARE(summed.facts.first().name, QStringLiteral("SDI method"));
+        QVERIFY(summed.facts.first().text.startsWith(QStringLiteral("Stand density index by the summation method")));
+        QCOMPARE(summed.units, QStringLiteral("imperial"));
+        QCOMPARE(SdiMethodOfSetting(QStringLiteral("Summation")), SdiMethod::Summation);
+        QCOMPARE(SdiMethodOfSetting(QStringLiteral("sum")), SdiMethod::Reineke);
+        QCOMPARE(reineke.runs.size(), 2);
+        QCOMPARE(reineke.runs.at(1).kind, QStringLiteral("Harvested"));
+        QCOMPARE(reineke.runs.at(1).imported, QStringLiteral("2023-11-14 22:13:20"));
+        for (const TableColumn &c : reineke.tables.first().columns)
+            QVERIFY2(!c.definition.isEmpty(), qPrintable(c.key));
     }
 
     // Without a harvested list: no removals, and what stays is what stood, to the last bit.

@@ -36,6 +36,7 @@ TableDocument sample()
     d.title = QStringLiteral("Sample");
     d.tables = {t};
     d.runs = {{QStringLiteral("R1"), QStringLiteral("Standing"), QStringLiteral("thinned"), QStringLiteral("2026-11-25")}};
+    d.facts = {{QStringLiteral("SDI method"), QStringLiteral("Reineke's")}};
     d.made = QDateTime::fromSecsSinceEpoch(1700000000, Qt::UTC);
     return d;
 }
@@ -132,9 +133,13 @@ private slots:
         d.tables.append(d.tables.first());   // the same name twice gets a sheet of its own
         d.single = d.tables.first();
         const QString csv = dir.filePath(QStringLiteral("t.csv"));
-        SaveExport(d, csv);
+        SaveExport(d, csv, true);
         const QString differs = Differs(ReadCsv(ReadWholeFile(csv)), d.single);
         QVERIFY2(differs.isEmpty(), qPrintable(differs));
+        // Its definitions beside it: those of the CSV table's columns, and of the file.
+        const QString sidecarDiffers = Differs(ReadCsv(ReadWholeFile(dir.filePath(QStringLiteral("t.definitions.csv")))),
+                                               DefinitionsTable(d, {d.single}));
+        QVERIFY2(sidecarDiffers.isEmpty(), qPrintable(sidecarDiffers));
 
         const QString xlsx = dir.filePath(QStringLiteral("t.xlsx"));
         SaveExport(d, xlsx);
@@ -145,11 +150,10 @@ private slots:
         }
         const QByteArray sheet = WorkbookPart(xlsx, QStringLiteral("xl/worksheets/sheet1.xml"));
         QVERIFY2(sheet.contains("ySplit=\"1\"") && sheet.contains("state=\"frozen\""), sheet.constData());
-        const ReadBack definitions = ReadXlsx(xlsx, 3);
-        QCOMPARE(definitions.rows.value(0), (QList<QVariant>{"FD", "stems/ha", "stems of FD per hectare"}));
-        QVERIFY(definitions.rows.contains(QList<QVariant>{"Run", "Standing", "R1: thinned", "2026-11-25"}));
+        const QString definitionsDiffer = Differs(ReadXlsx(xlsx, 3), DefinitionsTable(d, d.tables));
+        QVERIFY2(definitionsDiffer.isEmpty(), qPrintable(definitionsDiffer));
         QVERIFY(WorkbookPart(xlsx, QStringLiteral("docProps/core.xml")).contains("2023-11-14T22:13:20Z"));
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), (QStringList{"t.csv", "t.xlsx"}));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), (QStringList{"t.csv", "t.definitions.csv", "t.xlsx"}));
         // Readable by others as any new file of the user is, not a scratch file's owner-only mode.
         QFile plain(dir.filePath(QStringLiteral("plain")));
         QVERIFY(plain.open(QIODevice::WriteOnly));
@@ -161,7 +165,12 @@ private slots:
         QCOMPARE(json.value("made").toString(), QStringLiteral("2023-11-14T22:13:20Z"));
         QCOMPARE(json.value("units").toString(), QStringLiteral("metric"));
         QCOMPARE(json.value("runs").toArray().at(0).toObject().value("description").toString(), QStringLiteral("thinned"));
-        QCOMPARE(json.value("definitions").toObject().value("fd").toString(), QStringLiteral("stems of FD per hectare"));
+        const QJsonObject fd = json.value("definitions").toObject().value("fd").toObject();
+        QCOMPARE(fd.value("definition").toString(), QStringLiteral("stems of FD per hectare"));
+        QCOMPARE(fd.value("unit").toString(), QStringLiteral("stems/ha"));
+        QCOMPARE(json.value("program").toString(), ProgramText());
+        QCOMPARE(json.value("methods").toObject().value("SDI method").toString(), QStringLiteral("Reineke's"));
+        QCOMPARE(json.value("runs").toArray().at(0).toObject().value("imported").toString(), QStringLiteral("2026-11-25"));
         const QJsonObject table = json.value("tables").toArray().at(0).toObject();
         QCOMPARE(table.value("columns").toArray().at(1).toObject().value("unit").toString(), QStringLiteral("stems/ha"));
         const QJsonArray rows = table.value("rows").toArray();
@@ -175,6 +184,25 @@ private slots:
         const QJsonObject withNaN = QJsonDocument::fromJson(TableText(d, TableFormat::Json), &error).object();
         QCOMPARE(error.error, QJsonParseError::NoError);
         QVERIFY(withNaN.value("tables").toArray().at(0).toObject().value("rows").toArray().at(0).toObject().value("fd").isNull());
+    }
+
+    // The definitions of a document: each column once, whatever tables repeat it, then the file and
+    // its runs.
+    void definitionsTable()
+    {
+        TableDocument d = sample();
+        d.tables.append(d.tables.first());
+        d.units = QStringLiteral("imperial");
+        const DataTable t = DefinitionsTable(d, d.tables);
+        QCOMPARE(t.rows.first(), (TableRow{"Column", "FD", "stems/ha", "stems of FD per hectare"}));
+        QCOMPARE(t.rows.at(1), (TableRow{"File", "Title", QVariant(), "Sample"}));
+        QCOMPARE(t.rows.at(2), (TableRow{"File", "Program", QVariant(), ProgramText()}));
+        QVERIFY(t.rows.at(3).at(3).toString().startsWith(QStringLiteral("imperial: trees/acre")));
+        QCOMPARE(t.rows.at(4), (TableRow{"File", "SDI method", QVariant(), "Reineke's"}));
+        QCOMPARE(t.rows.at(5), (TableRow{"File", "Made", QVariant(), "2023-11-14T22:13:20Z"}));
+        QCOMPARE(t.rows.last(), (TableRow{"Run", "R1:Standing", QVariant(), "Imported 2026-11-25. thinned"}));
+        QCOMPARE(t.rows.size(), 7);
+        QCOMPARE(DefinitionsPath(QStringLiteral("/w/S.CSV")), QStringLiteral("/w/S.definitions.csv"));
     }
 
     // A workbook made twice under SOURCE_DATE_EPOCH is the same, byte for byte: no scratch name, no

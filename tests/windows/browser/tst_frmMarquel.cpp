@@ -5,6 +5,7 @@
 #include "support/TreeListLines.h"
 
 #include "base/SendrelError.h"
+#include "base/SettingsStore.h"
 #include "windows/common/RunListDelegate.h"
 
 #include <QAction>
@@ -379,6 +380,26 @@ private slots:
         m->MenuFileDB->trigger();
         QCOMPARE(m->lstRuns->count(), 0);
         QVERIFY(!m->cmdOK->isEnabled());
+    }
+
+    // File, Options: Cancel keeps the settings; OK keeps the choices at once, in the store too.
+    void optionsMenu()
+    {
+        GuiBench b;
+        frmMarquel *m = startWithRuns(b);
+        auto *options = m->findChild<QAction *>(QStringLiteral("mnu_File_Options"));
+        b.questions.answerOptions(false);
+        options->trigger();
+        QCOMPARE(b.questions.asked().last().title, QStringLiteral("metric"));
+        QCOMPARE(b.tm.settings.Units, QStringLiteral("metric"));
+        b.questions.answerOptions(true, {QStringLiteral("imperial"), QStringLiteral("summation"), true});
+        options->trigger();
+        QCOMPARE(b.tm.settings.Units, QStringLiteral("imperial"));
+        QCOMPARE(b.tm.settings.SdiMethod, QStringLiteral("summation"));
+        QVERIFY(b.tm.settings.CsvDefinitions);
+        SettingsStore store;
+        QCOMPARE(store.GetSetting(kSectionSendrel, QStringLiteral("Units")), QStringLiteral("imperial"));
+        QCOMPARE(store.GetSetting(kSectionSendrel, QStringLiteral("CsvDefinitions")), QStringLiteral("YES"));
     }
 };
 
