@@ -23,7 +23,7 @@ SendrelError closedRecordset()
 
 SendrelError noCurrentRecord()
 {
-    return SendrelError(3021, QStringLiteral("Recordset"),
+    return SendrelError(ErrNo::NoCurrentRecord, QStringLiteral("Recordset"),
                         QStringLiteral("Either BOF or EOF is True, or the current record has been deleted."));
 }
 
