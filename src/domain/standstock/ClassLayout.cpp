@@ -114,11 +114,6 @@ void ClassLayout::BuildClasses()
     m_classCount = static_cast<qint16>(n);
 }
 
-void ClassLayout::SetClassCount(qint16 count)
-{
-    m_classCount = static_cast<qint16>(qBound(0, static_cast<int>(count), kMaxClasses));
-}
-
 ClassBoxTexts ClassLayout::BoxTexts() const
 {
     return {DefaultText(dClassStart), DefaultText(dClassWidth), DefaultText(iNumofClasses)};

@@ -74,9 +74,6 @@ public:
     // slots above the last keep their old values. Needs an entry that passed CheckClassEntry.
     void BuildClasses();
 
-    // Marks the classes as built by other means (tests, a layout read from elsewhere).
-    void SetClassCount(qint16 count);
-
     ClassBoxTexts BoxTexts() const;
 
 private:
