@@ -671,7 +671,7 @@ void frmParameters::writeBoxesBack()
     // written raises one change event, which the flag tells to pass by.
     const ClassBoxTexts texts = Layout.BoxTexts();
     const std::pair<QLineEdit *, QString> boxes[] = {
-        {txtNumofClasses, texts.txtNumofClasses}, {txtClassStart, texts.txtClassStart}, {txtClassWidth, texts.txtClassWidth}};
+        {txtNumofClasses, texts.count}, {txtClassStart, texts.start}, {txtClassWidth, texts.width}};
     for (const auto &[box, text] : boxes) {
         if (box->text() == text)
             continue;
@@ -683,10 +683,10 @@ void frmParameters::writeBoxesBack()
 
 void frmParameters::showEntryCheck(const ClassEntryCheck &check)
 {
-    lblDbhError->setText(check.lblDbhError);
-    lblClassStartError->setText(check.lblClassStartError);
-    lblClassWidthError->setText(check.lblClassWidthError);
-    lblNumClassesError->setText(check.lblNumClassesError);
+    lblDbhError->setText(check.fault);
+    lblClassStartError->setText(check.startFault);
+    lblClassWidthError->setText(check.widthFault);
+    lblNumClassesError->setText(check.countFault);
 }
 
 // ---- The ruler.
