@@ -126,8 +126,16 @@ frmParameters::~frmParameters()
 void frmParameters::buildWindow()
 {
     setMouseTracking(true);
+    buildClassBoxes();
+    buildYears();
+    buildButtons();
+    buildSample();
+    layOutWindow();
+    connectControls();
+}
 
-    // Class boxes.
+void frmParameters::buildClassBoxes()
+{
     SSPanel3 = new QGroupBox(QStringLiteral("  DBH Classes"), this);
     SSPanel3->setObjectName(QStringLiteral("SSPanel3"));
     SSPanel3->setMouseTracking(true);
@@ -163,8 +171,10 @@ void frmParameters::buildWindow()
         grid->setRowMinimumHeight(0, fontMetrics().height() + 2);
         grid->setRowStretch(4, 1);
     }
+}
 
-    // Years.
+void frmParameters::buildYears()
+{
     SSPanel4 = new QGroupBox(QStringLiteral("  Reporting Years"), this);
     SSPanel4->setObjectName(QStringLiteral("SSPanel4"));
     SSPanel4->setMouseTracking(true);
@@ -178,7 +188,10 @@ void frmParameters::buildWindow()
         box->addWidget(label);
         box->addWidget(lstCycles);
     }
+}
 
+void frmParameters::buildButtons()
+{
     cmdPrintCharts = new QPushButton(QStringLiteral("View Charts"), this);
     cmdPrintCharts->setObjectName(QStringLiteral("cmdPrintCharts"));
     cmdPrintReport = new QPushButton(QStringLiteral("View Reports"), this);
@@ -189,8 +202,11 @@ void frmParameters::buildWindow()
     cmdOK->setObjectName(QStringLiteral("cmdOK"));
     cmdHelp = new QPushButton(QStringLiteral("Help"), this);
     cmdHelp->setObjectName(QStringLiteral("cmdHelp"));
+}
 
-    // The sample.
+// The sample chart of the first selected year, stand or stock table.
+void frmParameters::buildSample()
+{
     SSPanel5 = new QWidget(this);
     SSPanel5->setObjectName(QStringLiteral("SSPanel5"));
     fraCycle = new QGroupBox(QStringLiteral("Sample for year:"), SSPanel5);
@@ -227,7 +243,11 @@ void frmParameters::buildWindow()
         panel->setContentsMargins(0, 0, 0, 0);
         panel->addWidget(fraCycle);
     }
+}
 
+// Boxes and years above, the buttons beside them, the sample and the ruler below.
+void frmParameters::layOutWindow()
+{
     m_ruler = new ClassRulerView(Ruler, this);
 
     auto *buttons = new QVBoxLayout;
@@ -249,7 +269,10 @@ void frmParameters::buildWindow()
     lstCycles->setMinimumHeight(60);
     // Half of a maximised frame on a 1366-pixel screen: the right-hand place shows it whole.
     resize(664, 640);
+}
 
+void frmParameters::connectControls()
+{
     for (QWidget *w : {static_cast<QWidget *>(m_ruler), static_cast<QWidget *>(SSPanel3), static_cast<QWidget *>(SSPanel4)})
         w->installEventFilter(this);
 

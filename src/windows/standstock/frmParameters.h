@@ -128,6 +128,12 @@ protected:
 private:
     void initialise();
     void buildWindow();
+    void buildClassBoxes();
+    void buildYears();
+    void buildButtons();
+    void buildSample();
+    void layOutWindow();
+    void connectControls();
     void Form_Load();
     void Form_Unload();
     void Form_Activate();
