@@ -29,6 +29,7 @@ bool OpenGameDB(TreeModel &tm, bool forceDialog, const std::function<void()> &be
 
         tm.DBEngine.setLockWait(std::chrono::milliseconds(static_cast<qint64>(tm.settings.LockWaitSeconds * 1000)));
         tm.db.open(tm.GameDBPath);
+        TellOpeningNote(tm);
         tm.settings.DataDir = QDir::toNativeSeparators(PathRemoveFileSpec(path));
         ReadSpecies(tm);
         return true;
@@ -53,6 +54,12 @@ void ReadSpecies(TreeModel &tm)
     } catch (const SendrelError &e) {
         throw e.tagged(kTreeModelTag + QStringLiteral("|ReadSpecies"));
     }
+}
+
+void TellOpeningNote(TreeModel &tm)
+{
+    if (!tm.DBEngine.openingNote().isEmpty())
+        tm.questions.ShowInfoMessage(tm.DBEngine.openingNote());
 }
 
 void CloseGameDB(TreeModel &tm)

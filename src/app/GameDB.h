@@ -20,6 +20,10 @@ bool OpenGameDB(TreeModel &tm, bool forceDialog, const std::function<void()> &be
 // without saving settings.
 void ReadSpecies(TreeModel &tm);
 
+// Tells the user what the opening of the run database has to say, such as the rollback journal
+// kept on a network file system: an information box on the desktop, a line on stderr headless.
+void TellOpeningNote(TreeModel &tm);
+
 // Closes the long-lived recordsets and the engine; what never opened is skipped.
 void CloseGameDB(TreeModel &tm);
 

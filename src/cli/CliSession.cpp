@@ -22,6 +22,8 @@ std::vector<std::unique_ptr<Command>> AllCommands()
     commands.push_back(MakeChartCommand());
     commands.push_back(MakeSummaryCommand());
     commands.push_back(MakeCompactCommand());
+    commands.push_back(MakeBackupCommand());
+    commands.push_back(MakeRestoreCommand());
     commands.push_back(MakeGenerateSampleCommand());
     commands.push_back(MakeSetupFoldersCommand());
     return commands;
@@ -59,6 +61,7 @@ void CliSession::open()
     } catch (const SendrelError &e) {
         throw e.withDescription(QStringLiteral("Cannot open the database.\n") + e.description());
     }
+    TellOpeningNote(tm);
     ReadSpecies(tm);
 }
 

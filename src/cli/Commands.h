@@ -49,6 +49,8 @@ std::unique_ptr<Command> MakeReportCommand();
 std::unique_ptr<Command> MakeChartCommand();
 std::unique_ptr<Command> MakeSummaryCommand();
 std::unique_ptr<Command> MakeCompactCommand();
+std::unique_ptr<Command> MakeBackupCommand();
+std::unique_ptr<Command> MakeRestoreCommand();
 std::unique_ptr<Command> MakeGenerateSampleCommand();
 std::unique_ptr<Command> MakeSetupFoldersCommand();
 

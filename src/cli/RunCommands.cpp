@@ -3,6 +3,7 @@
 #include "base/SendrelError.h"
 #include "domain/browser/RunList.h"
 #include "domain/standstock/StandStockData.h"
+#include "store/DatabaseFile.h"
 #include "store/RunStore.h"
 #include "store/Schema.h"
 
@@ -122,6 +123,47 @@ public:
     }
 };
 
+class BackupCommand : public Command {
+public:
+    QString name() const override { return QStringLiteral("backup"); }
+    QString synopsis() const override { return QStringLiteral("FILE"); }
+    QString summary() const override
+    {
+        return QStringLiteral("Copies the run database to FILE, a new file, as it stands at one moment while other programs "
+                              "read and write it. Refuses (exit 1) when FILE exists.");
+    }
+    int minArguments() const override { return 1; }
+    int maxArguments() const override { return 1; }
+    int run(CliContext &ctx, const QCommandLineParser &, const QStringList &args) override
+    {
+        CliSession session(ctx);
+        session.open();
+        BackupDatabase(session.tm.DBEngine, args.first());
+        return CliOk;
+    }
+};
+
+class RestoreCommand : public Command {
+public:
+    QString name() const override { return QStringLiteral("restore"); }
+    QString synopsis() const override { return QStringLiteral("BACKUP"); }
+    QString summary() const override
+    {
+        return QStringLiteral("Puts the content of the backup file BACKUP in place of the run database's, in one transaction "
+                              "through the database's own log: other programs see the old database or the restored one. "
+                              "A damaged backup is refused (exit 1) and nothing is touched.");
+    }
+    int minArguments() const override { return 1; }
+    int maxArguments() const override { return 1; }
+    int run(CliContext &ctx, const QCommandLineParser &, const QStringList &args) override
+    {
+        CliSession session(ctx);
+        session.open();
+        RestoreDatabase(session.tm.DBEngine, args.first());
+        return CliOk;
+    }
+};
+
 class DescribeCommand : public Command {
 public:
     QString name() const override { return QStringLiteral("describe"); }
@@ -197,6 +239,16 @@ std::unique_ptr<Command> MakeDeleteCommand()
 std::unique_ptr<Command> MakeCompactCommand()
 {
     return std::make_unique<CompactCommand>();
+}
+
+std::unique_ptr<Command> MakeBackupCommand()
+{
+    return std::make_unique<BackupCommand>();
+}
+
+std::unique_ptr<Command> MakeRestoreCommand()
+{
+    return std::make_unique<RestoreCommand>();
 }
 
 std::unique_ptr<Command> MakeDescribeCommand()

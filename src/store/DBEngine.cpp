@@ -1,6 +1,7 @@
 #include "store/DBEngine.h"
 
 #include "base/SendrelError.h"
+#include "store/DatabaseFile.h"
 
 #include <QAtomicInt>
 #include <QDir>
@@ -104,6 +105,7 @@ void clsDBEngine::open(bool create)
 {
     CloseDB();
     m_damageFound = false;
+    m_openingNote.clear();
     const QFileInfo file(PathToDB);
     if (create && file.exists()) {
         throw SendrelError(58, kSource, QStringLiteral("File already exists: ") + QDir::toNativeSeparators(PathToDB));
@@ -210,7 +212,11 @@ void clsDBEngine::RollbckTrans()
 void clsDBEngine::UseWriteAheadLog()
 {
     // Readers go on reading while another program imports: the write-ahead log keeps what they
-    // see. A file on a medium that cannot hold the log stays in its old mode.
+    // see. Its index lives in memory shared by the programs of one machine, which a network file
+    // system cannot share: there the rollback journal keeps the file whole, readers then waiting
+    // while a writer commits. A file on a medium that cannot hold the log stays in its old mode.
+    const QString network = NetworkFileSystemName(fileSystemTypeOf ? fileSystemTypeOf(PathToDB) : FileSystemTypeOf(PathToDB));
+    const QString wanted = network.isEmpty() ? QStringLiteral("wal") : QStringLiteral("delete");
     QString mode;
     {
         Statement current(*this, QStringLiteral("PRAGMA journal_mode"));
@@ -218,10 +224,16 @@ void clsDBEngine::UseWriteAheadLog()
             mode = current.text(0);
         current.reset();
     }
-    if (mode.compare(QLatin1String("wal"), Qt::CaseInsensitive) == 0)
+    if (!network.isEmpty()) {
+        m_openingNote = QStringLiteral("The run database %1 lies on a network file system (%2), which cannot share the "
+                                       "write-ahead log between programs: it is kept with a rollback journal, so other "
+                                       "programs wait while one writes.")
+                            .arg(QDir::toNativeSeparators(PathToDB), network);
+    }
+    if (mode.compare(wanted, Qt::CaseInsensitive) == 0)
         return;
     try {
-        Statement(*this, QStringLiteral("PRAGMA journal_mode = WAL")).next();
+        Statement(*this, QStringLiteral("PRAGMA journal_mode = ") + wanted).next();
     } catch (const SendrelError &) {
         // The switch writes the file's header. A file, or a folder, that this program may only
         // read refuses it: such a file is still read in its old mode, and a write to it fails

@@ -9,6 +9,7 @@
 #include <QVariantList>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 struct sqlite3;
@@ -51,7 +52,14 @@ public:
     void CommtTrans();
     void RollbckTrans();
     // Lets readers go on while another program writes; for a file known to be a run database.
+    // On a network file system, where the log's shared index cannot be kept, the file keeps (or
+    // goes back to) the rollback journal instead, and openingNote() says so.
     void UseWriteAheadLog();
+    // What the user is to be told of the file opened, once: empty when nothing.
+    const QString &openingNote() const { return m_openingNote; }
+    // The statfs type of the file system that holds a path; FileSystemTypeOf unless a test tells
+    // its own.
+    std::function<qint64(const QString &path)> fileSystemTypeOf;
     // True while a transaction is open: SQLite ends one by itself on some failures (a full disk).
     bool InTransaction() const;
 
@@ -87,6 +95,7 @@ private:
     sqlite3 *m_handle = nullptr;
     std::chrono::milliseconds m_lockWait = kDefaultLockWait;
     bool m_damageFound = false;
+    QString m_openingNote;
     QHash<QString, std::shared_ptr<Statement>> m_inserts;
 };
 

@@ -216,6 +216,52 @@ private slots:
         QCOMPARE(m_db->count(QStringLiteral("Model_Entries")), 0);
     }
 
+    // Fields the reading cut are told on stderr, their count and the first ten; the import succeeds.
+    void importWarningsGoToStderr()
+    {
+        const QString list = m_db->writeFile(QStringLiteral("comma.lst"),
+                                             TreeListText({HeaderLine(1, 1, 2000, "C"),
+                                                           ColumnLine().at(1, TreeLine("1", "FD", 3, 250.0, 30.0, 0.9, 0.7)).at(50, " 25,4")}));
+        const CliRun r = tool({"import", list, "--kind", "S"});
+        QCOMPARE(r.code, 0);
+        QCOMPARE(r.out, QStringLiteral("C\tS\t1\t1\n"));
+        QVERIFY2(r.err.contains(QLatin1String("1 place of it may not have been read as meant:\n\n"))
+                     && r.err.contains(QLatin1String("comma.lst, line 2, column 53: the diameter")),
+                 qPrintable(r.err));
+    }
+
+    void backupMakesANewFileOnly()
+    {
+        QCOMPARE(tool({"import", writeList(QStringLiteral("plot.lst"), "PLOT 7", 3), "--kind", "S"}).code, 0);
+        const QString copy = m_db->filePath(QStringLiteral("copy.mdb"));
+        CliRun r = tool({"backup", copy});
+        QCOMPARE(r.code, 0);
+        QCOMPARE(r.out + r.err, QString());
+        QCOMPARE(RunTool({"--db", copy, "runs"}).out, tool({"runs"}).out);
+        const QByteArray made = ReadWholeFile(copy);
+        r = tool({"backup", copy});
+        QCOMPARE(r.code, 1);
+        QVERIFY2(r.err.contains(QLatin1String("exists already")), qPrintable(r.err));
+        QCOMPARE(ReadWholeFile(copy), made);
+        QCOMPARE(tool({"backup"}).code, 2);
+
+        // Restored over a changed database, with its log in place: the runs of the backup.
+        const QString before = tool({"runs"}).out;
+        QCOMPARE(tool({"delete", "PLOT 7", "--kind", "S"}).code, 0);
+        QCOMPARE(tool({"restore", copy}).code, 0);
+        QCOMPARE(tool({"runs"}).out, before);
+        QCOMPARE(m_db->scalar(QStringLiteral("PRAGMA integrity_check")).toString(), QStringLiteral("ok"));
+        // A damaged backup touches nothing.
+        QByteArray damaged = made;
+        damaged.replace(4096, 4096, QByteArray(4096, 'x'));
+        const QString bad = m_db->writeFile(QStringLiteral("bad.mdb"), damaged);
+        QCOMPARE(tool({"delete", "PLOT 7", "--kind", "S"}).code, 0);
+        r = tool({"restore", bad});
+        QCOMPARE(r.code, 1);
+        QVERIFY2(r.err.contains(QLatin1String("the backup does not read whole")), qPrintable(r.err));
+        QCOMPARE(tool({"runs"}).out, QString());
+    }
+
     void developerExtras()
     {
         const QString standing = m_db->filePath(QStringLiteral("s.lst"));

@@ -201,42 +201,34 @@ private slots:
         const ImportResult r = importList(f.db, f.writeFile(QStringLiteral("hidden.lst"), list), QStringLiteral("H"), &told);
         QVERIFY(r.completed());
         QCOMPARE(r.cyclesRead, 1);
-        QCOMPARE(r.warnings.size(), 2);
-        QVERIFY2(r.warnings.at(0).startsWith(QLatin1String("line 2: ")), qPrintable(r.warnings.at(0)));
+        // The header read as a tree record is short of fields and has separators in number fields:
+        // told as well.
+        QCOMPARE(r.warnings.size(), 5);
+        QVERIFY2(r.warnings.at(0).contains(QLatin1String("hidden.lst, line 2, column 2: ")), qPrintable(r.warnings.at(0)));
         QCOMPARE(r.treeRecordsRead, 5);
-        QVERIFY2(r.warnings.at(1).startsWith(QLatin1String("line 8: ")) && r.warnings.at(1).contains(QLatin1String("tree record of cycle 2")),
+        QVERIFY2(r.warnings.at(1).contains(QLatin1String("hidden.lst, line 8, column 2: "))
+                     && r.warnings.at(1).contains(QLatin1String("tree record of cycle 2")),
                  qPrintable(r.warnings.at(1)));
         QCOMPARE(told.count(QStringLiteral("may not have been read as meant")), 1);
     }
 
-    // Texts and numbers that once broke a statement: stored as they are, listed one run a line,
+    // Texts that once broke a statement: stored as they are, listed one run a line,
     // reported.
     void hostileValues_data()
     {
         QTest::addColumn<QByteArray>("runName");
-        QTest::addColumn<int>("column");
-        QTest::addColumn<QByteArray>("field");
         QTest::addColumn<QString>("listed");
-        QTest::newRow("NUL and tab in the run name") << QByteArray("NU\0L\tRUN", 8) << 0 << QByteArray() << "NU\\x00L\\tRUN\tS\t";
-        QTest::newRow("quotes in the run name") << QByteArray("it's \"q\"") << 0 << QByteArray() << "it's \"q\"\tS\t";
-        QTest::newRow("escape sequence in the run name") << QByteArray("\x1b[31mRED") << 0 << QByteArray() << "\\x1b[31mRED\tS\t";
-        QTest::newRow("a volume of 1e308") << QByteArray("BIG") << 97 << QByteArray(" 1e308") << "BIG\tS\t";
-        QTest::newRow("stems of -1e308") << QByteArray("NEG") << 32 << QByteArray("  -1e308") << "NEG\tS\t";
-        QTest::newRow("inf and nan") << QByteArray("INF") << 104 << QByteArray("   inf   nan") << "INF\tS\t";
+        QTest::newRow("NUL and tab in the run name") << QByteArray("NU\0L\tRUN", 8) << "NU\\x00L\\tRUN\tS\t";
+        QTest::newRow("quotes in the run name") << QByteArray("it's \"q\"") << "it's \"q\"\tS\t";
+        QTest::newRow("escape sequence in the run name") << QByteArray("\x1b[31mRED") << "\\x1b[31mRED\tS\t";
     }
     void hostileValues()
     {
         QFETCH(QByteArray, runName);
-        QFETCH(int, column);
-        QFETCH(QByteArray, field);
         QFETCH(QString, listed);
         RunDatabase f;
         QByteArray list = threeCycles("\r\n", "");
         list.replace(20, 10, runName.leftJustified(10, ' '));
-        if (column > 0) {
-            const qsizetype tree = list.indexOf("\r\n") + 2;
-            list.replace(tree + column - 1, field.size(), field);
-        }
         const QString runId = QString::fromLatin1(runName);
         QVERIFY(importList(f.db, f.writeFile(QStringLiteral("v.lst"), list), QString()).completed());
         QCOMPARE(f.scalar(QStringLiteral("SELECT Run_Id FROM Model_Run")).toString(), runId);

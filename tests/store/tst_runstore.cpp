@@ -2,6 +2,7 @@
 
 #include "base/SendrelError.h"
 #include "store/CycleSums.h"
+#include "store/DatabaseFile.h"
 #include "store/RunStore.h"
 #include "store/Schema.h"
 #include "support/RunDatabase.h"
@@ -9,8 +10,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <sqlite3.h>
+#include <sys/resource.h>
+
+#include <atomic>
+#include <csignal>
 
 using namespace sendrel;
 using namespace sendrel::test;
@@ -34,6 +40,16 @@ struct OtherProgram {
     ~OtherProgram() { sqlite3_close(db); }
     int exec(const char *sql) { return sqlite3_exec(db, sql, nullptr, nullptr, nullptr); }
 };
+
+QByteArray Text(sqlite3 *db, const char *sql)
+{
+    sqlite3_stmt *stmt = nullptr;
+    QByteArray text;
+    if (sqlite3_prepare_v2(db, sql, -1, &stmt, nullptr) == SQLITE_OK && sqlite3_step(stmt) == SQLITE_ROW)
+        text = reinterpret_cast<const char *>(sqlite3_column_text(stmt, 0));
+    sqlite3_finalize(stmt);
+    return text;
+}
 
 }  // namespace
 
@@ -184,6 +200,141 @@ private slots:
         QVERIFY2(r.bytesBefore > 1000000 && r.bytesAfter * 4 < r.bytesBefore, qPrintable(QStringLiteral("%1 -> %2").arg(r.bytesBefore).arg(r.bytesAfter)));
         QCOMPARE(r.bytesAfter, QFileInfo(f.path()).size() + QFileInfo(f.path() + QStringLiteral("-wal")).size());
         QCOMPARE(f.count(QStringLiteral("Model_Entries")), 1);
+    }
+
+    // The write-ahead log on a file system of this machine; the rollback journal, with a note, on
+    // one that reaches the file over a network.
+    void journalByFileSystem_data()
+    {
+        QTest::addColumn<qint64>("type");
+        QTest::addColumn<QString>("mode");
+        QTest::addColumn<QString>("named");
+        QTest::newRow("ext4") << qint64(0xEF53) << "wal" << QString();
+        QTest::newRow("tmpfs") << qint64(0x01021994) << "wal" << QString();
+        QTest::newRow("NFS") << qint64(0x6969) << "delete" << "(NFS)";
+        QTest::newRow("SMB/CIFS") << qint64(0xFF534D42) << "delete" << "(SMB/CIFS)";
+        QTest::newRow("SMB2") << qint64(0xFE534D42) << "delete" << "(SMB2)";
+        QTest::newRow("sshfs") << qint64(0x65735546) << "delete" << "(FUSE";
+        QTest::newRow("9P") << qint64(0x01021997) << "delete" << "(9P)";
+    }
+    void journalByFileSystem()
+    {
+        QFETCH(qint64, type);
+        QFETCH(QString, mode);
+        QFETCH(QString, named);
+        RunDatabase f;
+        f.addTree(QStringLiteral("R"), QStringLiteral("S"), 1, 3, 20, 10, 0.5);
+        f.db.close();
+        f.tm.DBEngine.fileSystemTypeOf = [type](const QString &) { return type; };
+        f.db.open(f.path());
+        QCOMPARE(f.scalar(QStringLiteral("PRAGMA journal_mode")).toString(), mode);
+        if (named.isEmpty())
+            QCOMPARE(f.tm.DBEngine.openingNote(), QString());
+        else
+            QVERIFY2(f.tm.DBEngine.openingNote().contains(named), qPrintable(f.tm.DBEngine.openingNote()));
+        QCOMPARE(f.count(QStringLiteral("Model_Entries")), 1);
+        QCOMPARE(QFile::exists(f.path() + QStringLiteral("-wal")), mode == QLatin1String("wal"));
+        // Back on a local disk the file takes the log again.
+        f.db.close();
+        f.tm.DBEngine.fileSystemTypeOf = [](const QString &) { return qint64(0xEF53); };
+        f.db.open(f.path());
+        QCOMPARE(f.scalar(QStringLiteral("PRAGMA journal_mode")).toString(), QStringLiteral("wal"));
+    }
+
+    // A backup is the database of one moment: rows another program has not committed are not in
+    // it, rows committed meanwhile by a program that keeps writing are whole transactions.
+    void backupWhileAnotherProgramWrites()
+    {
+        RunDatabase f;
+        {
+            WriteTransaction t(f.tm.DBEngine);
+            for (int i = 0; i < 3000; ++i)
+                f.addTree(QStringLiteral("R"), QStringLiteral("S"), 1, 3, 20, 10, 0.5);
+            f.addRun(QStringLiteral("R"), QStringLiteral("S"));
+            t.commit();
+        }
+        OtherProgram pending(f.path());
+        QCOMPARE(pending.exec("BEGIN IMMEDIATE; INSERT INTO Model_Run (Run_Id, Standing_Harvested) VALUES ('LATE', 'S')"), SQLITE_OK);
+        std::atomic<bool> stop = false;
+        std::atomic<int> committed = 0;
+        const QString first = f.dir() + QStringLiteral("/first.bak");
+        BackupDatabase(f.tm.DBEngine, first);
+        QCOMPARE(pending.exec("COMMIT"), SQLITE_OK);
+        // Now a program that keeps committing, a run row and its tree in each transaction.
+        QThread *writer = QThread::create([&] {
+            OtherProgram program(f.path());
+            sqlite3_busy_timeout(program.db, 5000);
+            for (int i = 0; !stop; ++i) {
+                const QByteArray sql = QByteArray("BEGIN IMMEDIATE; INSERT INTO Model_Run (Run_Id, Standing_Harvested) VALUES ('W") + QByteArray::number(i)
+                                       + "', 'S'); INSERT INTO Model_Entries (Run_Id, Standing_Harvested, Cycle_Number) VALUES ('W" + QByteArray::number(i)
+                                       + "', 'S', 1); COMMIT";
+                if (program.exec(sql.constData()) == SQLITE_OK)
+                    ++committed;
+            }
+        });
+        writer->start();
+        while (committed < 5)
+            QThread::msleep(1);
+        const QString second = f.dir() + QStringLiteral("/second.bak");
+        BackupDatabase(f.tm.DBEngine, second);
+        stop = true;
+        writer->wait();
+        delete writer;
+
+        for (const QString &copy : {first, second}) {
+            OtherProgram backup(copy);
+            QCOMPARE(QString::fromUtf8(Text(backup.db, "PRAGMA integrity_check")), QStringLiteral("ok"));
+            QCOMPARE(Text(backup.db, "SELECT count(*) FROM Model_Entries WHERE Run_Id = 'R'"), QByteArray("3000"));
+            QCOMPARE(Text(backup.db, "SELECT count(*) FROM Model_Run WHERE Run_Id = 'LATE'"), QByteArray(copy == first ? "0" : "1"));
+            // Whole transactions only: every run row of the writer with its tree.
+            QCOMPARE(Text(backup.db, "SELECT count(*) FROM Model_Run WHERE Run_Id LIKE 'W%'"),
+                     Text(backup.db, "SELECT count(*) FROM Model_Entries WHERE Run_Id LIKE 'W%'"));
+        }
+        OtherProgram backup(second);
+        QVERIFY(Text(backup.db, "SELECT count(*) FROM Model_Run WHERE Run_Id LIKE 'W%'").toInt() >= 5);
+    }
+
+    // An existing file is refused untouched; a copy that cannot be written whole leaves nothing.
+    void backupNeverLeavesAPartOrReplaces()
+    {
+        RunDatabase f;
+        {
+            WriteTransaction t(f.tm.DBEngine);
+            for (int i = 0; i < 5000; ++i)
+                f.addTree(QStringLiteral("R"), QStringLiteral("S"), 1, 3, 20, 10, 0.5);
+            t.commit();
+        }
+        QTemporaryDir out;
+        const QString taken = f.writeFile(QStringLiteral("taken.bak"), "mine");
+        QCOMPARE(failureOf([&] { BackupDatabase(f.tm.DBEngine, taken); }).number(), 58);
+        QCOMPARE(ReadWholeFile(taken), QByteArray("mine"));
+
+        // A file size limit: the copy's writes fail with EFBIG part way.
+        const QString target = out.filePath(QStringLiteral("full.bak"));
+        rlimit before{};
+        getrlimit(RLIMIT_FSIZE, &before);
+        const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit small = before;
+        small.rlim_cur = 64 * 1024;
+        setrlimit(RLIMIT_FSIZE, &small);
+        const SendrelError e = failureOf([&] { BackupDatabase(f.tm.DBEngine, target); });
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, oldHandler);
+        QVERIFY2(e.description().contains(QLatin1String("Cannot back up the run database")) && e.description().contains(target),
+                 qPrintable(e.description()));
+        QCOMPARE(QDir(out.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+
+        // A file kept with the rollback journal, locked by a writer past the wait: refused, not
+        // copied part way.
+        f.db.close();
+        f.tm.DBEngine.fileSystemTypeOf = [](const QString &) { return qint64(0x6969); };
+        f.db.open(f.path());
+        f.tm.DBEngine.setLockWait(std::chrono::milliseconds(30));
+        OtherProgram writer(f.path());
+        QCOMPARE(writer.exec("BEGIN EXCLUSIVE"), SQLITE_OK);
+        const QString locked = failureOf([&] { BackupDatabase(f.tm.DBEngine, target); }).description();
+        QVERIFY2(locked.contains(QLatin1String("stayed locked")), qPrintable(locked));
+        QCOMPARE(QDir(out.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
     }
 
     // A window's kind text: "H" or "h" first is harvested, anything else standing.

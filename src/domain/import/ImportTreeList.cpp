@@ -22,14 +22,26 @@ QString where(const TreeListFile &file)
 }
 
 // Kept up to the number shown, and counted beyond, so that a hostile file cannot fill memory.
-void warnOfHiddenHeader(ImportResult &result, const TreeListFile &file, const QString &consequence)
+void warn(ImportResult &result, const TreeListFile &file, int column, const QString &what)
 {
     if (result.warnings.size() == kShownWarnings) {
         ++result.moreWarnings;
         return;
     }
-    result.warnings.append(
-        QStringLiteral("line %1: \"-999\" behind characters that do not print is no header; %2.").arg(file.lineNumber()).arg(consequence));
+    result.warnings.append(QStringLiteral("%1, column %2: %3").arg(where(file)).arg(column).arg(what));
+}
+
+void warn(ImportResult &result, const TreeListFile &file, FieldWarnings &fields)
+{
+    for (const FieldWarning &w : fields)
+        warn(result, file, w.column, w.text);
+    fields.clear();
+}
+
+void warnOfHiddenHeader(ImportResult &result, const TreeListFile &file, QByteArrayView line, const QString &consequence)
+{
+    warn(result, file, static_cast<int>(line.indexOf(QByteArrayView("-999"))) + 1,
+         QStringLiteral("\"-999\" behind characters that do not print is no header; %1.").arg(consequence));
 }
 
 qint64 cycleRows(RunStore &db, const RunKey &run)
@@ -41,13 +53,16 @@ qint64 cycleRows(RunStore &db, const RunKey &run)
     return rows;
 }
 
-// One message for all lines of a list that may not have been read as meant.
+// One message for all places of a list that may not have been read as meant: how many, and the
+// first of them.
 QString warningsText(const QString &fileName, const ImportResult &result)
 {
-    QString text = QStringLiteral("%1 was imported, but these lines may not have been read as meant:\n\n").arg(QDir::toNativeSeparators(fileName))
+    const qint64 count = result.warnings.size() + result.moreWarnings;
+    QString text = QStringLiteral("%1 was imported, but %2 of it may not have been read as meant%3:\n\n")
+                       .arg(QDir::toNativeSeparators(fileName),
+                            count == 1 ? QStringLiteral("1 place") : QStringLiteral("%1 places").arg(count),
+                            result.moreWarnings > 0 ? QStringLiteral(" (the first %1 below)").arg(result.warnings.size()) : QString())
                    + result.warnings.join(QLatin1Char('\n'));
-    if (result.moreWarnings > 0)
-        text += QStringLiteral("\n(and %1 more)").arg(result.moreWarnings);
     return text;
 }
 
@@ -114,7 +129,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
                 break;
             }
             if (IsHiddenHeader(line))
-                warnOfHiddenHeader(result, file, QStringLiteral("it and the lines behind it up to the first header were passed over"));
+                warnOfHiddenHeader(result, file, line, QStringLiteral("it and the lines behind it up to the first header were passed over"));
         }
         atEnd = file.atEnd();
     } catch (const SendrelError &e) {
@@ -132,9 +147,11 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     // fault there is refused in good order.
     CycleHeader current;
     HeaderStamp stamp;
+    FieldWarnings fieldWarnings;
     try {
-        current = ParseCycleHeader(firstHeader);
-        stamp = ParseHeaderStamp(firstHeader);
+        current = ParseCycleHeader(firstHeader, &fieldWarnings);
+        stamp = ParseHeaderStamp(firstHeader, &fieldWarnings);
+        warn(result, file, fieldWarnings);
     } catch (const SendrelError &e) {
         return refuse(QStringLiteral("Cannot import %1: the first header is out of range (%2).").arg(where(file), e.description()));
     }
@@ -216,16 +233,19 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
             case LineKind::Blank:
                 break;
             case LineKind::Header:
-                current = ParseCycleHeader(line);
+                current = ParseCycleHeader(line, &fieldWarnings);
+                warn(result, file, fieldWarnings);
                 entries.flush();   // the trees of a cycle go in ahead of the next header
                 AddModelHeader(engine, current, runId, kind);
                 ++result.cyclesRead;
                 break;
             case LineKind::Record: {
                 if (IsHiddenHeader(line))
-                    warnOfHiddenHeader(result, file, QStringLiteral("it was read as a tree record of cycle %1").arg(current.cycle));
+                    warnOfHiddenHeader(result, file, line, QStringLiteral("it was read as a tree record of cycle %1").arg(current.cycle));
                 TreeRecord &record = entries.nextRow();
-                ParseTreeRecord(line, current.cycle, record);
+                ParseTreeRecord(line, current.cycle, record, &fieldWarnings);
+                if (!fieldWarnings.empty())
+                    warn(result, file, fieldWarnings);
                 if (!IsValidSpeciesNumber(record.speciesNumber())) {
                     questions.ShowInfoMessage(InvalidSpeciesMessage(record.speciesNumber()));
                     throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"),

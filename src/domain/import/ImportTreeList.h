@@ -20,7 +20,7 @@ enum class ImportEnding {
     Failed,         // a failure in the guarded stretch: "Import Error", rolled back
 };
 
-inline constexpr qsizetype kShownWarnings = 20;
+inline constexpr qsizetype kShownWarnings = 10;
 
 struct ImportResult {
     ImportEnding ending = ImportEnding::Cancelled;
@@ -29,8 +29,10 @@ struct ImportResult {
     int cyclesRead = 0;     // header lines stored
     qint64 treeRecordsRead = 0;
     QString detail;         // Refused and Failed: the file, the line and what went wrong
-    QStringList warnings;   // lines that may not have been read as meant, each named; told once at the end
-    qint64 moreWarnings = 0;  // such lines beyond the first kShownWarnings, counted only
+    // Fields the reading had to cut or could not read, and lines that may not have been read as
+    // meant: "FILE, line N, column C: what"; the first kShownWarnings kept, told once at the end.
+    QStringList warnings;
+    qint64 moreWarnings = 0;  // such places beyond the first kShownWarnings, counted only
 
     bool completed() const { return ending == ImportEnding::Completed; }
 };

@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #include <array>
+#include <vector>
 
 namespace sendrel {
 
@@ -185,18 +186,42 @@ struct TreeRecord {
 // The text of columns first..first+width-1; shorter or empty where the line ends early.
 QByteArrayView CutField(QByteArrayView line, int firstColumn, int width);
 
+// A field that the reading had to cut or could not read. The value stays as the reading gives it;
+// the user is told, with the column where the trouble begins.
+struct FieldWarning {
+    int column = 0;   // 1-based
+    QString text;
+};
+using FieldWarnings = std::vector<FieldWarning>;
+
+// What no tree can have, refused with the field's column (ErrNo::InvalidCall) rather than stored:
+// a negative or non-finite diameter, number of stems or volume, and a cycle year outside 1 to
+// 9999. The upper bounds keep every number that one record adds to a report cell within a
+// tenth of what the cell holds (ten characters: a blank and 9,999,999 with its separators), and
+// each lies beyond what a stand can hold:
+inline constexpr double kMostDiameterCm = 2000.0;           // the stoutest tree known is about 1,150 cm
+inline constexpr double kMostStemsPerHa = 1000000.0;        // one stem on every 100 sq.cm of ground
+inline constexpr double kMostTreeVolume = 10000.0;          // cu.m; the largest tree known holds about 1,500
+inline constexpr double kMostBasalAreaPerHa = 10000.0;      // sq.m/ha: the stems cannot cover more than the hectare
+inline constexpr double kMostVolumePerHa = 1000000.0;       // cu.m/ha: a hectare of trees 100 m tall, wall to wall
+inline constexpr int kFirstCycleYear = 1;
+inline constexpr int kLastCycleYear = 9999;
+
 // The number-reading rule on a field of the line. Plain fields (blanks, a sign, digits, a point
 // and digits) are read here without any allocation; anything else goes to ReadNumber, so both
 // always agree.
 double ReadFieldNumber(QByteArrayView field);
 
-// Failures: Overflow (6) when a number is beyond its 16-bit range.
-CycleHeader ParseCycleHeader(QByteArrayView line);
-HeaderStamp ParseHeaderStamp(QByteArrayView line);
-// The record with the cycle number copied in and MVol_less_DWB applied. Failures: Overflow (6).
-TreeRecord ParseTreeRecord(QByteArrayView line, qint16 cycleNumber);
+// With warnings given, every field the reading had to cut or could not read is added to them.
+// Failures name the column: Overflow (6) when a number is beyond its 16-bit range, InvalidCall
+// (5) for a cycle year outside 1 to 9999.
+CycleHeader ParseCycleHeader(QByteArrayView line, FieldWarnings *warnings = nullptr);
+HeaderStamp ParseHeaderStamp(QByteArrayView line, FieldWarnings *warnings = nullptr);
+// The record with the cycle number copied in and MVol_less_DWB applied. Failures name the
+// column: Overflow (6), and InvalidCall (5) for a value no tree can have (see the bounds above).
+TreeRecord ParseTreeRecord(QByteArrayView line, qint16 cycleNumber, FieldWarnings *warnings = nullptr);
 // The same into a record that is reused line after line; every value of it is written.
-void ParseTreeRecord(QByteArrayView line, qint16 cycleNumber, TreeRecord &record);
+void ParseTreeRecord(QByteArrayView line, qint16 cycleNumber, TreeRecord &record, FieldWarnings *warnings = nullptr);
 
 // A species number that the system knows: 1 to 11.
 bool IsValidSpeciesNumber(qint16 number);

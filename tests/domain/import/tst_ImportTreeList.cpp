@@ -109,7 +109,7 @@ private slots:
         QList<QByteArray> lines{HeaderLine(1, 4, 2000, "FAST", kStamp)};
         const int trees = 2 * ModelEntryInserter::kBatchRows + 7;   // two batches and a rest
         for (int i = 0; i < trees; ++i)
-            lines.append(TreeLine(QByteArray::number(i), i % 2 ? "CW" : "HW", i % 2 ? 6 : 5, 10.0 + i, 8.0 + i, 0.01 * i, 0.005 * i));
+            lines.append(TreeLine(QByteArray::number(i), i % 2 ? "CW" : "HW", i % 2 ? 6 : 5, 10.0 + i, 8.0 + i % 90, 0.01 * i, 0.005 * i));
         lines.append(ColumnLine().at(2, QByteArray("\xe9t\xe9", 3)).at(16, "SE").at(19, " 8").at(50, "22.2"));
         const QString path = f.writeFile(QStringLiteral("fast.lst"), TreeListText(lines));
         f.questions.answerRunId(kDialogCheck);
@@ -239,8 +239,7 @@ private slots:
         r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QCOMPARE(r.ending, ImportEnding::Refused);
         QCOMPARE(f.questions.asked().size(), 1);   // the message only: no dialog
-        QVERIFY(r.detail.contains(QStringLiteral("big.lst, line 2")));
-        QVERIFY(r.detail.contains(QStringLiteral("Overflow")));
+        QVERIFY2(r.detail.contains(QStringLiteral("big.lst, line 2: the first header is out of range (column 11, ")), qPrintable(r.detail));
         QCOMPARE(f.count(QStringLiteral("Model_Run")), 0);
     }
 
@@ -295,6 +294,57 @@ private slots:
         f.questions.answerDuplicateId(kDialogOverwrite);
         QVERIFY(ImportTreeList(f.db, f.questions, good, RunKind::Standing).completed());
         QCOMPARE(f.count(QStringLiteral("Model_Entries"), QStringLiteral("Standing_Harvested = 'S'")), 3);
+    }
+
+    // Fields the reading cut or could not read are told once, after the import: how many, the
+    // first ten, each with its file, line and column.
+    void warningsAreToldOnceAfterTheImport()
+    {
+        RunDatabase f;
+        QList<QByteArray> lines{HeaderLine(1, 1, 2000, "W", kStamp)};
+        for (int i = 0; i < 12; ++i)
+            lines.append(ColumnLine().at(1, TreeLine(QByteArray::number(i), "FD", 3, 250.0, 30.0, 0.9, 0.7)).at(50, " 25,4"));
+        const QString path = f.writeFile(QStringLiteral("w.lst"), TreeListText(lines));
+        f.questions.answerRunId(kDialogCheck);
+        const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
+        QVERIFY(r.completed());
+        QCOMPARE(r.warnings.size(), 10);
+        QCOMPARE(r.moreWarnings, 2);
+        QVERIFY2(r.warnings.at(9).endsWith(QStringLiteral("w.lst, line 11, column 53: the diameter (columns 50-54): \"25,4\" is read as 25; "
+                                                           "the reading stops at \",4\"")),
+                 qPrintable(r.warnings.at(9)));
+        QCOMPARE(f.scalar(QStringLiteral("SELECT Current_Diameter FROM Model_Entries LIMIT 1")).toDouble(), 25.0);
+        const QStringList told = f.questions.messageTexts();
+        QCOMPARE(told.size(), 1);
+        QVERIFY2(told.first().contains(QStringLiteral("12 places of it may not have been read as meant (the first 10 below)")), qPrintable(told.first()));
+        QVERIFY(told.first().endsWith(r.warnings.join(QLatin1Char('\n'))));
+    }
+
+    // A value no tree can have refuses the list where it stands; nothing of it is stored.
+    void impossibleValueRefusesTheList()
+    {
+        RunDatabase f;
+        importBothKinds(f, f.writeFile(QStringLiteral("good.lst"), threeCycles("KEEP")));
+        const QString all = QStringLiteral("SELECT * FROM %1 ORDER BY rowid");
+        QStringList before;
+        for (const char *table : {"Model_Run", "Model_Header", "Model_Entries", "Model_Cycle_Sums"})
+            before += f.rows(all.arg(QLatin1String(table)));
+
+        const QString path = f.writeFile(QStringLiteral("bad.lst"),
+                                         TreeListText({HeaderLine(1, 1, 2000, "KEEP", kStamp), TreeLine("1", "FD", 3, 250.0, 30.0, 0.9, 0.7),
+                                                       TreeLine("2", "FD", 3, 250.0, -25.0, 0.9, 0.7)}));
+        f.questions.answerDuplicateId(kDialogOverwrite);
+        const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
+        QCOMPARE(r.ending, ImportEnding::Failed);
+        QVERIFY2(r.detail.contains(QStringLiteral("bad.lst, line 3 failed: column 50, the diameter (columns 50-54): \"-25.0\" is no value")),
+                 qPrintable(r.detail));
+        QVERIFY(f.questions.messageTexts().last().contains(r.detail));
+        QCOMPARE(f.count(QStringLiteral("Model_Entries"), QStringLiteral("Standing_Harvested = 'S'")), 0);
+        QStringList after;
+        for (const char *table : {"Model_Run", "Model_Header", "Model_Entries", "Model_Cycle_Sums"})
+            after += f.rows(all.arg(QLatin1String(table)));
+        QEXPECT_FAIL("", "an overwrite deletes the old list in a transaction of its own until the import is made one unit", Continue);
+        QCOMPARE(after, before);
     }
 
     void overflowInALaterHeaderRollsBack()

@@ -131,6 +131,123 @@ private slots:
         QCOMPARE(ParseTreeRecord(fullLine().left(52), 2).values[6], 50.0);
     }
 
+    // Every field the reading had to cut or could not read is told once, at the column where the
+    // trouble begins; the value stays as the rule reads it.
+    void warningsNameTheColumn_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("told");
+        const QByteArray full = fullLine();
+        const auto with = [&](int column, const QByteArray &text) { return ColumnLine().at(1, full).at(column, text).bytes(); };
+        QTest::newRow("decimal comma") << with(50, " 25,4") << 53 << "the diameter (columns 50-54): \"25,4\" is read as 25; the reading stops at \",4\"";
+        QTest::newRow("digits then letters") << with(11, "12ab") << 13 << "columns 11-14: \"12ab\" is read as 12";
+        QTest::newRow("no number") << with(56, "  abc") << 58 << "columns 56-60: \"abc\" holds no number";
+        QTest::newRow("NaN in a carried field") << with(62, "  NaN") << 64 << "columns 62-66: \"NaN\" is no finite number";
+        QTest::newRow("1e400 in a carried field") << with(111, "  1e400") << 113 << "columns 111-117: \"1e400\" is no finite number";
+        QTest::newRow("UTF-8 letters") << with(16, "\xC3\x89") << 16 << "species letter code (columns 16-17): bytes C3 89 are no plain";
+        QTest::newRow("half a UTF-8 letter") << with(16, "F\xC3") << 17 << "bytes C3 are";
+        QTest::newRow("control character in the tree id") << with(2, "TR\x01" "E0042") << 4 << "tree id (columns 2-9): bytes 01 45";
+        QTest::newRow("line cut inside a field") << full.left(100) << 101
+                                                 << "the line ends at column 100: the total volume (columns 97-102) is cut short, and the 5 fields";
+        QTest::newRow("line cut in a gap") << full.left(60) << 61 << "the line ends at column 60: the 13 fields from column 62 on are missing";
+        QTest::newRow("last field cut") << full.left(126) << 127 << "the line ends at column 126: the field of columns 125-127 is cut short";
+    }
+
+    void warningsNameTheColumn()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(int, column);
+        QFETCH(QString, told);
+        FieldWarnings warnings;
+        ParseTreeRecord(line, 1, &warnings);
+        QCOMPARE(warnings.size(), std::size_t(1));
+        QCOMPARE(warnings[0].column, column);
+        QVERIFY2(warnings[0].text.contains(told), qPrintable(warnings[0].text));
+    }
+
+    void plainFieldsAreNotTold()
+    {
+        // What the rule reads whole: blanks between digits, exponents, a closing point, nothing at all.
+        FieldWarnings warnings;
+        ParseTreeRecord(fullLine(), 1, &warnings);
+        for (const QByteArray &field : {QByteArray("1 2 "), QByteArray("1D3 "), QByteArray("  5."), QByteArray("    "), QByteArray("1e-9")})
+            ParseTreeRecord(ColumnLine().at(1, fullLine()).at(11, field), 1, &warnings);
+        ParseCycleHeader(HeaderLine(1, 2, 2000, "RUN", "01/02/2023 04:05:06"), &warnings);
+        for (const FieldWarning &w : warnings)
+            QFAIL(qPrintable(QStringLiteral("column %1: %2").arg(w.column).arg(w.text)));
+    }
+
+    // Values no tree can have refuse the import, naming the column; the bounds themselves pass.
+    void impossibleValuesAreRefused_data()
+    {
+        QTest::addColumn<QByteArray>("stems");
+        QTest::addColumn<QByteArray>("diameter");
+        QTest::addColumn<QByteArray>("volume");
+        QTest::addColumn<QByteArray>("merchantable");
+        QTest::addColumn<int>("column");   // 0: accepted
+        QTest::newRow("all zero") << QByteArray("0") << QByteArray("0") << QByteArray("0") << QByteArray("0") << 0;
+        QTest::newRow("diameter at its bound") << QByteArray("1") << QByteArray("2000") << QByteArray("1") << QByteArray("1") << 0;
+        QTest::newRow("diameter above") << QByteArray("1") << QByteArray("2001") << QByteArray("1") << QByteArray("1") << 50;
+        QTest::newRow("negative diameter") << QByteArray("1") << QByteArray("-25") << QByteArray("1") << QByteArray("1") << 50;
+        QTest::newRow("diameter 1e400") << QByteArray("1") << QByteArray("1e400") << QByteArray("1") << QByteArray("1") << 50;
+        QTest::newRow("stems at their bound") << QByteArray("1000000") << QByteArray("0") << QByteArray("1") << QByteArray("1") << 0;
+        QTest::newRow("stems above") << QByteArray("1000001") << QByteArray("0") << QByteArray("0") << QByteArray("0") << 32;
+        QTest::newRow("99,999,999 stems") << QByteArray("99999999") << QByteArray("0") << QByteArray("0") << QByteArray("0") << 32;
+        QTest::newRow("negative stems") << QByteArray("-12.5") << QByteArray("10") << QByteArray("0") << QByteArray("0") << 32;
+        QTest::newRow("inf stems") << QByteArray("inf") << QByteArray("10") << QByteArray("0") << QByteArray("0") << 37;
+        QTest::newRow("volume at its bound") << QByteArray("1") << QByteArray("10") << QByteArray("10000") << QByteArray("10000") << 0;
+        QTest::newRow("volume above") << QByteArray("1") << QByteArray("10") << QByteArray("10001") << QByteArray("0") << 97;
+        QTest::newRow("volume 1e308") << QByteArray("1") << QByteArray("10") << QByteArray("1e308") << QByteArray("0") << 97;
+        QTest::newRow("negative merchantable") << QByteArray("1") << QByteArray("10") << QByteArray("1") << QByteArray("-0.5") << 104;
+        QTest::newRow("NaN merchantable") << QByteArray("1") << QByteArray("10") << QByteArray("1") << QByteArray("NaN") << 107;
+        QTest::newRow("merchantable above") << QByteArray("1") << QByteArray("10") << QByteArray("1") << QByteArray("10001") << 104;
+        QTest::newRow("basal area within the hectare") << QByteArray("1000") << QByteArray("356") << QByteArray("0") << QByteArray("0") << 0;
+        QTest::newRow("basal area beyond it") << QByteArray("1000") << QByteArray("357") << QByteArray("0") << QByteArray("0") << 32;
+        QTest::newRow("volume per ha at its bound") << QByteArray("1000") << QByteArray("0") << QByteArray("1000") << QByteArray("1000") << 0;
+        QTest::newRow("volume per ha above") << QByteArray("1001") << QByteArray("0") << QByteArray("1000") << QByteArray("0") << 32;
+        QTest::newRow("merchantable per ha above") << QByteArray("1001") << QByteArray("0") << QByteArray("0") << QByteArray("1000") << 32;
+    }
+
+    void impossibleValuesAreRefused()
+    {
+        QFETCH(QByteArray, stems);
+        QFETCH(QByteArray, diameter);
+        QFETCH(QByteArray, volume);
+        QFETCH(QByteArray, merchantable);
+        QFETCH(int, column);
+        const QByteArray line = ColumnLine().at(1, fullLine()).right(32, 8, stems).right(50, 5, diameter).right(97, 6, volume).right(104, 6, merchantable);
+        try {
+            ParseTreeRecord(line, 1);
+            QVERIFY2(column == 0, "accepted");
+        } catch (const SendrelError &e) {
+            QVERIFY2(e.description().startsWith(QStringLiteral("column %1, ").arg(column)), qPrintable(e.description()));
+            QCOMPARE(e.number(), ErrNo::InvalidCall);
+        }
+    }
+
+    void cycleYearIsACalendarYear()
+    {
+        for (int year : {1, 9999})
+            QCOMPARE(ParseCycleHeader(HeaderLine(1, 1, year)).year, qint16(year));
+        for (const QByteArray &year : {QByteArray("0"), QByteArray("10000"), QByteArray("-1")}) {
+            try {
+                ParseCycleHeader(ColumnLine().at(1, HeaderLine(1, 1, 2000)).right(16, 5, year));
+                QFAIL(qPrintable("year " + year + " was accepted"));
+            } catch (const SendrelError &e) {
+                QVERIFY2(e.description().startsWith(QLatin1String("column 16, the cycle year")), qPrintable(e.description()));
+            }
+        }
+        // Beyond any number: out of the field's range, named by its column like any overflow.
+        try {
+            ParseCycleHeader(ColumnLine().at(1, HeaderLine(1, 1, 2000)).at(16, "1e400"));
+            QFAIL("year 1e400 was accepted");
+        } catch (const SendrelError &e) {
+            QCOMPARE(e.number(), ErrNo::Overflow);
+            QVERIFY2(e.description().startsWith(QLatin1String("column 16, ")), qPrintable(e.description()));
+        }
+    }
+
     void lineOfTabsIsATreeWithSpecies0()
     {
         const QByteArray tabs(40, '\t');
