@@ -43,6 +43,29 @@ private slots:
         CloseGameDB(env.tm);
     }
 
+    // The settings' wait for a locked database is in seconds.
+    void theLockWaitIsTheSettingsSeconds()
+    {
+        RunDatabase env{RunDatabase::Db::None};
+        env.openAsProgram();
+        env.tm.settings.LockWaitSeconds = 2.5;
+        QVERIFY(OpenGameDB(env.tm, false));
+        QCOMPARE(env.tm.DBEngine.lockWait(), std::chrono::milliseconds(2500));
+    }
+
+    // Reports go to the Work folder while it is there, else to the Data folder.
+    void reportsGoWhereAFolderStillIs()
+    {
+        RunDatabase env{RunDatabase::Db::None};
+        const QString work = env.dir() + QStringLiteral("/work");
+        QVERIFY(QDir().mkpath(work));
+        env.tm.settings.DataDir = env.dir();
+        env.tm.settings.WorkDir = work;
+        QCOMPARE(env.tm.ReportFolder(), work);
+        QVERIFY(QDir(work).removeRecursively());
+        QCOMPARE(env.tm.ReportFolder(), env.dir());
+    }
+
     void aMissingFileIsAskedForAndMayMoveTheDataFolder()
     {
         RunDatabase env{RunDatabase::Db::None};

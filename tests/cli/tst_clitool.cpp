@@ -103,6 +103,7 @@ private slots:
         QTest::addColumn<QString>("said");
         const QString longId(26, QLatin1Char('R'));
         QTest::newRow("--wait") << QStringList{"--wait", "soon", "runs"} << "--wait takes a number of seconds, not 'soon'";
+        QTest::newRow("--wait of more than a day") << QStringList{"--wait", "100000", "runs"} << "--wait takes a number of seconds, not '100000'";
         QTest::newRow("--kind") << QStringList{"years", "R", "--kind", "T"} << "--kind takes standing, harvested, S or H, not 'T'";
         QTest::newRow("a line end in the value") << QStringList{"years", "R", "--kind", "S\nH"}
                                                  << "--kind takes standing, harvested, S or H, not 'S\\nH'";
@@ -139,6 +140,50 @@ private slots:
         QCOMPARE(r.code, 2);
         QCOMPARE(r.err.section(QLatin1Char('\n'), 0, 0), QStringLiteral("sendrel-cli: ") + said);
         QCOMPARE(r.out, QString());
+    }
+
+    // Option values at their limits: a value joined with =, a Run Id as long as the box takes, a
+    // choice in capitals, and a value with a DEL in it, escaped like the other control characters.
+    void valuesAtTheirLimits()
+    {
+        m_db->addRun(QStringLiteral("R"), QStringLiteral("S"));
+        QCOMPARE(tool({"describe", "R", "--description=-h is no option here"}).code, 0);   // joined: a value, whatever it looks like
+        const CliRun longest = tool({"import", "a.lst", "--kind", "S", "--run-id", QString(25, QLatin1Char('R')), "--on-duplicate", "FAIL"});
+        QCOMPARE(longest.code, 1);   // the list is missing; the values passed
+        QVERIFY2(!longest.err.contains(QLatin1String(" takes ")), qPrintable(longest.err));
+        const CliRun del = tool({"years", "R", "--kind", QStringLiteral("S\x7f")});
+        QCOMPARE(del.code, 2);
+        QVERIFY2(del.err.contains(QLatin1String("not 'S\\x7f'")), qPrintable(del.err));
+    }
+
+    // --wait is in seconds: a write waits that long for another program's lock and says so.
+    void waitIsInSeconds()
+    {
+        m_db->addRun(QStringLiteral("R"), QStringLiteral("S"));
+        clsDBEngine other;
+        other.PathToDB = m_db->path();
+        other.OpenDB();
+        other.StartTrans();
+        const CliRun r = tool({"--wait", "0.2", "describe", "R", "--description", "x"});
+        other.RollbckTrans();
+        QCOMPARE(r.code, 1);
+        QVERIFY2(r.err.contains(QLatin1String("stayed locked for 0.2 s")), qPrintable(r.err));
+    }
+
+    // A standard output that cannot be written (a full disk) is a failure, not a success.
+    void aFullStandardOutputFails()
+    {
+        m_db->addRun(QStringLiteral("R"), QStringLiteral("S"));
+        m_db->addHeader(QStringLiteral("R"), QStringLiteral("S"), 1, 2000);
+        QFile full(QStringLiteral("/dev/full"));
+        QVERIFY(full.open(QIODevice::WriteOnly));
+        QString said;
+        QTextStream out(&full);
+        QTextStream err(&said);
+        const int code = RunCli({"--db", m_db->path(), "summary", "R", "--kind", "S", "-o", "-"}, out, err);
+        err.flush();
+        QCOMPARE(code, 1);
+        QVERIFY2(said.contains(QLatin1String("Cannot write the standard output.")), qPrintable(said));
     }
 
     // Every command says a missing database and a missing run the same way.
