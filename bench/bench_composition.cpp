@@ -12,7 +12,7 @@
 #include "BenchCommon.h"
 #include "PerPointPlan.h"
 
-#include "base/ScriptedQuestions.h"
+#include "support/ScriptedQuestions.h"
 #include "domain/composition/StandLevelsReport.h"
 #include "domain/composition/StandLevelsSeries.h"
 #include "store/CycleSums.h"

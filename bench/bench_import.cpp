@@ -9,7 +9,7 @@
 
 #include "BenchCommon.h"
 
-#include "base/ScriptedQuestions.h"
+#include "support/ScriptedQuestions.h"
 #include "base/UserQuestions.h"
 #include "domain/import/ImportTreeList.h"
 #include "domain/import/TreeListWriter.h"

@@ -4,7 +4,7 @@
 #include "BenchCommon.h"
 
 #include "base/Numbers.h"
-#include "base/ScriptedQuestions.h"
+#include "support/ScriptedQuestions.h"
 #include "base/ToolBox.h"
 #include "domain/output/ReportFile.h"
 #include "domain/output/ReportTables.h"

@@ -81,12 +81,17 @@ bool LocateFile(UserQuestions &questions, const QString &title, const QString &f
         request.startFolder = PathRemoveFileSpec(path);
         request.defaultExtension = PathFindExtension(path);
         request.mustExist = true;
+        // Asked to choose another file while this one is there: giving up keeps this one, and
+        // there is nothing to try again.
+        const bool canKeep = forceDialog && PathFileExists(path);
         for (;;) {
             if (PathFileExists(path) && !forceDialog)
                 return true;
             forceDialog = false;
             const QString picked = questions.openFile(request);
             if (picked.isEmpty()) {
+                if (canKeep)
+                    return false;
                 const Answer again = questions.message(
                     {request.title,
                      QStringLiteral("The file ") + name + QStringLiteral(" is required to successfully run Sendrel. Do you want to try again?"),

@@ -17,7 +17,8 @@ QString PathFindExtension(const QString &path);
 QString PathAddBackslash(const QString &path);   // adds the closing separator if missing
 
 // True when path names an existing file, asking with a file dialog until it does or the user
-// gives up (false). path takes what the user picked.
+// gives up (false). path takes what the user picked. With forceDialog over a file that exists,
+// giving up at the dialog keeps that file without a question.
 bool LocateFile(UserQuestions &questions, const QString &title, const QString &filter, QString &path, bool forceDialog);
 
 // The first start: the Data and Work folders. Each gives true when the folder exists or was set

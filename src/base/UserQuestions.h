@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+class QPrinter;
+
 namespace sendrel {
 
 // Every question to the user passes through this one interface: the desktop answers with
@@ -41,6 +43,14 @@ struct ReportTextRequest {
     QString description;
 };
 
+// The print dialog of a chart: Print to File (PDF) is offered with outputFile, in the Work folder.
+struct PrintRequest {
+    QString title;
+    QString outputFile;            // in: the PDF file offered; out: the file chosen, "" for a printer
+    bool landscape = false;
+    QPrinter *printer = nullptr;   // the caller's printer, which a real dialog sets up
+};
+
 class UserQuestions {
 public:
     virtual ~UserQuestions() = default;
@@ -63,6 +73,9 @@ public:
     virtual QString askStandingOrHarvested() = 0;
     // Title and description of a report; false when cancelled.
     virtual bool askReportText(ReportTextRequest &request) = 0;
+    // The print dialog; false when cancelled. After true the caller prints on request.printer,
+    // into request.outputFile when that is not "".
+    virtual bool askPrint(PrintRequest &request) = 0;
 
     // The please-wait window; a headless caller may ignore it.
     virtual void showBusyMessage(const QString &title, const QString &message) { Q_UNUSED(title) Q_UNUSED(message) }

@@ -101,7 +101,7 @@ public:
             }
             const auto shown = static_cast<StandLevelsStatistic>(statistic);
             ChartData &chart = charts[statistic];
-            const StandLevelsTitles titles = StandLevelsChartTitles(session.tm.settings, shown, run.runId);
+            const StandLevelsTitles titles = StandLevelsChartTitles(session.tm.settings, shown, run.captionName());
             chart.ChartTopTitle(titles.top);
             chart.ChartLeftTitle(titles.left);
             chart.ChartBottomTitle(titles.bottom);

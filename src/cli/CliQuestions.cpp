@@ -68,4 +68,10 @@ bool CliQuestions::askReportText(ReportTextRequest &request)
     return true;
 }
 
+bool CliQuestions::askPrint(PrintRequest &request)
+{
+    Q_UNUSED(request)
+    return false;
+}
+
 }  // namespace sendrel

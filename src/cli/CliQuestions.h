@@ -32,6 +32,8 @@ public:
     QString askDuplicateId(const QString &name) override;
     QString askStandingOrHarvested() override;
     bool askReportText(ReportTextRequest &request) override;
+    // The headless tool writes chart files; it never prints.
+    bool askPrint(PrintRequest &request) override;
 
 private:
     QTextStream &m_err;

@@ -9,6 +9,8 @@
 #include "windows/output/frmReportText.h"
 
 #include <QApplication>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QFileDialog>
 #include <QLabel>
 #include <QRadioButton>
@@ -239,6 +241,26 @@ bool GuiQuestions::askReportText(ReportTextRequest &request)
         return false;
     request.title = form.txtReportTitle->text();
     request.description = form.txtReportDesc->toPlainText();
+    return true;
+}
+
+bool GuiQuestions::askPrint(PrintRequest &request)
+{
+    if (!request.printer)
+        return false;
+    NormalPointer pointer;
+    QPrinter &printer = *request.printer;
+    printer.setPageOrientation(request.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+    // Print to File (PDF) comes offered with the file in the Work folder: a machine without a
+    // printer can still put the chart on paper later.
+    if (!request.outputFile.isEmpty())
+        printer.setOutputFileName(request.outputFile);
+    QPrintDialog dialog(&printer, m_parent);
+    dialog.setWindowTitle(request.title);
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    request.outputFile = printer.outputFileName();
     return true;
 }
 

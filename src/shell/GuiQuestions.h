@@ -34,6 +34,7 @@ public:
     QString askDuplicateId(const QString &name) override;
     QString askStandingOrHarvested() override;
     bool askReportText(ReportTextRequest &request) override;
+    bool askPrint(PrintRequest &request) override;
     void showBusyMessage(const QString &title, const QString &message) override;
     void hideBusyMessage() override;
 

@@ -5,9 +5,11 @@
 #include "base/SendrelError.h"
 #include "app/TreeModel.h"
 #include "base/UserQuestions.h"
+#include "windows/common/ChildFrame.h"
 #include "windows/common/ChildMenus.h"
 #include "shell/RevealPicture.h"
 #include "windows/common/ShowHelp.h"
+#include "windows/common/WindowMenu.h"
 #include "shell/frmKD_About.h"
 
 #include <QApplication>
@@ -15,6 +17,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QStyle>
 #include <QStyleOptionTitleBar>
@@ -22,6 +25,42 @@
 #include <algorithm>
 
 namespace sendrel {
+
+namespace {
+
+// The scroll area around a form in its sub-window: the form fills it while there is room and
+// scrolls inside it below its least size. It passes the form's caption on to the sub-window,
+// and a close of the sub-window (title bar, Ctrl+F4) on to the form, which may refuse it.
+class ChildScroll : public QScrollArea {
+public:
+    explicit ChildScroll(QWidget *form)
+    {
+        setObjectName(QLatin1String(kChildScrollName));
+        setFrameShape(QFrame::NoFrame);
+        setWidgetResizable(true);
+        setWidget(form);
+        setWindowTitle(form->windowTitle());
+        form->installEventFilter(this);
+    }
+
+protected:
+    void closeEvent(QCloseEvent *event) override
+    {
+        if (QWidget *form = widget(); form && !form->close()) {
+            event->ignore();
+            return;
+        }
+        event->accept();
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched == widget() && event->type() == QEvent::WindowTitleChange)
+            setWindowTitle(widget()->windowTitle());
+        return false;
+    }
+};
+
+}  // namespace
 
 frmSendrel::frmSendrel(TreeModel &tm, QWidget *parent) : QMainWindow(parent), m_tm(tm), m_mdi(new QMdiArea(this))
 {
@@ -42,8 +81,8 @@ frmSendrel::frmSendrel(TreeModel &tm, QWidget *parent) : QMainWindow(parent), m_
     auto *help = new QShortcut(QKeySequence::HelpContents, this);
     connect(help, &QShortcut::activated, this, [this] {
         int topic = HelpContextID;
-        if (QMdiSubWindow *sub = m_mdi->activeSubWindow(); sub && sub->widget()) {
-            const QVariant id = sub->widget()->property("HelpContextID");
+        if (QWidget *form = FormOf(m_mdi->activeSubWindow())) {
+            const QVariant id = form->property("HelpContextID");
             if (id.isValid())
                 topic = id.toInt();
         }
@@ -90,6 +129,7 @@ void frmSendrel::buildMenus()
             &frmSendrel::ArrangeWindows);
     connect(addItem(window, QStringLiteral("mnu_Window_ArrangeIcons"), QStringLiteral("&Arrange Icons")), &QAction::triggered,
             this, [this] { Arrange(kArrangeIcons); });
+    ListOpenWindows(window, *this);
 
     QMenu *help = addMenu(QStringLiteral("mnuHelp"), QStringLiteral("&Help"));
     connect(addItem(help, QStringLiteral("mnuHelpContents"), QStringLiteral("&Contents")), &QAction::triggered, this,
@@ -119,7 +159,7 @@ void frmSendrel::UpdateMenus()
         }
     }
     if (active) {
-        if (auto *owner = dynamic_cast<ChildMenus *>(active->widget()))
+        if (auto *owner = dynamic_cast<ChildMenus *>(FormOf(active)))
             wanted = owner->ChildMenuList();
     }
     if (wanted == m_shownMenus && menuBar()->actions().size() == wanted.size())
@@ -165,7 +205,7 @@ QMdiSubWindow *frmSendrel::SubWindowOf(const QWidget *form) const
     if (!form)
         return nullptr;
     for (QMdiSubWindow *sub : m_mdi->subWindowList()) {
-        if (sub->widget() == form)
+        if (FormOf(sub) == form || sub->widget() == form)
             return sub;
     }
     return nullptr;
@@ -175,8 +215,8 @@ QList<QWidget *> frmSendrel::ChildForms() const
 {
     QList<QWidget *> forms;
     for (QMdiSubWindow *sub : m_mdi->subWindowList(QMdiArea::CreationOrder)) {
-        if (sub->widget())
-            forms.append(sub->widget());
+        if (QWidget *form = FormOf(sub))
+            forms.append(form);
     }
     return forms;
 }
@@ -186,7 +226,7 @@ QMdiSubWindow *frmSendrel::AddChildWindow(QWidget *form)
     // The child window keeps the size its form was given, with its frame and title bar around it.
     const bool sized = form->testAttribute(Qt::WA_Resized);
     const QSize wanted = form->size();
-    QMdiSubWindow *sub = m_mdi->addSubWindow(form);
+    QMdiSubWindow *sub = m_mdi->addSubWindow(new ChildScroll(form));
     sub->setAttribute(Qt::WA_DeleteOnClose);
     sub->setWindowIcon(ProgramIcon());
     if (sized) {
@@ -197,16 +237,38 @@ QMdiSubWindow *frmSendrel::AddChildWindow(QWidget *form)
         const int titleHeight = sub->style()->pixelMetric(QStyle::PM_TitleBarHeight, &title, sub);
         sub->resize(wanted.width() + 2 * frame, wanted.height() + titleHeight + frame);
     }
+    FitIntoWorkArea(sub, QRect(QPoint(0, 0), m_mdi->viewport()->size()));
+    // A form that closed by itself takes its sub-window along: no empty window stays.
+    connect(form, &QObject::destroyed, sub, [sub] { sub->close(); }, Qt::QueuedConnection);
     connect(sub, &QObject::destroyed, this, [this] { UpdateMenus(); }, Qt::QueuedConnection);
     return sub;
 }
 
 void frmSendrel::ArrangeWindows()
 {
-    if (QMdiSubWindow *left = SubWindowOf(m_leftForm))
-        left->move(0, 0);
-    if (QMdiSubWindow *right = SubWindowOf(m_rightForm))
-        right->move(m_mdi->viewport()->width() / 2, 0);
+    // Each place is the room from its corner to the work area's edges, the left one only up to
+    // the right one when both are taken, so that neither hides the other; a maximised window
+    // already fills the work area and stays as it is.
+    const QSize room = m_mdi->viewport()->size();
+    QMdiSubWindow *right = SubWindowOf(m_rightForm);
+    if (QMdiSubWindow *left = SubWindowOf(m_leftForm); left && !left->isMaximized())
+        FitIntoWorkArea(left, QRect(QPoint(0, 0), QSize(right ? room.width() / 2 : room.width(), room.height())), true);
+    if (right && !right->isMaximized())
+        FitIntoWorkArea(right, QRect(QPoint(room.width() / 2, 0), QSize(room.width() - room.width() / 2, room.height())), true);
+}
+
+void FitIntoWorkArea(QWidget *window, const QRect &room, bool toCorner)
+{
+    if (room.isEmpty())
+        return;
+    const QSize size = window->size().boundedTo(room.size());
+    if (size != window->size())
+        window->resize(size);
+    QPoint at = toCorner ? room.topLeft() : window->pos();
+    at.setX(std::clamp(at.x(), room.left(), room.right() + 1 - size.width()));
+    at.setY(std::clamp(at.y(), room.top(), room.bottom() + 1 - size.height()));
+    if (at != window->pos())
+        window->move(at);
 }
 
 void frmSendrel::Arrange(int command)

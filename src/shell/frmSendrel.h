@@ -34,7 +34,8 @@ public:
     QPointer<QWidget> &LeftForm() override { return m_leftForm; }
     QPointer<QWidget> &RightForm() override { return m_rightForm; }
 
-    // Puts LeftForm at the top left corner and RightForm at the top, at half the inner width.
+    // Puts LeftForm at the top left corner and RightForm at the top, at half the inner width,
+    // each sized to fit the work area from there; maximised windows stay as they are.
     void ArrangeWindows() override;
     void Arrange(int command) override;
 
@@ -92,5 +93,9 @@ private:
     int m_pointer = 0;
     bool m_ending = false;
 };
+
+// Makes a window fit a room of the work area: no larger than the room (a form in a smaller
+// window scrolls inside it), and moved inside it; toCorner puts it at the room's top left.
+void FitIntoWorkArea(QWidget *window, const QRect &room, bool toCorner = false);
 
 }  // namespace sendrel

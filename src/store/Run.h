@@ -30,6 +30,9 @@ struct RunKey {
     QString word() const { return KindWord(kind); }
     // "Run Id:Standing", as messages name a run.
     QString displayName() const { return runId + QLatin1Char(':') + word(); }
+    // "Run Id (Standing)", as window captions and chart titles name a run: the two kinds of one
+    // Run Id must be told apart wherever a run is shown.
+    QString captionName() const { return runId + QStringLiteral(" (") + word() + QLatin1Char(')'); }
 
     friend bool operator==(const RunKey &a, const RunKey &b)
     {

@@ -1,7 +1,7 @@
 // The first start: setting up the Data and Work folders, copying the installation's files.
 #include "support/TestMain.h"
 #include "app/FolderLocation.h"
-#include "base/ScriptedQuestions.h"
+#include "support/ScriptedQuestions.h"
 #include "base/SendrelError.h"
 #include "base/Settings.h"
 #include "base/SettingsStore.h"

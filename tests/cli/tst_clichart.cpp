@@ -59,7 +59,7 @@ private slots:
         QCOMPARE(m_written.first().first, QStringLiteral("x.png"));
         const ChartData &c = m_written.first().second.first();
         // The titles of a chart window of the year, the Run Id as stored.
-        QCOMPARE(c.ChartTopTitle(), QStringLiteral("R1 (2010): Density"));
+        QCOMPARE(c.ChartTopTitle(), QStringLiteral("R1 (Standing, 2010): Density"));
         QCOMPARE(c.ChartLeftTitle(), QStringLiteral("Density (SPH)"));
         QCOMPARE(c.pointLabels(), (QVector<QString>{"12.5", "17.5", "22.5"}));
         QCOMPARE(c.series().at(0).legend, QStringLiteral("FD"));
@@ -75,7 +75,7 @@ private slots:
                         "-o", "c.pdf"}).code,
                  0);
         const ChartData &c = m_written.first().second.first();
-        QCOMPARE(c.ChartTopTitle(), QStringLiteral("R1 (2000): Gross Total Volume"));
+        QCOMPARE(c.ChartTopTitle(), QStringLiteral("R1 (Standing, 2000): Gross Total Volume"));
         QCOMPARE(c.ChartYAxisMax(), 500.0);
         QCOMPARE(c.ChartGrid(), qint16(3));
         QCOMPARE(c.ChartScreenStyle(), qint16(0));
@@ -93,7 +93,7 @@ private slots:
         QCOMPARE(m_written.size(), 1);
         const ChartData &c = m_written.first().second.first();
         QCOMPARE(c.kind(), ChartData::Kind::TimeLines);
-        QCOMPARE(c.ChartTopTitle(), QStringLiteral("R1: Gross Total Volume by Species"));
+        QCOMPARE(c.ChartTopTitle(), QStringLiteral("R1 (Standing): Gross Total Volume by Species"));
         QCOMPARE(c.ChartLeftTitle(), QStringLiteral("GTV (cu.m/ha)"));
         QCOMPARE(c.ChartBottomTitle(), QStringLiteral("Calendar Year"));
         QCOMPARE(c.series().last().legend, QStringLiteral("Total"));
@@ -115,11 +115,11 @@ private slots:
         QTest::addColumn<QStringList>("paths");
         QTest::addColumn<QStringList>("titles");
         QTest::newRow("all years to a PDF") << QStringList() << "c.pdf" << QStringList{"c.pdf"}
-                                            << QStringList{"R1 (2000): Density", "R1 (2010): Density", "R1 (2020): Density"};
+                                            << QStringList{"R1 (Standing, 2000): Density", "R1 (Standing, 2010): Density", "R1 (Standing, 2020): Density"};
         QTest::newRow("years to a PDF") << QStringList{"--years", "2020,2000"} << "c.pdf" << QStringList{"c.pdf"}
-                                        << QStringList{"R1 (2000): Density", "R1 (2020): Density"};
+                                        << QStringList{"R1 (Standing, 2000): Density", "R1 (Standing, 2020): Density"};
         QTest::newRow("cycles to PNG files") << QStringList{"--cycles", "1,2"} << "out/c.png" << QStringList{"out/c-2000.png", "out/c-2010.png"}
-                                             << QStringList{"R1 (2000): Density", "R1 (2010): Density"};
+                                             << QStringList{"R1 (Standing, 2000): Density", "R1 (Standing, 2010): Density"};
     }
     void severalYears()
     {
@@ -176,7 +176,7 @@ private slots:
         QVERIFY(text.waitForFinished());
         const QStringList pages = QString::fromUtf8(text.readAllStandardOutput()).split(QLatin1Char('\f'));
         for (int i = 0; i < 3; ++i)
-            QVERIFY2(pages.value(i).contains(QStringLiteral("R1 (%1): Gross Total Volume").arg(2000 + 10 * i)), qPrintable(pages.value(i)));
+            QVERIFY2(pages.value(i).contains(QStringLiteral("R1 (Standing, %1): Gross Total Volume").arg(2000 + 10 * i)), qPrintable(pages.value(i)));
     }
 };
 

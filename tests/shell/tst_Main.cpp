@@ -38,6 +38,8 @@ void prepare(GuiBench &b)
 {
     b.openDatabase();
     b.addListedRun(QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("one"));
+    // Listed first, as the list sorts: a start with R1 must still open the standing run.
+    b.addListedRun(QStringLiteral("R1"), QStringLiteral("H"), QStringLiteral("one"));
     b.addRun(QStringLiteral("R2"), QStringLiteral("S"), QStringLiteral("two"));
     b.tm.DBEngine.CloseDB();
     b.store.SaveSetting(kSectionCommon, QStringLiteral("DataDir"), b.folder());
@@ -74,7 +76,7 @@ private slots:
         QVERIFY(!b.tm.RunOnCommandLine);
         frmMarquel *m = f.frame->Marquel;
         QVERIFY(m && m->isVisible());
-        QCOMPARE(m->lstRuns->count(), 2);
+        QCOMPARE(m->lstRuns->count(), 3);
         QVERIFY(reportWindows(*f.frame).isEmpty());
     }
 
@@ -93,11 +95,11 @@ private slots:
         QVERIFY(f.frame->isVisible());
         QVERIFY(f.frame->windowState() & Qt::WindowMaximized);
         frmMarquel *m = f.frame->Marquel;
-        QCOMPARE(m->RunEntries(), QStringList{QStringLiteral("R1:Standing\tone")});
+        QCOMPARE(m->RunEntries(), (QStringList{QStringLiteral("R1:Harvested\tone"), QStringLiteral("R1:Standing\tone")}));
         QVERIFY(m->chkSS->isChecked() && !m->chkStandLevels->isChecked());
         const QList<QWidget *> windows = reportWindows(*f.frame);
         QCOMPARE(windows.size(), 1);
-        QCOMPARE(windows[0]->windowTitle(), QStringLiteral("Stand & Stock Tables: R1"));
+        QCOMPARE(windows[0]->windowTitle(), QStringLiteral("Stand & Stock Tables: R1 (Standing)"));
         QCOMPARE(f.frame->LeftForm().data(), windows[0]);
         QVERIFY(!f.frame->RightForm());
         QCOMPARE(f.frame->SubWindowOf(windows[0])->pos(), QPoint(0, 0));

@@ -7,6 +7,7 @@
 #include "shell/GuiQuestions.h"
 #include "shell/RevealPicture.h"
 #include "shell/frmKD_About.h"
+#include "windows/common/ChildFrame.h"
 #include "windows/common/ChildMenus.h"
 #include "windows/common/ShowHelp.h"
 #include "windows/common/frmBusyMessage.h"
@@ -17,6 +18,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QTextBrowser>
 
@@ -186,28 +188,95 @@ private slots:
         QCOMPARE(right->pos(), QPoint(0, area.bottom() - right->height() + 1));
     }
 
-    // Two windows of a report's size side by side reach past a frame of 1024x720: the work area
-    // scrolls to the right-hand one.
-    void workAreaScrollsToWindowsPastTheFrame()
+    // New and arranged windows stay inside the work area of a frame of 1024x720: no larger than
+    // the room from their place to its edges, a form larger than its window scrolling inside it;
+    // a maximised window stays maximised where it is.
+    void windowsFitTheWorkArea()
     {
         GuiBench b;
         frmSendrel frame(b.tm);
         frame.resize(1024, 720);
         frame.show();
         QVERIFY(QTest::qWaitForWindowExposed(&frame));
-        auto *area = frame.findChild<QMdiArea *>(QStringLiteral("mdiArea"));
+        const QRect area = frame.mdiArea()->viewport()->rect();
+        auto *big = new QWidget;
+        big->setMinimumSize(1400, 900);
+        big->resize(1400, 900);
+        QMdiSubWindow *bigSub = frame.AddChildWindow(big);
+        bigSub->show();
+        QApplication::processEvents();
+        QVERIFY(area.contains(bigSub->geometry()));
+        auto *scroll = bigSub->findChild<QScrollArea *>(QStringLiteral("childScroll"));
+        QVERIFY(scroll && scroll->horizontalScrollBar()->maximum() > 0 && scroll->verticalScrollBar()->maximum() > 0);
+        QCOMPARE(FormOf(bigSub), big);
+        QCOMPARE(frame.SubWindowOf(big), bigSub);
+
         QMdiSubWindow *left = addPlain(frame, QPoint(0, 0));
         QMdiSubWindow *right = addPlain(frame, QPoint(0, 0));
         left->resize(700, 500);
         right->resize(700, 500);
-        frame.LeftForm() = left->widget();
-        frame.RightForm() = right->widget();
+        frame.LeftForm() = FormOf(left);
+        frame.RightForm() = FormOf(right);
         frame.ArrangeWindows();
+        QCOMPARE(right->pos(), QPoint(area.width() / 2, 0));
+        QCOMPARE(left->pos(), QPoint(0, 0));
+        QVERIFY(area.contains(left->geometry()) && area.contains(right->geometry()));
+        QCOMPARE(left->size(), QSize(area.width() / 2, 500));
+        QVERIFY(!left->geometry().intersects(right->geometry()));
+
+        right->showMaximized();
+        frame.ArrangeWindows();
+        QVERIFY(right->isMaximized());
+        QCOMPARE(right->pos(), QPoint(0, 0));
+    }
+
+    // A form that closes by itself takes its sub-window along: no empty window stays.
+    void aFormClosedByItselfTakesItsWindow()
+    {
+        GuiBench b;
+        frmSendrel frame(b.tm);
+        frame.show();
+        auto *form = new QWidget;
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        frame.AddChildWindow(form)->show();
+        form->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QApplication::processEvents();
-        QVERIFY(area->horizontalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
-        QVERIFY(area->verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
-        QVERIFY(area->horizontalScrollBar()->isVisible());
-        QVERIFY(area->viewport()->width() + area->horizontalScrollBar()->maximum() >= right->geometry().right() + 1);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(frame.mdiArea()->subWindowList().isEmpty());
+    }
+
+    // The Window menu ends in the windows shown, by their captions, the active one checked; a
+    // pick brings that window to the front.
+    void windowMenuListsTheOpenWindows()
+    {
+        GuiBench b;
+        frmSendrel frame(b.tm);
+        frame.show();
+        QMdiSubWindow *alpha = addPlain(frame, QPoint(0, 0));
+        QMdiSubWindow *gamma = addPlain(frame, QPoint(20, 20));
+        addPlain(frame, QPoint(40, 40))->hide();
+        FormOf(alpha)->setWindowTitle(QStringLiteral("Alpha"));
+        FormOf(gamma)->setWindowTitle(QStringLiteral("Gamma & co"));
+        QCOMPARE(gamma->windowTitle(), QStringLiteral("Gamma & co"));
+        frame.mdiArea()->setActiveSubWindow(gamma);
+        auto *menu = frame.findChild<QMenu *>(QStringLiteral("mnu_Window"));
+        auto entries = [menu] {
+            emit menu->aboutToShow();
+            QStringList texts;
+            for (QAction *a : menu->actions()) {
+                if (a->objectName().startsWith(QLatin1String("mnuWindowEntry")))
+                    texts << a->text() + (a->isChecked() ? QStringLiteral(" *") : QString());
+            }
+            return texts;
+        };
+        entries();
+        QCOMPARE(entries(), (QStringList{QStringLiteral("&1 Alpha"), QStringLiteral("&2 Gamma && co *")}));
+        QAction *first = nullptr;
+        for (QAction *a : menu->actions())
+            first = first ? first : (a->objectName() == QLatin1String("mnuWindowEntry1") ? a : nullptr);
+        first->trigger();
+        QCOMPARE(frame.mdiArea()->activeSubWindow(), alpha);
     }
 
     // A failure inside the folder check is shown with the frame's tag and ends the program.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/TreeModel.h"
-#include "base/ScriptedQuestions.h"
+#include "support/ScriptedQuestions.h"
 #include "base/SettingsStore.h"
 #include "store/RunStore.h"
 

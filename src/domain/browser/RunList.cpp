@@ -52,4 +52,13 @@ QStringList RunListEntries(RunStore &db, const std::optional<QString> &onlyRunId
     return entries;
 }
 
+int FirstStandingEntry(const QStringList &entries)
+{
+    for (int i = 0; i < entries.size(); ++i) {
+        if (SplitRunEntry(entries[i]).kind() == RunKind::Standing)
+            return i;
+    }
+    return 0;
+}
+
 }  // namespace sendrel

@@ -26,6 +26,8 @@ struct RunEntry {
 
 QString MakeRunEntry(const RunKey &run, const QString &description);
 RunEntry SplitRunEntry(const QString &entry);
+// The position of the first standing run among list entries; 0 when there is none.
+int FirstStandingEntry(const QStringList &entries);
 
 // The rows of the run list, sorted as text as the list control sorts them: every run of the
 // variant, or with a run named on the command line only the runs of that Run Id.

@@ -239,21 +239,21 @@ StandLevelsState CalcStandLevelsReport(RunStore &db, UserQuestions &questions, c
     }
 }
 
-StandLevelsTitles StandLevelsChartTitles(const Settings &settings, StandLevelsStatistic statistic, const QString &runId)
+StandLevelsTitles StandLevelsChartTitles(const Settings &settings, StandLevelsStatistic statistic, const QString &runName)
 {
     switch (statistic) {
     case StandLevelsStatistic::Sph:
-        return {runId + QStringLiteral(": Density by Species"), settings.StandLevels_Sph_LeftTitle, settings.StandLevels_Sph_BottomTitle};
+        return {runName + QStringLiteral(": Density by Species"), settings.StandLevels_Sph_LeftTitle, settings.StandLevels_Sph_BottomTitle};
     case StandLevelsStatistic::BasalArea:
-        return {runId + QStringLiteral(": Basal Area by Species"), settings.StandLevels_BasalArea_LeftTitle,
+        return {runName + QStringLiteral(": Basal Area by Species"), settings.StandLevels_BasalArea_LeftTitle,
                 settings.StandLevels_BasalArea_BottomTitle};
     case StandLevelsStatistic::MerchVol:
-        return {runId + QStringLiteral(": Gross Total Volume by Species"), settings.StandLevels_MerchVol_LeftTitle,
+        return {runName + QStringLiteral(": Gross Total Volume by Species"), settings.StandLevels_MerchVol_LeftTitle,
                 settings.StandLevels_MerchVol_BottomTitle};
     case StandLevelsStatistic::TotalVol:
         break;
     }
-    return {runId + QStringLiteral(": Total Volume by Species"), settings.StandLevels_TotalVol_LeftTitle,
+    return {runName + QStringLiteral(": Total Volume by Species"), settings.StandLevels_TotalVol_LeftTitle,
             settings.StandLevels_TotalVol_BottomTitle};
 }
 

@@ -101,14 +101,15 @@ StandLevelsState FillStandLevelsCharts(const RunStore &db, const StandLevelsSums
 StandLevelsState CalcStandLevelsReport(RunStore &db, UserQuestions &questions, const QString &This_RunId,
                                        const QString &This_SorH, const StandLevelsCharts &charts);
 
-// The titles that the run browser gives each chart: Run Id and ": Density by Species" (and the
-// others) on top, the left and bottom titles of the settings.
+// The titles that the run browser gives each chart: the run's name and ": Density by Species"
+// (and the others) on top, the left and bottom titles of the settings. Charts name the run with
+// its kind (RunKey::captionName); a report's default title names the Run Id alone.
 struct StandLevelsTitles {
     QString top;
     QString left;
     QString bottom;
 };
-StandLevelsTitles StandLevelsChartTitles(const Settings &settings, StandLevelsStatistic statistic, const QString &runId);
+StandLevelsTitles StandLevelsChartTitles(const Settings &settings, StandLevelsStatistic statistic, const QString &runName);
 // The statistic that the settings choose first: SPH, basal area, GTV, else total volume.
 StandLevelsStatistic DefaultStandLevelsStatistic(const Settings &settings);
 

@@ -287,9 +287,10 @@ SampleListCounts WriteSampleTreeLists(const SampleStandOptions &o, QIODevice &st
             for (size_t i = 0; i < trees.size(); ++i) {
                 const double share = trees[i].dbh < limit ? 0.6 : (random.uniform() < 0.2 ? 0.25 : 0.0);
                 removed[i] = trees[i].tph * share;
-                trees[i].tph -= removed[i];
             }
         }
+        // The standing list is the stand before the harvest of its cycle: the harvested trees
+        // leave it only after both lists of the cycle are written.
         writeHeader(standing, line, o, cycle);
         writeHeader(harvested, line, o, cycle);
         for (size_t i = 0; i < trees.size(); ++i) {
@@ -298,6 +299,7 @@ SampleListCounts WriteSampleTreeLists(const SampleStandOptions &o, QIODevice &st
             if (removed[i] > 0.0) {
                 writeTree(harvested, line, trees[i], removed[i], cycle);
                 ++counts.harvestedRecords;
+                trees[i].tph -= removed[i];
             }
         }
         ++counts.cycles;

@@ -10,7 +10,9 @@ namespace sendrel {
 
 // Writes made-up tree lists in the growth model's format: a mixed stand (Douglas-fir, lodgepole
 // pine, spruce, subalpine fir, cedar, hemlock and a few others) grown cycle by cycle, thinned
-// from below once, with the standing list and the harvested list of the same run. The same
+// from below once, with the standing list (each cycle's stand before its harvest, as the growth
+// model writes it) and the harvested list of the same run. There is no ingrowth: a cycle's stems
+// are the previous cycle's after its harvest, less mortality. The same
 // options and seed always give the same bytes. For tests, benchmarks and the sample data of an
 // installation.
 struct SampleStandOptions {

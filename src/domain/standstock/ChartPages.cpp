@@ -26,8 +26,8 @@ ChartPage CompileChartPage(RunStore &db, const Settings &settings, StandStockDat
     ChartPage page;
     page.yearText = ChartYearText(request.entry);
     data.CalcReport(db, request.run, ToInt16(request.entry.cycle));
-    page.titles = ChartWindowTitles(settings, request.density, request.run.runId, page.yearText);
-    page.caption = ChartWindowCaption(settings, request.density, request.run.runId, page.yearText);
+    page.titles = ChartWindowTitles(settings, request.density, request.run, page.yearText);
+    page.caption = ChartWindowCaption(settings, request.density, request.run, page.yearText);
     return page;
 }
 

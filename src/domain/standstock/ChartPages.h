@@ -35,8 +35,8 @@ struct ChartPageRequest {
 
 struct ChartPage {
     QString yearText;
-    ClassChartTitles titles;   // top: Run Id, " (", year, "): " and the settings' top title
-    QString caption;           // the settings' top title, ": ", Run Id, " (", year, ")"
+    ClassChartTitles titles;   // top: Run Id, kind and year, ": " and the settings' top title
+    QString caption;           // the settings' top title, ": ", Run Id, kind and year
     ClassChartMaxima maxima;   // MaxDensity and MaxMerchVol of the page
 };
 

@@ -17,18 +17,22 @@ ClassChartTitles SampleChartTitles(bool density)
     return {QStringLiteral("Stock Table"), QStringLiteral("GTV (cu.m/ha)"), QStringLiteral("DBH Class (cm)")};
 }
 
-ClassChartTitles ChartWindowTitles(const Settings &settings, bool density, const QString &runId, const QString &yearText)
+ClassChartTitles ChartWindowTitles(const Settings &settings, bool density, const RunKey &run, const QString &yearText)
 {
     const QString &top = density ? settings.DensityTopTitle : settings.MerchVolTopTitle;
-    return {runId + QStringLiteral(" (") + yearText + QStringLiteral("): ") + top,
-            density ? settings.DensityLeftTitle : settings.MerchVolLeftTitle,
+    return {ChartRunYear(run, yearText) + QStringLiteral(": ") + top, density ? settings.DensityLeftTitle : settings.MerchVolLeftTitle,
             density ? settings.DensityBottomTitle : settings.MerchVolBottomTitle};
 }
 
-QString ChartWindowCaption(const Settings &settings, bool density, const QString &runId, const QString &yearText)
+QString ChartWindowCaption(const Settings &settings, bool density, const RunKey &run, const QString &yearText)
 {
     const QString &top = density ? settings.DensityTopTitle : settings.MerchVolTopTitle;
-    return top + QStringLiteral(": ") + runId + QStringLiteral(" (") + yearText + QStringLiteral(")");
+    return top + QStringLiteral(": ") + ChartRunYear(run, yearText);
+}
+
+QString ChartRunYear(const RunKey &run, const QString &yearText)
+{
+    return run.runId + QStringLiteral(" (") + run.word() + QStringLiteral(", ") + yearText + QLatin1Char(')');
 }
 
 void SetTitles(ChartData &chart, const ClassChartTitles &titles)

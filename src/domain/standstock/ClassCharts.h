@@ -25,11 +25,13 @@ struct ClassChartTitles {
 // The sample charts' own titles: "Stand Table" / "Stock Table" over "Density (SPH)" or
 // "GTV (cu.m/ha)" and "DBH Class (cm)".
 ClassChartTitles SampleChartTitles(bool density);
-// A chart window's titles for one year: Run Id, " (", year, "): " and the top title of the
-// settings; left and bottom titles from the settings.
-ClassChartTitles ChartWindowTitles(const Settings &settings, bool density, const QString &runId, const QString &yearText);
-// A chart window's caption: the settings' top title, ": ", Run Id, " (", year, ")".
-QString ChartWindowCaption(const Settings &settings, bool density, const QString &runId, const QString &yearText);
+// A chart window's titles for one year: the run and year (ChartRunYear), ": " and the top title
+// of the settings; left and bottom titles from the settings.
+ClassChartTitles ChartWindowTitles(const Settings &settings, bool density, const RunKey &run, const QString &yearText);
+// A chart window's caption: the settings' top title, ": ", the run and year (ChartRunYear).
+QString ChartWindowCaption(const Settings &settings, bool density, const RunKey &run, const QString &yearText);
+// "Run Id (Standing, 2020)": the kind is named, since both kinds of a Run Id have charts.
+QString ChartRunYear(const RunKey &run, const QString &yearText);
 void SetTitles(ChartData &chart, const ClassChartTitles &titles);
 
 // The largest single cell on each chart: the axis follows it, not a sum over species.

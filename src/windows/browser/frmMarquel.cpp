@@ -10,6 +10,7 @@
 #include "windows/browser/FrameReportHost.h"
 #include "windows/common/FrameHost.h"
 #include "windows/common/RunListDelegate.h"
+#include "windows/common/WindowMenu.h"
 #include "windows/composition/frmStandLevels.h"
 #include "windows/import/frmDeleteRuns.h"
 #include "windows/standstock/frmParameters.h"
@@ -186,6 +187,7 @@ void frmMarquel::buildMenus()
             &QAction::triggered, this, [this] { m_frame.Arrange(kArrangeTileVertical); });
     connect(addItem(mnu_Window, QStringLiteral("mnu_Window_ArrangeIcons"), QStringLiteral("&Arrange Icons")), &QAction::triggered,
             this, [this] { m_frame.Arrange(kArrangeIcons); });
+    ListOpenWindows(mnu_Window, m_frame);
 
     mnu_Help = addMenu(QStringLiteral("mnu_Help"), QStringLiteral("&Help"));
     connect(addItem(mnu_Help, QStringLiteral("mnu_Help_Contents"), QStringLiteral("&Contents")), &QAction::triggered, this,
@@ -213,9 +215,10 @@ void frmMarquel::Form_Load()
     try {
         UpdateRunList();
         if (lstRuns->count() > 0) {
-            // Making the first row current counts as a click on it.
+            // Making the first row current counts as a click on it. Started with a run, its
+            // standing list comes first: that is the stand a report of the run is about.
             m_programSelecting = true;
-            lstRuns->setCurrentRow(0, QItemSelectionModel::NoUpdate);
+            lstRuns->setCurrentRow(m_tm.RunOnCommandLine ? FirstStandingEntry(RunEntries()) : 0, QItemSelectionModel::NoUpdate);
             m_programSelecting = false;
             lstRuns_Click();
         }
@@ -284,18 +287,13 @@ void frmMarquel::lstRuns_Click()
         return;
     InListClick = true;
     try {
-        qint16 limit = 2;
+        // With two report windows open no report can be asked for (the boxes stay unchecked),
+        // but a stand summary, which is no report window, can: one run may be picked for it.
+        qint16 limit = 1;
         if (NumOpenWindows == 0)
             limit = chkSS->isChecked() && chkStandLevels->isChecked() ? 1 : 2;
-        else if (NumOpenWindows == 1)
-            limit = 1;
-        else
-            limit = 0;
 
-        if (limit == 0) {
-            SelectedRuns = {{-1, -1}};
-            SelectedItems = 0;
-        } else if (const int c = lstRuns->currentRow(); c >= 0) {
+        if (const int c = lstRuns->currentRow(); c >= 0) {
             if (SelectedItems > limit)
                 SelectedItems = limit;
             int at = -1;
@@ -440,7 +438,7 @@ QWidget *frmMarquel::OpenStandStockWindow(int position)
     window->This_SorH = KindLetter(run.kind());
     window->UpdateHeaderList();
     window->ChooseDensity(true);
-    window->setWindowTitle(QStringLiteral("Stand & Stock Tables: ") + run.runId);
+    window->setWindowTitle(QStringLiteral("Stand & Stock Tables: ") + run.key().captionName());
     window->PlotClick();
     if (QMdiSubWindow *sub = m_frame.SubWindowOf(window))
         sub->show();
@@ -461,11 +459,11 @@ QWidget *frmMarquel::OpenStandLevelsWindow(int position)
     window->This_SorH = KindLetter(run.kind());
     window->This_RunDesc = run.description;
     window->CalcStandLevelsReport();
-    window->setWindowTitle(QStringLiteral("Species Composition through time: ") + run.runId);
+    window->setWindowTitle(QStringLiteral("Species Composition through time: ") + run.key().captionName());
     const Settings &settings = m_tm.settings;
     for (StandLevelsStatistic s : {StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea, StandLevelsStatistic::MerchVol,
                                    StandLevelsStatistic::TotalVol})
-        window->SetTitles(s, StandLevelsChartTitles(settings, s, run.runId));
+        window->SetTitles(s, StandLevelsChartTitles(settings, s, run.key().captionName()));
     window->SetPrintOptions(settings.PrintTo_Printer, settings.PrintAs_Colour);
     window->SetGrids(settings.VerticalGrid, settings.HorizontalGrid);
     window->ChooseStatistic(DefaultStandLevelsStatistic(settings));

@@ -1,12 +1,12 @@
 #include "windows/common/ChildWindow.h"
 
-#include <QMdiSubWindow>
+#include "windows/common/ChildFrame.h"
 
 namespace sendrel {
 
 void CloseChildWindow(QWidget *form)
 {
-    if (auto *sub = qobject_cast<QMdiSubWindow *>(form->parentWidget()))
+    if (QMdiSubWindow *sub = HoldingSubWindow(form))
         sub->close();
     else
         form->close();

@@ -18,10 +18,11 @@ QString headOf(const QString &text)
     return tab < 0 ? text : text.left(tab);
 }
 
+// The description, on one line: a description may hold line breaks.
 QString tailOf(const QString &text)
 {
     const qsizetype tab = text.indexOf(QLatin1Char('\t'));
-    return tab < 0 ? QString() : text.mid(tab + 1);
+    return tab < 0 ? QString() : text.mid(tab + 1).simplified();
 }
 
 }  // namespace
@@ -47,6 +48,11 @@ void RunListDelegate::UpdateTabStop()
     for (int i = 0; i < m_list->count(); ++i)
         widest = std::max(widest, fm.horizontalAdvance(headOf(m_list->item(i)->text())));
     m_tabStop = std::max(BaseTabStop(), widest + fm.horizontalAdvance(QStringLiteral("MM")));
+    // A description longer than the list is wide ends in "..." there; its tip shows it whole.
+    for (int i = 0; i < m_list->count(); ++i) {
+        QListWidgetItem *item = m_list->item(i);
+        item->setToolTip(DescriptionOf(item->text()));
+    }
     m_list->viewport()->update();
 }
 
@@ -70,16 +76,23 @@ void RunListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     painter->drawText(head, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                       opt.fontMetrics.elidedText(headOf(text), Qt::ElideRight, head.width()));
     const QRect tail(r.left() + m_tabStop, r.top(), std::max(0, r.width() - m_tabStop), r.height());
-    painter->drawText(tail, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, tailOf(text));
+    painter->drawText(tail, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                      opt.fontMetrics.elidedText(tailOf(text), Qt::ElideRight, tail.width()));
     painter->restore();
 }
 
 QSize RunListDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
+    // As wide as the heads: the description takes the room the list has and is elided in it,
+    // so that no row pushes a scroll bar out.
     QSize size = QStyledItemDelegate::sizeHint(option, index);
-    const QString text = index.data(Qt::DisplayRole).toString();
-    size.setWidth(kTextMargin * 2 + m_tabStop + option.fontMetrics.horizontalAdvance(tailOf(text)));
+    size.setWidth(kTextMargin * 2 + m_tabStop);
     return size;
+}
+
+QString RunListDelegate::DescriptionOf(const QString &entry)
+{
+    return tailOf(entry);
 }
 
 }  // namespace sendrel

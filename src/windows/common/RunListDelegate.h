@@ -7,7 +7,8 @@ class QListWidget;
 namespace sendrel {
 
 // Draws a run list row ("Run Id:Standing", a tab, the description) with the description at a
-// tab stop, so that the descriptions of all rows stand in one column.
+// tab stop, so that the descriptions of all rows stand in one column; a description too long for
+// the list ends in "...", and the row's tip shows it whole.
 class RunListDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
@@ -24,6 +25,8 @@ public:
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     static constexpr int kTabStopDialogUnits = 105;
+    // The description of a row, on one line.
+    static QString DescriptionOf(const QString &entry);
 
 private:
     QListWidget *m_list;

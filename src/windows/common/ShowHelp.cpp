@@ -32,13 +32,15 @@ frmHelp *HelpWindow()
     return helpWindowRef().data();
 }
 
-bool ShowHelp(int command, const QString &helpFile, int topic)
+namespace {
+
+// The help window on the folder of a help file, with the modality that the moment asks for;
+// nullptr when the folder holds no contents page.
+frmHelp *preparedHelpWindow(const QString &helpFile)
 {
-    if (command < HelpDefault || command > HelpContentsAndTopic)
-        return false;
     const QString folder = HelpFolderOf(helpFile);
     if (!QFileInfo::exists(folder + QStringLiteral("/index.html")))
-        return false;
+        return nullptr;
     QPointer<frmHelp> &window = helpWindowRef();
     if (!window) {
         window = new frmHelp;
@@ -55,6 +57,25 @@ bool ShowHelp(int command, const QString &helpFile, int topic)
         window->setWindowModality(modality);
     }
     window->SetHelpFolder(folder);
+    return window;
+}
+
+void bringUp(frmHelp *window)
+{
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+}  // namespace
+
+bool ShowHelp(int command, const QString &helpFile, int topic)
+{
+    if (command < HelpDefault || command > HelpContentsAndTopic)
+        return false;
+    frmHelp *window = preparedHelpWindow(helpFile);
+    if (!window)
+        return false;
     switch (command) {
     case HelpDefault:
     case HelpContents:
@@ -70,9 +91,18 @@ bool ShowHelp(int command, const QString &helpFile, int topic)
             window->ShowTopic(topic);
         break;
     }
-    window->show();
-    window->raise();
-    window->activateWindow();
+    bringUp(window);
+    return true;
+}
+
+bool ShowHelpPage(const QString &helpFile, const QString &page)
+{
+    frmHelp *window = preparedHelpWindow(helpFile);
+    if (!window)
+        return false;
+    window->ShowContents();
+    window->ShowPage(page);
+    bringUp(window);
     return true;
 }
 

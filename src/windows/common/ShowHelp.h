@@ -15,6 +15,10 @@ enum HelpCommand { HelpDefault = 0, HelpContents = 1, HelpIndex = 2, HelpSearch 
 // command is unknown or the help cannot be shown; callers may ignore it.
 bool ShowHelp(int command, const QString &helpFile, int topic);
 
+// The contents, then a page of the help by its file name ("delete.html"): for windows whose
+// page has no topic number. False when the help cannot be shown.
+bool ShowHelpPage(const QString &helpFile, const QString &page);
+
 // The folder of the topic pages for a help file path.
 QString HelpFolderOf(const QString &helpFile);
 

@@ -66,7 +66,12 @@ void frmHelp::ShowContents()
 
 bool frmHelp::ShowTopic(int topic)
 {
-    const QString page = QDir(m_folder).filePath(QString::number(topic) + QStringLiteral(".html"));
+    return ShowPage(QString::number(topic) + QStringLiteral(".html"));
+}
+
+bool frmHelp::ShowPage(const QString &name)
+{
+    const QString page = QDir(m_folder).filePath(name);
     if (!QFileInfo::exists(page))
         return false;
     txtTopic->setSource(QUrl::fromLocalFile(page));

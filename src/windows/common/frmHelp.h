@@ -22,6 +22,8 @@ public:
     void ShowContents();
     // False when there is no page for the topic; the page shown stays.
     bool ShowTopic(int topic);
+    // A page of the folder by its file name ("delete.html"); false when there is none.
+    bool ShowPage(const QString &name);
     // The contents with the search box ready; an empty query lists nothing.
     void ShowSearch(const QString &query = QString());
 

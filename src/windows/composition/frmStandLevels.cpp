@@ -10,10 +10,12 @@
 #include "graph/Graph.h"
 #include "windows/common/ChildWindow.h"
 #include "windows/common/ReportWindowHost.h"
+#include "windows/output/ChartPrinting.h"
 #include "windows/output/frmReport.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QPrinter>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -75,13 +77,14 @@ template <typename F> void frmStandLevels::handled(F &&handler)
 }
 
 frmStandLevels::frmStandLevels(TreeModel &tm, ReportWindowHost &host, QWidget *parent)
-    : QWidget(parent), m_tm(tm), m_host(host)
+    : QWidget(parent), m_tm(tm), m_host(host), m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
 {
     initialise();
 }
 
 frmStandLevels::frmStandLevels(TreeModel &tm, std::unique_ptr<ReportWindowHost> host, QWidget *parent)
-    : QWidget(parent), m_tm(tm), m_ownHost(std::move(host)), m_host(*m_ownHost)
+    : QWidget(parent), m_tm(tm), m_ownHost(std::move(host)), m_host(*m_ownHost),
+      m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
 {
     initialise();
 }
@@ -268,12 +271,6 @@ void frmStandLevels::setPointer(int pointer)
     m_host.SetMousePointer(pointer);
 }
 
-void frmStandLevels::setPrinter(QPrinter *printer)
-{
-    for (Graph *g : m_charts)
-        g->setPrinter(printer);
-}
-
 void frmStandLevels::CalcStandLevelsReport()
 {
     StandLevelsCharts charts;
@@ -314,6 +311,11 @@ void frmStandLevels::ChooseStatistic(StandLevelsStatistic statistic)
         m_options[chosen]->setChecked(true);   // comes back here through toggled
         return;
     }
+    // Each statistic keeps its own Y axis maximum: the box shows the chosen one's.
+    if (m_yAxisStatistic >= 0)
+        m_yAxisMax[m_yAxisStatistic] = txtYAxisMax->text();
+    txtYAxisMax->setText(m_yAxisMax[chosen]);
+    m_yAxisStatistic = chosen;
     // Nothing is computed again: all four charts were filled together.
     for (int k = 0; k < kStandLevelsCharts; ++k) {
         for (QLineEdit *box : m_titleBoxes[k])
@@ -333,10 +335,12 @@ StandLevelsStatistic frmStandLevels::SelectedStatistic() const
 
 void frmStandLevels::cmdApply_Click()
 {
-    // One box governs all four charts, each within its own data.
+    // The box is the chosen statistic's maximum; each chart keeps its own, within its own data
+    // (a maximum for stems would flatten the basal area).
+    m_yAxisMax[static_cast<int>(SelectedStatistic())] = txtYAxisMax->text();
     for (StandLevelsStatistic s : {StandLevelsStatistic::TotalVol, StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea,
                                    StandLevelsStatistic::MerchVol})
-        ApplyYAxisRule(*Chart(s), State.maximum(s), txtYAxisMax->text());
+        ApplyYAxisRule(*Chart(s), State.maximum(s), m_yAxisMax[static_cast<int>(s)]);
     for (Graph *g : m_charts) {
         if (g->Visible())
             g->ChartDraw(2);
@@ -357,9 +361,9 @@ void frmStandLevels::cmdPrint_Click()
     Graph *g = Chart(SelectedStatistic());
     const bool colour = optColour->isChecked();
     if (optPrinter->isChecked()) {
-        g->ChartPrintStyle(colour ? 3 : 2);
-        g->ChartDraw(5);
-        g->ChartDraw(2);
+        const QString subject = QStringLiteral("Species_") + QLatin1String(kStatistics[static_cast<int>(SelectedStatistic())].name);
+        PrintChartThroughDialog(m_tm.questions, *m_printer, *g, colour ? 3 : 2,
+                                ChartPrintFile(m_tm.ReportFolder(), This_RunId, KindWord(KindOfText(This_SorH)), subject));
     } else {
         // The copy may be black and white; the screen returns to colour.
         g->ChartScreenStyle(colour ? 1 : 0);

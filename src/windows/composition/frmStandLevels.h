@@ -25,7 +25,7 @@ class ReportWindowHost;
 class frmReport;
 
 // "Species Composition through time" of one run and kind: four charts over calendar years, of
-// which the one of the chosen statistic shows, their titles, a Y axis maximum for all of them,
+// which the one of the chosen statistic shows, their titles, a Y axis maximum for each of them,
 // grids, printing or copying of the shown chart, and the report of the chosen statistic. One
 // instance per open window; constructing it is its load step, closing it its unload step.
 class frmStandLevels : public QWidget {
@@ -66,8 +66,6 @@ public:
     StandLevelsStatistic SelectedStatistic() const;
     Graph *Chart(StandLevelsStatistic statistic) const { return m_charts[static_cast<int>(statistic)]; }
 
-    // Where "Print" prints to the printer; not owned. Tests give a PDF printer here.
-    void setPrinter(QPrinter *printer);
     // How the report viewer is put on screen: modally by default. Tests answer it here.
     std::function<void(frmReport &viewer)> ShowReportViewer;
 
@@ -111,6 +109,11 @@ private:
     QPushButton *cmdExport = nullptr;
     QPushButton *cmdOK = nullptr;
     QPushButton *cmdHelp = nullptr;
+
+    // The Y axis maximum typed for each statistic, and the statistic whose maximum the box shows.
+    std::array<QString, kStandLevelsCharts> m_yAxisMax{};
+    int m_yAxisStatistic = -1;
+    std::unique_ptr<QPrinter> m_printer;
 
     bool m_loaded = false;
     bool m_unloaded = false;

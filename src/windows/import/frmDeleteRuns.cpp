@@ -4,11 +4,13 @@
 #include "base/SendrelError.h"
 #include "base/UserQuestions.h"
 #include "windows/common/RunListDelegate.h"
+#include "windows/common/ShowHelp.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace sendrel {
@@ -33,13 +35,16 @@ frmDeleteRuns::frmDeleteRuns(TreeModel &tm, QWidget *parent)
     cmdDelete->setObjectName(QStringLiteral("cmdDelete"));
     cmdCancel = new QPushButton(QStringLiteral("&Cancel"), this);
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    cmdDelete->setAutoDefault(false);
-    cmdCancel->setAutoDefault(false);
+    cmdHelp = new QPushButton(QStringLiteral("&Help"), this);
+    cmdHelp->setObjectName(QStringLiteral("cmdHelp"));
+    for (QPushButton *b : {cmdDelete, cmdCancel, cmdHelp})
+        b->setAutoDefault(false);
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch(1);
     buttons->addWidget(cmdDelete);
     buttons->addWidget(cmdCancel);
+    buttons->addWidget(cmdHelp);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(Frame3, 1);
     layout->addLayout(buttons);
@@ -47,6 +52,10 @@ frmDeleteRuns::frmDeleteRuns(TreeModel &tm, QWidget *parent)
 
     connect(cmdDelete, &QPushButton::clicked, this, &frmDeleteRuns::cmdDelete_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    // Its page has no topic number: the help opens it by name, above this modal window.
+    auto showHelp = [this] { ShowHelpPage(m_tm.settings.HelpFile, QStringLiteral("delete.html")); };
+    connect(cmdHelp, &QPushButton::clicked, this, showHelp);
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, showHelp);
 }
 
 void frmDeleteRuns::ShowModal()

@@ -34,13 +34,13 @@ public:
     // The frame's mouse pointer.
     std::function<void(int pointer)> SetMousePointer;
 
+private:
+    TreeModel &m_tm;
     QGroupBox *Frame3;
     QListWidget *lstRuns;
     QPushButton *cmdDelete;
     QPushButton *cmdCancel;
-
-private:
-    TreeModel &m_tm;
+    QPushButton *cmdHelp;
 };
 
 }  // namespace sendrel

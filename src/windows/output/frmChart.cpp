@@ -5,16 +5,22 @@
 #include "domain/standstock/ClassCharts.h"
 #include "graph/Graph.h"
 #include "windows/common/ChildFrame.h"
+#include "windows/common/ChildWindow.h"
 #include "windows/common/ReportWindowHost.h"
+#include "windows/output/ChartPrinting.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QShortcut>
+#include <QSignalBlocker>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
@@ -37,7 +43,7 @@ template <typename T> T *named(T *w, const char *name)
 }  // namespace
 
 frmChart::frmChart(QWidget *parent)
-    : QWidget(parent)
+    : QWidget(parent), m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
 {
     setObjectName(QStringLiteral("frmChart"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -121,12 +127,21 @@ void frmChart::buildWindow()
         box->addStretch();
     }
 
+    cmdFirst = named(new QPushButton(QStringLiteral("|<"), this), "cmdFirst");
     cmdPrev = named(new QPushButton(QStringLiteral("<"), this), "cmdPrev");
     cmdNext = named(new QPushButton(QStringLiteral(">"), this), "cmdNext");
+    cmdLast = named(new QPushButton(QStringLiteral(">|"), this), "cmdLast");
+    lblPage = named(new QLabel(this), "lblPage");
+    cboYear = named(new QComboBox(this), "cboYear");
+    cboYear->setToolTip(QStringLiteral("Go to year"));
+    cmdFirst->setToolTip(QStringLiteral("First year (Home)"));
+    cmdPrev->setToolTip(QStringLiteral("Previous year (Page Up)"));
+    cmdNext->setToolTip(QStringLiteral("Next year (Page Down)"));
+    cmdLast->setToolTip(QStringLiteral("Last year (End)"));
     cmdPrint = named(new QPushButton(QStringLiteral("Print"), this), "cmdPrint");
     cmdCancel = named(new QPushButton(QStringLiteral("Cancel"), this), "cmdCancel");
     cmdHelp = named(new QPushButton(QStringLiteral("Help"), this), "cmdHelp");
-    for (QPushButton *b : {cmdPrev, cmdNext})
+    for (QPushButton *b : {cmdFirst, cmdPrev, cmdNext, cmdLast})
         b->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("<<<<")) + 16);
 
     // The chart over all the width; below it the titles and the Y axis, then the options and
@@ -140,15 +155,23 @@ void frmChart::buildWindow()
     options->addWidget(fraGrids);
     options->addStretch();
     auto *buttons = new QGridLayout;
-    buttons->addWidget(cmdPrev, 0, 0);
-    buttons->addWidget(cmdNext, 0, 1);
-    buttons->addWidget(cmdPrint, 0, 2);
-    buttons->addWidget(cmdCancel, 1, 0, 1, 2);
-    buttons->addWidget(cmdHelp, 1, 2);
+    buttons->addWidget(cmdPrint, 0, 0);
+    buttons->addWidget(cmdCancel, 1, 0);
+    buttons->addWidget(cmdHelp, 2, 0);
     options->addLayout(buttons);
+    // The paging row under the chart: first, previous, the year and where it stands, next, last.
+    auto *paging = new QHBoxLayout;
+    paging->addWidget(cmdFirst);
+    paging->addWidget(cmdPrev);
+    paging->addWidget(cboYear);
+    paging->addWidget(lblPage);
+    paging->addWidget(cmdNext);
+    paging->addWidget(cmdLast);
+    paging->addStretch();
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(gphDensity, 1);
     layout->addWidget(gphMerchVol, 1);
+    layout->addLayout(paging);
     layout->addLayout(middle);
     layout->addLayout(options);
     // The place of the stand and stock window it stands in for.
@@ -161,8 +184,22 @@ void frmChart::buildWindow()
         connect(box, &QCheckBox::toggled, this, &frmChart::ApplyGrids);
     connect(cmdPrev, &QPushButton::clicked, this, [this] { page(false); });
     connect(cmdNext, &QPushButton::clicked, this, [this] { page(true); });
+    connect(cmdFirst, &QPushButton::clicked, this, [this] { pageTo(1); });
+    connect(cmdLast, &QPushButton::clicked, this, [this] { pageTo(cboYear->count()); });
+    connect(cboYear, &QComboBox::activated, this, [this](int index) { pageTo(index + 1); });
+    // The paging keys; a title box keeps Home and End for its own text.
+    const std::pair<QKeySequence, QPushButton *> keys[] = {
+        {QKeySequence(Qt::Key_PageUp), cmdPrev}, {QKeySequence(Qt::Key_PageDown), cmdNext},
+        {QKeySequence(Qt::Key_Home), cmdFirst}, {QKeySequence(Qt::Key_End), cmdLast}};
+    for (const auto &[key, button] : keys) {
+        auto *shortcut = new QShortcut(key, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, button, [button] {
+            if (button->isEnabled())
+                button->click();
+        });
+    }
     connect(cmdPrint, &QPushButton::clicked, this, &frmChart::cmdPrint_Click);
-    connect(cmdCancel, &QPushButton::clicked, this, &QWidget::close);
+    connect(cmdCancel, &QPushButton::clicked, this, [this] { CloseChildWindow(this); });
     connect(cmdHelp, &QPushButton::clicked, this, [this] {
         if (m_parameters)
             m_parameters->Host().ShowHelpTopic(HelpContextID);
@@ -238,8 +275,8 @@ void frmChart::cmdPrint_Click()
             const qint16 style = optColour->isChecked() ? 3 : 2;
             gphDensity->ChartPrintStyle(style);
             gphMerchVol->ChartPrintStyle(style);
-            g->ChartDraw(5);
-            g->ChartDraw(2);
+            if (m_questions)
+                PrintChartThroughDialog(*m_questions, *m_printer, *g, style, PrintFile);
         } else {
             // The copy is black and white on request; the screen returns to colour.
             g->ChartScreenStyle(optColour->isChecked() ? 1 : 0);
@@ -271,6 +308,36 @@ void frmChart::page(bool next)
         parent->DisplayNextChart(this);
     else
         parent->DisplayPreviousChart(this);
+}
+
+void frmChart::SetPaging(int position, const QStringList &years)
+{
+    const int count = static_cast<int>(years.size());
+    {
+        const QSignalBlocker quiet(cboYear);
+        cboYear->clear();
+        cboYear->addItems(years);
+        cboYear->setCurrentIndex(position - 1);
+    }
+    lblPage->setText(QStringLiteral("Year %1 of %2").arg(position).arg(count));
+    cmdFirst->setEnabled(position > 1);
+    cmdPrev->setEnabled(position > 1);
+    cmdNext->setEnabled(position < count);
+    cmdLast->setEnabled(position < count);
+    cboYear->setEnabled(count > 1);
+}
+
+void frmChart::pageTo(int position)
+{
+    ChartWindowParent *parent = m_parameters;
+    if (position == cycleNum || position < 1) {
+        const QSignalBlocker quiet(cboYear);
+        cboYear->setCurrentIndex(cycleNum - 1);
+        return;
+    }
+    HideChild(this);
+    if (parent)
+        parent->DisplayChartAt(this, position);
 }
 
 void frmChart::Unload()

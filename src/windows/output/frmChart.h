@@ -3,7 +3,12 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <memory>
+
 class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPrinter;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
@@ -34,6 +39,9 @@ public:
     // "<" and ">": the chart has hidden itself; the parent shows the neighbour.
     virtual void DisplayPreviousChart(frmChart *theChart) = 0;
     virtual void DisplayNextChart(frmChart *theChart) = 0;
+    // First, last, or a year picked: the chart has hidden itself; the parent shows the page of
+    // that position (from 1), making it if needed.
+    virtual void DisplayChartAt(frmChart *theChart, int position) = 0;
     // The chart is closing: the parent takes its place in the frame back, notes that the charts
     // were cancelled and shows itself again.
     virtual void ChartClosed(frmChart *theChart) = 0;
@@ -63,11 +71,15 @@ public:
     void cmdApply_Click();
     // ChartGrid from the grid boxes on both charts, and both drawn again.
     void ApplyGrids();
-    // Prints the visible chart or copies it to the clipboard, in colour or black and white; the
-    // screen stays in colour. A failure is shown.
+    // Prints the visible chart through the print dialog (Print to File offered as PrintFile) or
+    // copies it to the clipboard, in colour or black and white; the screen stays in colour. A
+    // failure is shown.
     void cmdPrint_Click();
     // Really unloads the window (the parent's chain goes).
     void Unload();
+    // The page's place in its sequence: its position (from 1) among the years selected, which
+    // the year box lists; "Year n of N", and the paging buttons that lead somewhere enabled.
+    void SetPaging(int position, const QStringList &years);
 
     // The visible chart: the parent's choice.
     Graph *VisibleChart() const;
@@ -75,6 +87,7 @@ public:
     QPointer<frmChart> prevChart;
     QPointer<frmChart> nextChart;
     qint16 cycleNum = 0;          // the position in the selection, from 1
+    QString PrintFile;            // the PDF file that the print dialog offers
     double MaxDensity = 0;
     double MaxMerchVol = 0;
     int HelpContextID = 76;
@@ -92,8 +105,12 @@ public:
     QRadioButton *optClipboard;
     QCheckBox *chkHorizontal;
     QCheckBox *chkVertical;
+    QPushButton *cmdFirst;
     QPushButton *cmdPrev;
     QPushButton *cmdNext;
+    QPushButton *cmdLast;
+    QLabel *lblPage;
+    QComboBox *cboYear;
     QPushButton *cmdPrint;
     QPushButton *cmdCancel;
     QPushButton *cmdHelp;
@@ -107,11 +124,13 @@ private:
     void buildWindow();
     void titleChanged();
     void page(bool next);
+    void pageTo(int position);
     void showError(const QString &description);
 
     ChartWindowParent *m_parameters = nullptr;
     UserQuestions *m_questions = nullptr;   // outlives the parent: the process's questions
     bool m_unloading = false;
+    std::unique_ptr<QPrinter> m_printer;
 };
 
 }  // namespace sendrel

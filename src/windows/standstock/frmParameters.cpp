@@ -10,6 +10,7 @@
 #include "graph/Graph.h"
 #include "domain/standstock/ChartPages.h"
 #include "domain/standstock/ClassCharts.h"
+#include "windows/output/ChartPrinting.h"
 #include "windows/common/ChildFrame.h"
 #include "windows/standstock/ClassRulerView.h"
 #include "windows/common/ChildWindow.h"
@@ -386,7 +387,7 @@ void frmParameters::setPointer(int pointer)
 
 void frmParameters::hookActivation()
 {
-    auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget());
+    QMdiSubWindow *sub = HoldingSubWindow(this);
     QMdiArea *area = sub ? sub->mdiArea() : nullptr;
     if (!area)
         return;
@@ -559,8 +560,10 @@ frmChart *frmParameters::CreateChart(int Position, frmChart *PrevNeighbour, frmC
             CarryOver(*PrevNeighbour, *chart, false);
             PrevNeighbour->nextChart = chart;
         }
-        chart->cmdPrev->setEnabled(Position != 1);
-        chart->cmdNext->setEnabled(Position != iNumSelectedCycles);
+        QStringList years;
+        for (int row : std::as_const(iSelectedCycles))
+            years.append(lstCycles->item(row)->text().trimmed());
+        chart->SetPaging(Position, years);
 
         const QListWidgetItem *item = lstCycles->item(iSelectedCycles.at(Position - 1));
         ChartPageRequest request;
@@ -578,6 +581,8 @@ frmChart *frmParameters::CreateChart(int Position, frmChart *PrevNeighbour, frmC
 
         chart->txtGraphTitle->setText(page.titles.top);
         chart->setWindowTitle(page.caption);
+        chart->PrintFile = ChartPrintFile(m_tm.ReportFolder(), This_RunId, request.run.word(),
+                                          (density ? QStringLiteral("Stand_") : QStringLiteral("Stock_")) + page.yearText);
         chart->PrintChart();
         ShowChild(chart);
     } catch (...) {
@@ -596,23 +601,38 @@ frmChart *frmParameters::CreateChart(int Position, frmChart *PrevNeighbour, frmC
 
 void frmParameters::DisplayPreviousChart(frmChart *theChart)
 {
-    displayNeighbour(theChart, false);
+    DisplayChartAt(theChart, theChart->cycleNum - 1);
 }
 
 void frmParameters::DisplayNextChart(frmChart *theChart)
 {
-    displayNeighbour(theChart, true);
+    DisplayChartAt(theChart, theChart->cycleNum + 1);
 }
 
-void frmParameters::displayNeighbour(frmChart *theChart, bool next)
+void frmParameters::DisplayChartAt(frmChart *theChart, int position)
 {
     try {
-        frmChart *target = next ? theChart->nextChart : theChart->prevChart;
-        if (!target) {
-            target = next ? CreateChart(theChart->cycleNum + 1, theChart, nullptr) : CreateChart(theChart->cycleNum - 1, nullptr, theChart);
-        } else {
+        // The pages made so far stand in the chain in the order of their positions, with gaps
+        // where the user jumped over years: the page wanted, or the two it goes between.
+        frmChart *before = nullptr;
+        frmChart *after = nullptr;
+        frmChart *target = nullptr;
+        for (frmChart *c = FirstChart; c && !target && !after; c = c->nextChart) {
+            if (c->cycleNum == position)
+                target = c;
+            else if (c->cycleNum < position)
+                before = c;
+            else
+                after = c;
+        }
+        if (target) {
             CarryOver(*theChart, *target, true);
             ShowChild(target);
+        } else {
+            target = CreateChart(position, before, after);
+            // A jump takes the options of the page the user comes from, not of its neighbours.
+            if (target && before != theChart && after != theChart)
+                CarryOver(*theChart, *target, true);
         }
         if (!target) {
             ShowChild(theChart);

@@ -105,6 +105,7 @@ public:
     // shown and the chart being left comes back.
     void DisplayPreviousChart(frmChart *theChart) override;
     void DisplayNextChart(frmChart *theChart) override;
+    void DisplayChartAt(frmChart *theChart, int position) override;
     // Unloads this chart and those after it, the far end first.
     void UnloadChartChain(frmChart *theChart);
 
@@ -148,7 +149,6 @@ private:
     void panelPressed(int index, double X, int button);
     void panelMoved(int index, double X, int button);
     void panelReleased(int index, double X, int button);
-    void displayNeighbour(frmChart *theChart, bool next);
     void showFailure(const QString &description);
 
     TreeModel &m_tm;

@@ -1,5 +1,7 @@
 #include "windows/standstock/frmRange.h"
 
+#include "windows/common/ChildFrame.h"
+
 #include "base/Numbers.h"
 #include "windows/standstock/ClassRulerView.h"
 #include "windows/common/ReportWindowHost.h"
@@ -88,7 +90,7 @@ frmRange::~frmRange() = default;
 
 QWidget *frmRange::frameWindow() const
 {
-    if (auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget()))
+    if (QMdiSubWindow *sub = HoldingSubWindow(this))
         return sub;
     return const_cast<frmRange *>(this);
 }

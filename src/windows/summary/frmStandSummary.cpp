@@ -7,6 +7,7 @@
 #include "domain/table/TableFile.h"
 #include "domain/table/TableRender.h"
 #include "graph/Graph.h"
+#include "windows/common/ChildWindow.h"
 #include "windows/common/ExportStatus.h"
 #include "windows/common/FrameHost.h"
 #include "windows/common/ReportWindowHost.h"
@@ -105,14 +106,13 @@ frmStandSummary::frmStandSummary(TreeModel &tm, QWidget *parent) : QWidget(paren
         if (ShowHelpTopic)
             ShowHelpTopic(HelpContextID);
     });
-    connect(cmdClose, &QPushButton::clicked, this, &QWidget::close);
+    connect(cmdClose, &QPushButton::clicked, this, [this] { CloseChildWindow(this); });
 }
 
 void frmStandSummary::ShowRun(const RunKey &run)
 {
     m_summary = ReadStandSummary(m_tm.db, run);
-    setWindowTitle(QStringLiteral("Stand Summary: ") + run.runId
-                   + (run.kind == RunKind::Harvested ? QStringLiteral(" (Harvested)") : QString()));
+    setWindowTitle(QStringLiteral("Stand Summary: ") + run.captionName());
 
     const QList<SummaryColumn> columns = StandSummaryColumns(run.kind);
     grdSummary->clear();

@@ -47,6 +47,7 @@ public:
 
     int HelpContextID = 90;
 
+private:
     QTableWidget *grdSummary;
     QComboBox *cboColumn;
     Graph *gphSummary;
@@ -55,7 +56,6 @@ public:
     QPushButton *cmdHelp;
     QPushButton *cmdClose;
 
-private:
     // Runs an event handler at the top of the error trail: a failure is shown and the window goes on.
     template <typename F> void handled(F &&handler);
 

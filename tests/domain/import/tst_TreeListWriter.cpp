@@ -4,6 +4,7 @@
 
 #include <QBuffer>
 #include <QCryptographicHash>
+#include <QMap>
 #include <QTest>
 
 using namespace sendrel;
@@ -94,11 +95,52 @@ private slots:
         }
     }
 
+    void theSampleGrowsAsAStandDoes()
+    {
+        // Per cycle: stems and gross total volume per hectare of each list.
+        const SampleStandOptions o;
+        const Lists l = write(o);
+        auto sums = [](const QByteArray &text) {
+            QMap<qint16, std::pair<double, double>> byCycle;
+            qint16 cycle = 0;
+            for (QByteArray line : text.split('\n')) {
+                line.chop(1);
+                if (line.isEmpty())
+                    continue;
+                if (ClassifyLine(line) == LineKind::Header) {
+                    cycle = ParseCycleHeader(line).cycle;
+                    continue;
+                }
+                const TreeRecord r = ParseTreeRecord(line, cycle);
+                byCycle[cycle].first += r.values[5];
+                byCycle[cycle].second += r.values[5] * r.values[14];
+            }
+            return byCycle;
+        };
+        const auto standing = sums(l.standing);
+        const auto harvested = sums(l.harvested);
+        QCOMPARE(standing.size(), o.cycles);
+        QVERIFY(harvested.value(qint16(o.thinningCycle)).first > 0);
+        QList<double> increments;
+        for (qint16 c = 2; c <= o.cycles; ++c) {
+            const auto before = standing.value(c);
+            const auto previousAfter = std::pair{standing.value(c - 1).first - harvested.value(c - 1).first,
+                                                 standing.value(c - 1).second - harvested.value(c - 1).second};
+            // The generator adds no ingrowth: a stand never has more stems than it kept.
+            QVERIFY2(before.first <= previousAfter.first + 1e-6, qPrintable(QStringLiteral("cycle %1").arg(c)));
+            increments.append((before.second - previousAfter.second) / o.yearsPerCycle);
+        }
+        // The thinning shows in the stems, not in the growth: every decade grows by about as much.
+        const auto [low, high] = std::minmax_element(increments.begin(), increments.end());
+        QVERIFY(*low > 0);
+        QVERIFY2(*high < 2 * *low, qPrintable(QStringLiteral("increments %1 to %2").arg(*low).arg(*high)));
+    }
+
     void knownBytes()
     {
         // The sample of an installation must not drift unseen: its digest is fixed.
         const Lists l = write(SampleStandOptions());
-        QCOMPARE(QCryptographicHash::hash(l.standing, QCryptographicHash::Sha1).toHex().left(12), QByteArray("6752e4a7ef7f"));
+        QCOMPARE(QCryptographicHash::hash(l.standing, QCryptographicHash::Sha1).toHex().left(12), QByteArray("fb2a5513dc7c"));
     }
 };
 

@@ -241,12 +241,12 @@ void TestClassCharts::titles()
     settings.MerchVolTopTitle = QStringLiteral("Gross Total Volume");
     settings.MerchVolLeftTitle = QStringLiteral("GTV(cu.m/ha)");
     settings.MerchVolBottomTitle = QStringLiteral("DBH");
-    t = ChartWindowTitles(settings, false, QStringLiteral("RUN7"), QStringLiteral("2010"));
-    QCOMPARE(t.top, QStringLiteral("RUN7 (2010): Gross Total Volume"));
+    t = ChartWindowTitles(settings, false, {QStringLiteral("RUN7"), RunKind::Harvested}, QStringLiteral("2010"));
+    QCOMPARE(t.top, QStringLiteral("RUN7 (Harvested, 2010): Gross Total Volume"));
     QCOMPARE(t.left, QStringLiteral("GTV(cu.m/ha)"));
     QCOMPARE(t.bottom, QStringLiteral("DBH"));
-    QCOMPARE(ChartWindowCaption(settings, true, QStringLiteral("RUN7"), QStringLiteral("2010")),
-             QStringLiteral("Density: RUN7 (2010)"));
+    QCOMPARE(ChartWindowCaption(settings, true, {QStringLiteral("RUN7"), RunKind::Standing}, QStringLiteral("2010")),
+             QStringLiteral("Density: RUN7 (Standing, 2010)"));
     ChartData g;
     SetTitles(g, t);
     QCOMPARE(g.ChartTopTitle(), t.top);
@@ -274,8 +274,8 @@ void TestClassCharts::chartPages()
     const ChartPageRequest request{{QStringLiteral("R"), RunKind::Standing}, {QStringLiteral(" 2010 "), 2}, false, QStringLiteral("30"), 1};
     const ChartPage page = MakeChartPage(db.db, db.tm.settings, layout, data, request, density, volume);
     QCOMPARE(page.yearText, QStringLiteral("2010"));
-    QCOMPARE(page.caption, QStringLiteral("Gross Total Volume: R (2010)"));
-    QCOMPARE(volume.ChartTopTitle(), QStringLiteral("R (2010): Gross Total Volume"));
+    QCOMPARE(page.caption, QStringLiteral("Gross Total Volume: R (Standing, 2010)"));
+    QCOMPARE(volume.ChartTopTitle(), QStringLiteral("R (Standing, 2010): Gross Total Volume"));
     QCOMPARE(volume.ChartLeftTitle(), QStringLiteral("GTV (cu.m/ha)"));
     QCOMPARE(density.ChartTopTitle(), QString());
     QCOMPARE(page.maxima.merchVol, 10.0);

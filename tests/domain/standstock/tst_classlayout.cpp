@@ -1,5 +1,5 @@
 #include "support/TestMain.h"
-#include "base/ScriptedQuestions.h"
+#include "support/ScriptedQuestions.h"
 #include "domain/standstock/ClassLayout.h"
 
 #include <QTest>

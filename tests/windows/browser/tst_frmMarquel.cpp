@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QPushButton>
 
 using namespace sendrel;
@@ -75,6 +76,23 @@ private slots:
         QVERIFY(delegate->TabStop() >= delegate->BaseTabStop());
     }
 
+    // A description longer than the list is elided there, on one line, and shown whole as the
+    // row's tip; no row is wider than its head, so none pushes a scroll bar out.
+    void longDescriptionsAreElidedWithATip()
+    {
+        GuiBench b;
+        b.openDatabase();
+        const QString text = QStringLiteral("Thinned from below\r\nto 600 stems ") + QString(300, QLatin1Char('x'));
+        b.addRun(QStringLiteral("A"), QStringLiteral("S"), text);
+        frmMarquel *m = b.start();
+        QListWidgetItem *item = m->lstRuns->item(0);
+        QCOMPARE(item->toolTip(), QString(text).simplified());
+        auto *delegate = qobject_cast<RunListDelegate *>(m->lstRuns->itemDelegate());
+        QStyleOptionViewItem option;
+        option.initFrom(m->lstRuns);
+        QVERIFY(delegate->sizeHint(option, m->lstRuns->model()->index(0, 0)).width() <= delegate->TabStop() + 8);
+    }
+
     // The user's clicks on rows (by number) and boxes (by name), with 0, 1 or 2 report windows
     // open: how many runs may be selected, and which boxes may be checked together (two boxes
     // would make more than two windows with two runs, or with a window open). The first row
@@ -97,7 +115,7 @@ private slots:
         QTest::newRow("two runs, other order") << 0 << QStringList{"1", "chkStandLevels", "chkSS"} << QList<int>{0, 1} << QStringList{"chkSS"};
         QTest::newRow("one window: one run") << 1 << QStringList{"2"} << QList<int>{2} << QStringList();
         QTest::newRow("one window: one box") << 1 << QStringList{"chkStandLevels", "chkSS"} << QList<int>{0} << QStringList{"chkSS"};
-        QTest::newRow("two windows: nothing") << 2 << QStringList{"chkSS", "1", "2"} << QList<int>{} << QStringList();
+        QTest::newRow("two windows: one run for a summary, no box") << 2 << QStringList{"chkSS", "1", "2"} << QList<int>{2} << QStringList();
     }
 
     void selectionAndBoxes()
@@ -140,17 +158,17 @@ private slots:
                                         << QStringList() << QList<int>{0};
         QTest::newRow("no run") << QList<int>{0} << ss << "" << "No run selected" << QStringList() << ss << QList<int>{};
         QTest::newRow("two runs, one type") << QList<int>{2} << ss << "" << ""
-                                            << QStringList{"Stand & Stock Tables: B", "Stand & Stock Tables: A"} << QStringList()
+                                            << QStringList{"Stand & Stock Tables: B (Standing)", "Stand & Stock Tables: A (Harvested)"} << QStringList()
                                             << QList<int>{};
         QTest::newRow("one run, both types, stand and stock first")
             << QList<int>{0, 2} << QStringList{"chkSS", "chkStandLevels"} << "" << ""
-            << QStringList{"Stand & Stock Tables: B", "Species Composition through time: B"} << QStringList() << QList<int>{};
+            << QStringList{"Stand & Stock Tables: B (Standing)", "Species Composition through time: B (Standing)"} << QStringList() << QList<int>{};
         QTest::newRow("one run, one type") << QList<int>{} << QStringList{"chkStandLevels"} << "" << ""
-                                           << QStringList{"Species Composition through time: A"} << QStringList{"chkStandLevels"}
+                                           << QStringList{"Species Composition through time: A (Harvested)"} << QStringList{"chkStandLevels"}
                                            << QList<int>{0};
         QTest::newRow("one of two gone") << QList<int>{2} << ss << goneAH
                                          << "Some of the runs you selected were deleted by another application."
-                                         << QStringList{"Stand & Stock Tables: B"} << ss << QList<int>{1};
+                                         << QStringList{"Stand & Stock Tables: B (Standing)"} << ss << QList<int>{1};
         QTest::newRow("the one gone") << QList<int>{} << ss << goneAH << "The run you selected was deleted by another application."
                                       << QStringList() << ss << QList<int>{};
         QTest::newRow("both changed") << QList<int>{1} << ss << renamed << "The runs you selected were deleted by another application."
@@ -205,6 +223,14 @@ private slots:
         QCOMPARE(b.frame->SubWindowOf(windows[1])->pos(), QPoint(0, 0));
         QCOMPARE(b.frame->SubWindowOf(windows[0])->pos(), QPoint(b.frame->mdiArea()->viewport()->width() / 2, 0));
 
+        // A stand summary is no report window: it opens beside the two.
+        b.frame->SubWindowOf(m)->showNormal();
+        clickRow(m->lstRuns, 1);
+        QTest::mouseClick(m->cmdSummary, Qt::LeftButton);
+        QVERIFY(b.frame->findChild<QWidget *>(QStringLiteral("frmStandSummary")));
+        QVERIFY(b.questions.messageTexts().isEmpty());
+        QCOMPARE(m->NumOpenWindows, qint16(2));
+
         b.frame->SubWindowOf(windows[1])->close();
         QApplication::processEvents();
         QCOMPARE(m->NumOpenWindows, qint16(1));
@@ -218,6 +244,75 @@ private slots:
         QCOMPARE(b.ended, QList<int>{0});
         QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("NumClasses")), QStringLiteral("10"));
         QVERIFY(!b.tm.DBEngine.IsOpen());
+    }
+
+    // Every kind of child window closes the one way, by its own button, its title bar's close
+    // box or Ctrl+F4: its sub-window goes with it (a chart page hides and its stand and stock
+    // window comes back), and the count of report windows comes down.
+    void windowsCloseEveryWay_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("how");
+        for (const char *kind : {"chkSS", "chkStandLevels", "cmdSummary", "chart"}) {
+            for (const char *how : {"button", "title bar", "Ctrl+F4"})
+                QTest::newRow(qPrintable(QStringLiteral("%1, %2").arg(QLatin1String(kind), QLatin1String(how)))) << kind << how;
+        }
+    }
+
+    void windowsCloseEveryWay()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QString, how);
+        GuiBench b;
+        frmMarquel *m = startWithRuns(b);
+        auto visibleWindows = [&b] {
+            QApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QApplication::processEvents();
+            int n = 0;
+            for (QMdiSubWindow *sub : b.frame->mdiArea()->subWindowList())
+                n += sub->isVisible() ? 1 : 0;
+            return n;
+        };
+        const int before = visibleWindows();
+        QWidget *form = nullptr;
+        QString button;
+        if (kind == QLatin1String("cmdSummary")) {
+            QTest::mouseClick(m->cmdSummary, Qt::LeftButton);
+            form = b.frame->findChild<QWidget *>(QStringLiteral("frmStandSummary"));
+            button = QStringLiteral("cmdClose");
+        } else {
+            clickBox(m->findChild<QCheckBox *>(kind == QLatin1String("chart") ? QStringLiteral("chkSS") : kind));
+            QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+            form = reportWindows(*b.frame).value(0);
+            button = QStringLiteral("cmdOK");
+        }
+        QVERIFY(form);
+        int expected = before;
+        if (kind == QLatin1String("chart")) {
+            expected = visibleWindows();
+            QTest::mouseClick(Control<QPushButton>(form, QStringLiteral("cmdPrintCharts")), Qt::LeftButton);
+            form = b.frame->findChild<QWidget *>(QStringLiteral("frmChart"));
+            QVERIFY(form && form->isVisible());
+            button = QStringLiteral("cmdCancel");
+        }
+        QPointer<QMdiSubWindow> sub = b.frame->SubWindowOf(form);
+        QVERIFY(sub);
+        if (how == QLatin1String("button")) {
+            QTest::mouseClick(Control<QPushButton>(form, button), Qt::LeftButton);
+        } else if (how == QLatin1String("title bar")) {
+            sub->close();
+        } else {
+            b.frame->activateWindow();
+            b.frame->mdiArea()->setActiveSubWindow(sub);
+            QTest::keyClick(form->focusWidget() ? form->focusWidget() : form, Qt::Key_F4, Qt::ControlModifier);
+        }
+        // The window goes at once, with its frame: not an empty frame first.
+        QVERIFY(sub.isNull() || !sub->isVisible());
+        QCOMPARE(visibleWindows(), expected);
+        QCOMPARE(m->NumOpenWindows, qint16(kind == QLatin1String("chart") ? 1 : 0));
+        if (kind == QLatin1String("chart"))
+            QVERIFY(reportWindows(*b.frame).value(0)->isVisible());
     }
 
     // The import command: file, kind, the import itself, then the new run is listed and selected.
@@ -265,11 +360,11 @@ private slots:
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
         b.questions.answerOpenFile(QString());
-        b.questions.answerMessage(Answer::Cancel);
         m->MenuFileDB->trigger();
-        QCOMPARE(b.questions.asked().size(), 2);
+        QCOMPARE(b.questions.asked().size(), 1);
         QCOMPARE(b.questions.asked()[0].title, QStringLiteral("Sendrel - Locate Tolv Game Database"));
         QCOMPARE(m->lstRuns->count(), 3);
+        QVERIFY(b.tm.db.isOpen());
 
         sendrel::test::RunDatabase other{sendrel::test::RunDatabase::Db::Created};
         b.questions.answerOpenFile(other.path());

@@ -11,6 +11,7 @@
 #include <QCheckBox>
 #include <QChart>
 #include <QClipboard>
+#include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPrinter>
@@ -118,17 +119,29 @@ private slots:
         QCOMPARE(box->text(), text.chopped(1));
     }
 
-    // One box for all four charts, each kept within its own data.
+    // Each statistic has a maximum of its own, kept while another is shown, and never cuts its data.
     void apply()
     {
         QCOMPARE(yAxes(*m_window), QStringLiteral("0-200 0-7 0-100 0-0"));
         auto *box = control<QLineEdit>(QStringLiteral("txtYAxisMax"));
+        m_window->ChooseStatistic(StandLevelsStatistic::BasalArea);
         QTest::keyClicks(box, QStringLiteral("10"));
         click(QStringLiteral("cmdApply"));
-        QCOMPARE(yAxes(*m_window), QStringLiteral("0-200 0-10 0-100 0-10"));
+        QCOMPARE(yAxes(*m_window), QStringLiteral("0-200 0-10 0-100 0-0"));
+        m_window->ChooseStatistic(StandLevelsStatistic::Sph);
+        QCOMPARE(box->text(), QString());
+        QTest::keyClicks(box, QStringLiteral("400"));
+        click(QStringLiteral("cmdApply"));
+        QCOMPARE(yAxes(*m_window), QStringLiteral("0-400 0-10 0-100 0-0"));
+        m_window->ChooseStatistic(StandLevelsStatistic::MerchVol);
+        QTest::keyClicks(box, QStringLiteral("50"));   // below the data: no change
+        click(QStringLiteral("cmdApply"));
+        QCOMPARE(yAxes(*m_window), QStringLiteral("0-400 0-10 0-100 0-0"));
+        m_window->ChooseStatistic(StandLevelsStatistic::BasalArea);
+        QCOMPARE(box->text(), QStringLiteral("10"));
         box->clear();
         click(QStringLiteral("cmdApply"));
-        QCOMPARE(yAxes(*m_window), QStringLiteral("0-200 0-7 0-100 0-0"));
+        QCOMPARE(yAxes(*m_window), QStringLiteral("0-400 0-7 0-100 0-0"));
     }
 
     // Black and white goes to the clipboard or the printer; the screen stays in colour, and the
@@ -144,13 +157,17 @@ private slots:
         Graph *shown = m_window->Chart(StandLevelsStatistic::MerchVol);
         QCOMPARE(shown->ChartScreenStyle(), qint16(1));
 
-        QPrinter printer;
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(m_db->filePath(QStringLiteral("chart.pdf")));
-        m_window->setPrinter(&printer);
+        // The print dialog offers a PDF file in the Work folder, named by run, kind and statistic.
+        m_db->tm.settings.WorkDir = m_db->folder();
+        const QString pdf = m_db->filePath(QStringLiteral("chart.pdf"));
+        m_db->questions.answerPrint(QString());
         click(QStringLiteral("optPrinter"));
         click(QStringLiteral("cmdPrint"));
-        QVERIFY(QFileInfo(printer.outputFileName()).size() > 0);
+        QCOMPARE(m_db->questions.asked().last().text, QDir(m_db->tm.ReportFolder()).filePath(QStringLiteral("R_Standing_Species_MerchVol.pdf")));
+        QVERIFY(!QFileInfo::exists(pdf));
+        m_db->questions.answerPrint(pdf);
+        click(QStringLiteral("cmdPrint"));
+        QVERIFY(QFileInfo(pdf).size() > 0);
         QCOMPARE(shown->ChartPrintStyle(), qint16(2));
         QCOMPARE(m_window->Chart(StandLevelsStatistic::Sph)->ChartPrintStyle(), qint16(3));
         QCOMPARE(shown->ChartScreenStyle(), qint16(1));
@@ -212,15 +229,15 @@ private slots:
         QTest::mouseClick(m->cmdOK, Qt::LeftButton);
         auto *w = b.frame->findChild<frmStandLevels *>();
         QVERIFY(w);
-        QCOMPARE(w->windowTitle(), QStringLiteral("Species Composition through time: ") + runId);
+        QCOMPARE(w->windowTitle(), QStringLiteral("Species Composition through time: ") + runId + QStringLiteral(" (Standing)"));
         QCOMPARE(w->SelectedStatistic(), StandLevelsStatistic::BasalArea);
         QVERIFY(w->findChild<QRadioButton *>(QStringLiteral("optClipboard"))->isChecked());
         QVERIFY(w->findChild<QCheckBox *>(QStringLiteral("chkHorizontal"))->isChecked());
         Graph *g = w->Chart(StandLevelsStatistic::BasalArea);
         QVERIFY(g->isVisible());
-        QCOMPARE(g->ChartTopTitle(), runId + QStringLiteral(": Basal Area by Species"));
+        QCOMPARE(g->ChartTopTitle(), runId + QStringLiteral(" (Standing): Basal Area by Species"));
         QCOMPARE(g->ChartLeftTitle(), QStringLiteral("BA (sq.m/ha)"));
-        QCOMPARE(w->Chart(StandLevelsStatistic::MerchVol)->ChartTopTitle(), runId + QStringLiteral(": Gross Total Volume by Species"));
+        QCOMPARE(w->Chart(StandLevelsStatistic::MerchVol)->ChartTopTitle(), runId + QStringLiteral(" (Standing): Gross Total Volume by Species"));
         QCOMPARE(g->ChartGrid(), qint16(1));
         QCOMPARE(g->series().size(), 2);
         QCOMPARE(m->NumOpenWindows, qint16(1));

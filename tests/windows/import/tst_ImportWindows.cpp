@@ -6,6 +6,8 @@
 
 #include "base/SendrelError.h"
 #include "shell/GuiQuestions.h"
+#include "windows/common/ShowHelp.h"
+#include "windows/common/frmHelp.h"
 #include "windows/import/frmDeleteRuns.h"
 #include "windows/import/frmDuplicateId.h"
 #include "windows/import/frmRunId.h"
@@ -17,6 +19,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTextBrowser>
 
 using namespace sendrel;
 
@@ -196,18 +199,44 @@ private slots:
         onNextModal([&](QWidget *w) {
             auto *d = qobject_cast<frmDeleteRuns *>(w);
             QVERIFY(d && d->parentWidget() == b.frame.get());
-            shown = rowTexts(d->lstRuns);
-            clickRow(d->lstRuns, rowOf(d->lstRuns, selected));
-            QTest::mouseClick(d->cmdDelete, Qt::LeftButton);
+            auto *list = d->findChild<QListWidget *>(QStringLiteral("lstRuns"));
+            shown = rowTexts(list);
+            clickRow(list, rowOf(list, selected));
+            QTest::mouseClick(d->findChild<QPushButton *>(QStringLiteral("cmdDelete")), Qt::LeftButton);
             if (d->isVisible())   // it stays open after a delete
-                afterDelete = rowTexts(d->lstRuns);
-            QTest::mouseClick(d->cmdCancel, Qt::LeftButton);
+                afterDelete = rowTexts(list);
+            QTest::mouseClick(d->findChild<QPushButton *>(QStringLiteral("cmdCancel")), Qt::LeftButton);
         });
         m->mnu_Runs_Delete->trigger();
         QCOMPARE(shown, before);
         QCOMPARE(b.questions.messageTexts(), QStringList{message});
         QCOMPARE(afterDelete, left);
         QCOMPARE(m->RunEntries(), left);
+    }
+
+    // F1 and the Help button of the delete window open the page on deleting runs.
+    void deleteHelp()
+    {
+        GuiBench b;
+        b.openDatabase();
+        b.addListedRun(QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("Run"));
+        frmMarquel *m = b.start();
+        b.tm.settings.HelpFile = QStringLiteral(SENDREL_SOURCE_DIR "/install/Help/Tolvane.chm");
+        QStringList pages;
+        onNextModal([&](QWidget *w) {
+            w->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(w));
+            QTest::keyClick(w, Qt::Key_F1);
+            pages << (HelpWindow() ? QFileInfo(HelpWindow()->txtTopic->source().toLocalFile()).fileName() : QString());
+            if (HelpWindow())
+                HelpWindow()->ShowContents();
+            QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdHelp")), Qt::LeftButton);
+            pages << (HelpWindow() ? QFileInfo(HelpWindow()->txtTopic->source().toLocalFile()).fileName() : QString());
+            HelpWindow()->close();
+            QTimer::singleShot(0, w, [w] { static_cast<QDialog *>(w)->reject(); });
+        });
+        m->mnu_Runs_Delete->trigger();
+        QCOMPARE(pages, (QStringList{QStringLiteral("delete.html"), QStringLiteral("delete.html")}));
     }
 
     // A failure of the delete is shown at the top; the pointer comes back and the window stays.
@@ -222,8 +251,8 @@ private slots:
             auto *d = qobject_cast<frmDeleteRuns *>(w);
             d->Delete = [](const QStringList &) { throw SendrelError(-2147467259, QStringLiteral("db"), QStringLiteral("locked")); };
             b.frame->SetMousePointer(11);
-            clickRow(d->lstRuns, 0);
-            QTest::mouseClick(d->cmdDelete, Qt::LeftButton);
+            clickRow(d->findChild<QListWidget *>(QStringLiteral("lstRuns")), 0);
+            QTest::mouseClick(d->findChild<QPushButton *>(QStringLiteral("cmdDelete")), Qt::LeftButton);
             stayed = d->isVisible();
             d->reject();
         });

@@ -15,6 +15,9 @@
 #include <QCheckBox>
 #include <QChart>
 #include <QClipboard>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
 #include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
@@ -120,6 +123,7 @@ private slots:
     void viewCharts_data();
     void viewCharts();
     void pagesAreMadeOnceAndKept();
+    void firstLastYearBoxAndKeys();
     void optionsTravelTitlesStay();
     void secondViewChartsAndUnloadEndTheChain();
     void cancelGivesThePlaceBack();
@@ -136,12 +140,12 @@ void tst_chartpaging::viewCharts_data()
     QTest::addColumn<bool>("previous");
     QTest::addColumn<bool>("next");
     QTest::addColumn<QString>("caption");
-    QTest::newRow("one year") << 3 << QList<int>{1} << false << false << "Density: R1 (2010)";
-    QTest::newRow("two years") << 3 << QList<int>{0, 2} << false << true << "Density: R1 (2000)";
+    QTest::newRow("one year") << 3 << QList<int>{1} << false << false << "Density: R1 (Standing, 2010)";
+    QTest::newRow("two years") << 3 << QList<int>{0, 2} << false << true << "Density: R1 (Standing, 2000)";
     QList<int> all;
     for (int i = 0; i < 101; ++i)
         all.append(i);
-    QTest::newRow("more than a hundred") << 101 << all << false << true << "Density: R1 (2000)";
+    QTest::newRow("more than a hundred") << 101 << all << false << true << "Density: R1 (Standing, 2000)";
     QTest::newRow("none") << 1 << QList<int>{} << false << false << QString();
 }
 
@@ -196,7 +200,7 @@ void tst_chartpaging::pagesAreMadeOnceAndKept()
     QCOMPARE(Paging::next(Paging::next(first)), third);
     QCOMPARE(Paging::liveCharts().size(), 3);
     QCOMPARE(p.calcReports, 3);
-    QCOMPARE(third->windowTitle(), QStringLiteral("Density: R1 (2020)"));
+    QCOMPARE(third->windowTitle(), QStringLiteral("Density: R1 (Standing, 2020)"));
     QCOMPARE(third->gphDensity->value(1, 1), 300.0);
     QCOMPARE(p.host.LeftForm().data(), third);
     // The last page has no ">", and the pages are those a file of the same years holds.
@@ -210,6 +214,54 @@ void tst_chartpaging::pagesAreMadeOnceAndKept()
         MakeChartPage(p.env.db, p.env.tm.settings, p.w->Layout, data, request, density, volume);
         QCOMPARE(Shown(*c->gphDensity), Shown(density));
     }
+}
+
+// First, last, a year picked and the paging keys go straight to a page, made once between the
+// pages already made; "Year n of N" and the buttons follow the page.
+void tst_chartpaging::firstLastYearBoxAndKeys()
+{
+    Paging p(5, {0, 1, 2, 3, 4});
+    p.host.LeftForm() = p.w.data();
+    frmChart *first = p.viewCharts();
+    auto shown = [&p] { return qobject_cast<frmChart *>(p.host.LeftForm().data()); };
+    auto key = [](frmChart *c, Qt::Key k) {
+        c->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(c));
+        QTest::keyClick(c, k);
+    };
+    QCOMPARE(Control<QLabel>(first, QStringLiteral("lblPage"))->text(), QStringLiteral("Year 1 of 5"));
+    QVERIFY(!Control<QPushButton>(first, QStringLiteral("cmdFirst"))->isEnabled());
+    QTest::mouseClick(Control<QPushButton>(first, QStringLiteral("cmdLast")), Qt::LeftButton);
+    frmChart *last = shown();
+    QCOMPARE(last->cycleNum, qint16(5));
+    QCOMPARE(Control<QLabel>(last, QStringLiteral("lblPage"))->text(), QStringLiteral("Year 5 of 5"));
+    QVERIFY(!Control<QPushButton>(last, QStringLiteral("cmdLast"))->isEnabled() && !last->cmdNext->isEnabled());
+    key(last, Qt::Key_PageUp);
+    frmChart *fourth = shown();
+    QCOMPARE(fourth->cycleNum, qint16(4));
+    auto *years = Control<QComboBox>(fourth, QStringLiteral("cboYear"));
+    QCOMPARE(years->currentText(), QStringLiteral("2030"));
+    QCOMPARE(years->count(), 5);
+    emit years->activated(2);
+    frmChart *third = shown();
+    QCOMPARE(third->cycleNum, qint16(3));
+    QCOMPARE(third->windowTitle(), QStringLiteral("Density: R1 (Standing, 2020)"));
+    key(third, Qt::Key_Home);
+    QCOMPARE(shown(), first);
+    key(first, Qt::Key_End);
+    QCOMPARE(shown(), last);
+    key(last, Qt::Key_PageDown);   // nothing behind the last
+    QCOMPARE(shown(), last);
+    QCOMPARE(p.calcReports, 4);
+    QList<int> positions;
+    for (frmChart *c = p.w->FirstChart; c; c = c->nextChart)
+        positions.append(c->cycleNum);
+    QCOMPARE(positions, (QList<int>{1, 3, 4, 5}));
+    // ">" from the first makes the second between the first and the third.
+    key(last, Qt::Key_Home);
+    frmChart *second = Paging::next(first);
+    QCOMPARE(second->cycleNum, qint16(2));
+    QCOMPARE(second->nextChart.data(), third);
 }
 
 void tst_chartpaging::optionsTravelTitlesStay()
@@ -321,13 +373,12 @@ void tst_chartpaging::printAndCopyLeaveTheScreenInColour()
 {
     Paging p(1);
     frmChart *c = p.viewCharts();
+    // The print dialog offers a PDF file in the Work folder, named by run, kind, table and year.
     const QString pdf = p.env.filePath(QStringLiteral("chart.pdf"));
-    QPrinter printer;
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(pdf);
-    c->gphDensity->setPrinter(&printer);
+    p.env.questions.answerPrint(pdf);
     clickBox(c->optBandW);
     QTest::mouseClick(c->cmdPrint, Qt::LeftButton);
+    QCOMPARE(p.env.questions.asked().last().text, QDir(p.env.tm.ReportFolder()).filePath(QStringLiteral("R1_Standing_Stand_2000.pdf")));
     QCOMPARE(ReadWholeFile(pdf).count("/Type /Page\n"), 1);
     QCOMPARE(c->gphDensity->ChartPrintStyle(), qint16(2));
     QCOMPARE(c->gphMerchVol->ChartPrintStyle(), qint16(2));

@@ -40,16 +40,18 @@ private slots:
         QTest::mouseClick(m->cmdSummary, Qt::LeftButton);
         auto *w = b.frame->findChild<frmStandSummary *>();
         QVERIFY(w && w->isVisible());
-        QCOMPARE(w->windowTitle(), QStringLiteral("Stand Summary: CLIRPT"));
+        QCOMPARE(w->windowTitle(), QStringLiteral("Stand Summary: CLIRPT (Standing)"));
         // No report window: the count and the frame's places are the browser's as before.
         QCOMPARE(m->NumOpenWindows, qint16(0));
         QCOMPARE(b.frame->LeftForm().data(), static_cast<QWidget *>(m));
-        QCOMPARE(w->grdSummary->item(1, 0)->text(), QStringLiteral("2010"));
+        auto *grid = w->findChild<QTableWidget *>(QStringLiteral("grdSummary"));
+        auto *chart = w->findChild<Graph *>(QStringLiteral("gphSummary"));
+        QCOMPARE(grid->item(1, 0)->text(), QStringLiteral("2010"));
 
         // The chart follows the column chosen by a click on its heading.
-        QTest::mouseClick(w->grdSummary->horizontalHeader()->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(w->grdSummary->horizontalHeader()->sectionViewportPosition(2) + 5, 5));
-        QCOMPARE(w->gphSummary->series().first().legend, QStringLiteral("Before SPH (stems/ha)"));
-        QCOMPARE(w->gphSummary->series().first().values.at(2), w->Summary().rows.at(2).before.sph);
+        QTest::mouseClick(grid->horizontalHeader()->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(grid->horizontalHeader()->sectionViewportPosition(2) + 5, 5));
+        QCOMPARE(chart->series().first().legend, QStringLiteral("Before SPH (stems/ha)"));
+        QCOMPARE(chart->series().first().values.at(2), w->Summary().rows.at(2).before.sph);
 
         // Without a selected run the browser says so.
         clickRow(m->lstRuns, 1);
@@ -65,25 +67,25 @@ private slots:
         frmStandSummary *w = OpenStandSummaryWindow(b.tm, *b.frame, {kReportTestRunId, RunKind::Standing});
         const QString path = b.filePath(QStringLiteral("summary.csv"));
         b.questions.answerSaveFile(path);
-        QTest::mouseClick(w->cmdExport, Qt::LeftButton);
+        QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdExport")), Qt::LeftButton);
         QVERIFY(ReadWholeFile(path).startsWith("Year,Cycle,Before SPH (stems/ha),"));
         QCOMPARE(b.questions.asked().last().text, b.folder() + QStringLiteral("|CLIRPT_Standing_Summary.xlsx"));
         QCOMPARE(b.frame->statusBar()->currentMessage(), QStringLiteral("Exported to ") + path);
         // A folder where the file should go: told, and nothing written.
         b.questions.answerSaveFile(b.dir());
-        QTest::mouseClick(w->cmdExport, Qt::LeftButton);
+        QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdExport")), Qt::LeftButton);
         QVERIFY(b.questions.messageTexts().last().startsWith(QStringLiteral("The following error occured:")));
         // A run another program has deleted since: told, no file asked for.
         const qsizetype asked = b.questions.asked().size();
         b.tm.db.deleteRun({kReportTestRunId, RunKind::Standing});
-        QTest::mouseClick(w->cmdExport, Qt::LeftButton);
+        QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdExport")), Qt::LeftButton);
         QCOMPARE(b.questions.asked().size(), asked + 1);
         QCOMPARE(b.questions.messageTexts().last(), QStringLiteral("Run CLIRPT:Standing is no longer in the database: another application "
                                                                    "has deleted it. There is nothing to export."));
 
         const QString pdf = b.filePath(QStringLiteral("summary.pdf"));
         w->setPrintDialog([&](QPrinter &printer, QWidget *) { return printer.setOutputFileName(pdf), true; });
-        QTest::mouseClick(w->cmdPrint, Qt::LeftButton);
+        QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdPrint")), Qt::LeftButton);
         // The table, then the chart on a page of its own.
         const QByteArray printed = ReadWholeFile(pdf);
         QVERIFY(printed.count("/Type /Page") - printed.count("/Type /Pages") >= 2);

@@ -1,4 +1,4 @@
-#include "base/ScriptedQuestions.h"
+#include "support/ScriptedQuestions.h"
 
 #include "base/SendrelError.h"
 
@@ -68,6 +68,15 @@ bool ScriptedQuestions::askReportText(ReportTextRequest &request)
             request.description = texts[1];
     }
     return e.value.toBool();
+}
+
+bool ScriptedQuestions::askPrint(PrintRequest &request)
+{
+    const QString file = take(QStringLiteral("askPrint"), request.title, request.outputFile).value.toString();
+    if (file.isEmpty())
+        return false;
+    request.outputFile = file;
+    return true;
 }
 
 void ScriptedQuestions::showBusyMessage(const QString &title, const QString &message)

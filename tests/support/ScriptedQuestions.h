@@ -7,9 +7,9 @@
 
 namespace sendrel {
 
-// Answers questions from a script and records every question asked, for tests and for the
-// headless tool. A message with only an OK button needs no scripted answer. A question that
-// the script did not foresee fails loudly instead of blocking.
+// Answers questions from a script and records every question asked, for tests and benchmarks.
+// A message with only an OK button needs no scripted answer. A question that the script did not
+// foresee fails loudly instead of blocking.
 class ScriptedQuestions : public UserQuestions {
 public:
     struct Asked {
@@ -26,6 +26,8 @@ public:
     void answerRunId(const QString &result, const QString &name = QString()) { m_script.append({QStringLiteral("askRunId"), result, name}); }
     void answerDuplicateId(const QString &result) { m_script.append({QStringLiteral("askDuplicateId"), result, {}}); }
     void answerStandingOrHarvested(const QString &kind) { m_script.append({QStringLiteral("askStandingOrHarvested"), kind, {}}); }
+    // The PDF file to print into; "" cancels the print dialog.
+    void answerPrint(const QString &pdfFile) { m_script.append({QStringLiteral("askPrint"), pdfFile, {}}); }
     void answerReportText(bool ok, const QString &title = QString(), const QString &description = QString())
     {
         m_script.append({QStringLiteral("askReportText"), ok, QStringList{title, description}});
@@ -39,6 +41,7 @@ public:
     QString askDuplicateId(const QString &name) override;
     QString askStandingOrHarvested() override;
     bool askReportText(ReportTextRequest &request) override;
+    bool askPrint(PrintRequest &request) override;
     void showBusyMessage(const QString &title, const QString &message) override;
     void hideBusyMessage() override;
 
