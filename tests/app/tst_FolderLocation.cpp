@@ -298,13 +298,6 @@ private slots:
             QVERIFY2(e.description().endsWith(gone + QStringLiteral("sample.lst")), qPrintable(e.description()));
         }
     }
-
-    void browseForFolderCutsAtNull()
-    {
-        ScriptedQuestions q;
-        q.answerFolder(QStringLiteral("/tmp/abc") + QChar(u'\0') + QStringLiteral("junk"));
-        QCOMPARE(BrowseForFolder(q, QStringLiteral("t"), QStringLiteral("/")), QStringLiteral("/tmp/abc"));
-    }
 };
 
 SENDREL_TEST_MAIN(tst_FolderLocation)

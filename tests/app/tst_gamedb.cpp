@@ -36,21 +36,12 @@ private slots:
         QCOMPARE(env.tm.db.NumSpecies, 11);
         QCOMPARE(env.tm.settings.DataDir, QDir::toNativeSeparators(env.dir()));
         QCOMPARE(env.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), QDir::toNativeSeparators(env.dir()) + QDir::separator());
-        QVERIFY(env.tm.db.ModelRunRS.Eof());
-        // Reopening replaces the connection and recordsets.
-        QVERIFY(OpenGameDB(env.tm, false));
-        CloseGameDB(env.tm);
-        CloseGameDB(env.tm);
-    }
-
-    // The settings' wait for a locked database is in seconds.
-    void theLockWaitIsTheSettingsSeconds()
-    {
-        RunDatabase env{RunDatabase::Db::None};
-        env.openAsProgram();
+        // Reopening replaces the connection, with the settings' wait in seconds.
         env.tm.settings.LockWaitSeconds = 2.5;
         QVERIFY(OpenGameDB(env.tm, false));
         QCOMPARE(env.tm.DBEngine.lockWait(), std::chrono::milliseconds(2500));
+        CloseGameDB(env.tm);
+        CloseGameDB(env.tm);
     }
 
     // Reports go to the Work folder while it is there, else to the Data folder.
