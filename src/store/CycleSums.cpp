@@ -14,7 +14,8 @@ namespace {
 // A SUM passes by a NULL and a product that is not a number (SQLite makes it NULL).
 inline void addProduct(double &sum, double product)
 {
-    sum += product;
+    if (!std::isnan(product))
+        sum += product;
 }
 
 // A column's number, NULL as not a number: so a product with it is none, as in SQL.
