@@ -8,6 +8,9 @@
 #include "store/Schema.h"
 
 #include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QProcessEnvironment>
 #include <QCoreApplication>
 #include <QFile>
 #include <QRandomGenerator>
@@ -15,6 +18,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <algorithm>
+#include <functional>
+#include <vector>
+
+#include <sys/resource.h>
 
 namespace sendrel::bench {
 
@@ -60,18 +68,65 @@ inline QByteArray LoadAverage()
     return load.readAll().split(' ').mid(0, 3).join(' ');
 }
 
-// A large run straight into a new run database at path: `cycles` cycles in the years 2000, 2010,
+struct Timing {
+    double wallMs;
+    double cpuMs;
+};
+
+// The best and the median of n runs: the machine may be shared.
+inline void report(const char *what, std::vector<Timing> t)
+{
+    std::sort(t.begin(), t.end(), [](const Timing &a, const Timing &b) { return a.wallMs < b.wallMs; });
+    const Timing &median = t[t.size() / 2];
+    std::printf("%-44s best %8.0f ms wall %8.0f ms cpu   median %8.0f ms wall %8.0f ms cpu\n", what, t.front().wallMs, t.front().cpuMs,
+                median.wallMs, median.cpuMs);
+}
+
+inline Timing measure(const std::function<void()> &work)
+{
+    QElapsedTimer wall;
+    wall.start();
+    const double cpu = ThreadCpuMs();
+    work();
+    return {static_cast<double>(wall.nsecsElapsed()) / 1e6, ThreadCpuMs() - cpu};
+}
+
+inline double childrenCpuMs()
+{
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e3 + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e3;
+}
+
+// One whole sendrel-cli process, with a home of its own so that no user's settings take part.
+inline Timing runTool(const QString &cli, const QString &home, const QStringList &arguments)
+{
+    QProcess tool;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("HOME"), home);
+    env.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/config"));
+    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home);
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    tool.setProcessEnvironment(env);
+    const double cpu = childrenCpuMs();
+    QElapsedTimer wall;
+    wall.start();
+    tool.start(cli, arguments);
+    if (!tool.waitForFinished(600000) || tool.exitCode() != 0) {
+        std::fprintf(stderr, "sendrel-cli %s failed: %s\n", qPrintable(arguments.join(QLatin1Char(' '))), tool.readAllStandardError().constData());
+        std::exit(1);
+    }
+    return {static_cast<double>(wall.nsecsElapsed()) / 1e6, childrenCpuMs() - cpu};
+}
+
+// A large run straight into a run database: `cycles` cycles in the years 2000, 2010,
 // ... of `treesPerCycle` standing records each, over `species` species; with harvest, a
 // harvested list of the same Run Id whose cycles match the standing ones by year, of
 // `harvestedPerCycle` records each (by default a fifth of the standing ones, removing about a
 // fifth of the stems). Diameters 2 to 80 cm, volumes after a simple form factor.
-inline void MakeLargeRun(const QString &path, const QString &runId, int cycles, int treesPerCycle, int species, bool harvest,
-                         int harvestedPerCycle = -1)
+inline void AddLargeRun(clsDBEngine &engine, const QString &runId, int cycles, int treesPerCycle, int species, bool harvest,
+                        int harvestedPerCycle = -1, quint32 seed = 20240501)
 {
-    CreateRunDatabase(path);
-    clsDBEngine engine;
-    engine.PathToDB = path;
-    engine.OpenDB();
     WriteTransaction transaction(engine);
     Statement run(engine, QStringLiteral("INSERT INTO Model_Run (Run_Id, Run_Date, Run_Time, Not_Used, Standing_Harvested) "
                                          "VALUES (?1, '2024-05-01', '10:00:00', 'Not Used', ?2)"));
@@ -80,7 +135,7 @@ inline void MakeLargeRun(const QString &path, const QString &runId, int cycles, 
     Statement tree(engine, QStringLiteral("INSERT INTO Model_Entries (Run_Id, Tree_Id, Species_Code, Trees_per_ha, Current_Diameter, "
                                           "Total_Volume, Cycle_Number, Standing_Harvested, MerchVolLessDWB) "
                                           "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)"));
-    QRandomGenerator rng(20240501);
+    QRandomGenerator rng(seed);
     for (const char *kind : {"S", "H"}) {
         const bool standing = kind[0] == 'S';
         if (!standing && !harvest)
@@ -109,6 +164,17 @@ inline void MakeLargeRun(const QString &path, const QString &runId, int cycles, 
     for (RunKind kind : {RunKind::Standing, RunKind::Harvested})
         WriteCycleSums(engine, {runId, kind}, SumCycleRecords(engine, {runId, kind}));
     transaction.commit();
+}
+
+// The same into a new run database at path.
+inline void MakeLargeRun(const QString &path, const QString &runId, int cycles, int treesPerCycle, int species, bool harvest,
+                         int harvestedPerCycle = -1)
+{
+    CreateRunDatabase(path);
+    clsDBEngine engine;
+    engine.PathToDB = path;
+    engine.OpenDB();
+    AddLargeRun(engine, runId, cycles, treesPerCycle, species, harvest, harvestedPerCycle);
     Statement(engine, QStringLiteral("ANALYZE")).run();
     engine.CloseDB();
 }

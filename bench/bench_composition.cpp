@@ -41,56 +41,10 @@ constexpr int kHarvestedPerCycle = 50000;
 constexpr int kSpecies = 11;
 const QString kRun = QStringLiteral("BIG");
 
-struct Timing {
-    double wallMs;
-    double cpuMs;
-};
-
-// The best and the median of n runs: the machine may be shared.
-void report(const char *what, std::vector<Timing> t)
-{
-    std::sort(t.begin(), t.end(), [](const Timing &a, const Timing &b) { return a.wallMs < b.wallMs; });
-    const Timing &median = t[t.size() / 2];
-    std::printf("%-44s best %8.0f ms wall %8.0f ms cpu   median %8.0f ms wall %8.0f ms cpu\n", what, t.front().wallMs, t.front().cpuMs,
-                median.wallMs, median.cpuMs);
-}
-
-Timing measure(const std::function<void()> &work)
-{
-    QElapsedTimer wall;
-    wall.start();
-    const double cpu = bench::ThreadCpuMs();
-    work();
-    return {static_cast<double>(wall.nsecsElapsed()) / 1e6, bench::ThreadCpuMs() - cpu};
-}
-
-double childrenCpuMs()
-{
-    rusage usage{};
-    getrusage(RUSAGE_CHILDREN, &usage);
-    return (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e3 + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e3;
-}
-
-// One whole sendrel-cli process, with a home of its own so that no user's settings take part.
-Timing runTool(const QString &cli, const QString &home, const QStringList &arguments)
-{
-    QProcess tool;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("HOME"), home);
-    env.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/config"));
-    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home);
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    tool.setProcessEnvironment(env);
-    const double cpu = childrenCpuMs();
-    QElapsedTimer wall;
-    wall.start();
-    tool.start(cli, arguments);
-    if (!tool.waitForFinished(600000) || tool.exitCode() != 0) {
-        std::fprintf(stderr, "sendrel-cli %s failed: %s\n", qPrintable(arguments.join(QLatin1Char(' '))), tool.readAllStandardError().constData());
-        std::exit(1);
-    }
-    return {static_cast<double>(wall.nsecsElapsed()) / 1e6, childrenCpuMs() - cpu};
-}
+using bench::Timing;
+using bench::report;
+using bench::measure;
+using bench::runTool;
 
 }  // namespace
 

@@ -92,7 +92,7 @@ int main(int argc, char *argv[])
 
     qint16 columns = 0;
     const QString file = ReportFilePath(dir.path(), QStringLiteral("BENCH"), ReportKind::Stand);
-    const QString written = WriteReportFile(db, questions, ReportKind::Stand, QStringLiteral("BENCH"), file, QStringLiteral("Printed by: "), columns);
+    const QString written = WriteReportFile(db, ReportKind::Stand, QStringLiteral("BENCH"), file, QStringLiteral("Printed by: "), columns);
     transaction.commit();
     const qint64 fileMs = timer.elapsed();
     if (written.isEmpty()) {

@@ -45,6 +45,14 @@ constexpr long ClosedObject = 3704;      // closing a closed connection
 constexpr long DialogCancelled = 32755;  // a file dialog cancelled
 constexpr long DatabaseFailure = -2147467259;   // the database layer's general failure
 constexpr long CommandFailure = -2147217900;    // a statement the database refused
+// Outputs: report files, charts, print to file.
+constexpr long SubscriptOutOfRange = 9;  // a report block without a column heading
+constexpr long PrinterError = 482;       // a printer (or a print to file) cannot be started
+// Reports, the program's own.
+constexpr long NothingToReport = 31001;        // no cycle selected, a cycle without trees, a run without cycles
+constexpr long ReportDataUnavailable = 31002;  // no Report_Header row for the run
+constexpr long RunMissing = 31003;             // the run is not (or no longer) in the database
+constexpr long ReportTableFault = 31004;       // the report tables hold what no report writer writes
 }
 
 // Tag of the shared routine modules in the error trail.

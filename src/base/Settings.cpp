@@ -49,13 +49,13 @@ const TextKey kTextKeys[] = {
     {"DensityLeftTitle", &Settings::DensityLeftTitle, "Density (SPH)"},
     {"DensityBottomTitle", &Settings::DensityBottomTitle, "DBH Class (cm)"},
     {"MerchVolTopTitle", &Settings::MerchVolTopTitle, "Gross Total Volume"},
-    {"MerchVolLeftTitle", &Settings::MerchVolLeftTitle, "GTV (cu.m/ha)"},
+    {"MerchVolLeftTitle", &Settings::MerchVolLeftTitle, "GTV(cu.m/ha)"},
     {"MerchVolBottomTitle", &Settings::MerchVolBottomTitle, "DBH Class (cm)"},
     {"StandLevels_Sph_TopTitle", &Settings::StandLevels_Sph_TopTitle, "Species Composition through time (by Species)"},
     {"StandLevels_Sph_LeftTitle", &Settings::StandLevels_Sph_LeftTitle, "Density (SPH)"},
     {"StandLevels_Sph_BottomTitle", &Settings::StandLevels_Sph_BottomTitle, "Calendar Year"},
     {"StandLevels_BasalArea_TopTitle", &Settings::StandLevels_BasalArea_TopTitle, "Species Composition Through Time (by Species)"},
-    {"StandLevels_BasalArea_LeftTitle", &Settings::StandLevels_BasalArea_LeftTitle, "Basal Area (sq.m/ha)"},
+    {"StandLevels_BasalArea_LeftTitle", &Settings::StandLevels_BasalArea_LeftTitle, "Basal Area"},
     {"StandLevels_BasalArea_BottomTitle", &Settings::StandLevels_BasalArea_BottomTitle, "Calendar Year"},
     {"StandLevels_MerchVol_TopTitle", &Settings::StandLevels_MerchVol_TopTitle, "Species Composition Through Time (by Species)"},
     {"StandLevels_MerchVol_LeftTitle", &Settings::StandLevels_MerchVol_LeftTitle, "GTV (cu.m/ha)"},
@@ -119,12 +119,6 @@ void Settings::LoadSettings(const SettingsStore &store, const QString &programDi
         StandLevels_MerchVol_LeftTitle = textDefault(&Settings::StandLevels_MerchVol_LeftTitle);
     if (StandLevels_MerchVol_ReportTitle.isEmpty() || holdsErch(StandLevels_MerchVol_ReportTitle))
         StandLevels_MerchVol_ReportTitle = textDefault(&Settings::StandLevels_MerchVol_ReportTitle);
-    // Axis titles that earlier versions stored as their defaults get the unit written as every
-    // other axis writes it: a blank before the unit, and the basal area's unit at all.
-    if (MerchVolLeftTitle == QLatin1String("GTV(cu.m/ha)"))
-        MerchVolLeftTitle = textDefault(&Settings::MerchVolLeftTitle);
-    if (StandLevels_BasalArea_LeftTitle == QLatin1String("Basal Area"))
-        StandLevels_BasalArea_LeftTitle = textDefault(&Settings::StandLevels_BasalArea_LeftTitle);
 
     ClassesStart = ReadNumber(store.GetSetting(kSectionSendrel, QStringLiteral("ClassesStart"), QStringLiteral("0")));
     ClassesWidth = ReadNumber(store.GetSetting(kSectionSendrel, QStringLiteral("ClassesWidth"), QStringLiteral("10")));
@@ -136,6 +130,9 @@ void Settings::LoadSettings(const SettingsStore &store, const QString &programDi
     LockWaitSeconds = ReadNumber(store.GetSetting(kSectionSendrel, QStringLiteral("LockWaitSeconds"), QStringLiteral("10")));
     if (LockWaitSeconds <= 0 || LockWaitSeconds > 3600)
         LockWaitSeconds = 10;
+    MaxSDI = ReadNumber(store.GetSetting(kSectionSendrel, QStringLiteral("MaxSDI"), QStringLiteral("1000")));
+    if (!(MaxSDI > 0))
+        MaxSDI = 1000;
 }
 
 void Settings::SaveSettings(SettingsStore &store, double leftPos, double topPos) const
@@ -160,6 +157,7 @@ void Settings::SaveSettings(SettingsStore &store, double leftPos, double topPos)
     store.SaveSetting(kSectionSendrel, QStringLiteral("ClassesWidth"), DefaultText(ClassesWidth));
     store.SaveSetting(kSectionSendrel, QStringLiteral("NumClasses"), DefaultText(NumClasses));
     store.SaveSetting(kSectionSendrel, QStringLiteral("LockWaitSeconds"), DefaultText(LockWaitSeconds));
+    store.SaveSetting(kSectionSendrel, QStringLiteral("MaxSDI"), DefaultText(MaxSDI));
     store.sync();
 }
 

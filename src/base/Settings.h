@@ -64,6 +64,10 @@ struct Settings {
     // How long a write waits for a run database that another program is writing, in seconds.
     double LockWaitSeconds = 10;
 
+    // The maximum of Reineke's stand density index that the density diagram of a comparison
+    // draws its lines from, metric (stems/ha at a mean diameter of 25.4 cm).
+    double MaxSDI = 1000;
+
     // Reads every key with its default and repairs what the rules say. programDir is the
     // folder of the executable; the default help file lies in its parent's Help folder.
     // Fails (Overflow) when NumClasses does not fit 16 bits.

@@ -2,6 +2,7 @@
 
 #include "base/SendrelError.h"
 #include "cli/Selection.h"
+#include "domain/compare/Comparison.h"
 #include "domain/composition/StandLevelsSeries.h"
 #include "domain/output/ChartData.h"
 #include "domain/standstock/ChartPages.h"
@@ -17,6 +18,20 @@ namespace {
 const QStringList kGrids = {QStringLiteral("none"), QStringLiteral("horizontal"), QStringLiteral("vertical"), QStringLiteral("both")};
 const QStringList kStatistics = {QStringLiteral("sph"), QStringLiteral("basal-area"), QStringLiteral("gtv")};
 
+// -o of a chart: a .png, .svg or .pdf file, in a build that can draw.
+QString chartOutput(const QCommandLineParser &parser)
+{
+    const QString output = parser.value(QStringLiteral("o"));
+    const QString type = QFileInfo(output).suffix().toLower();
+    if (output.isEmpty())
+        throw CliUsageFault{QStringLiteral("-o needs a .png, .svg or .pdf file")};
+    if (type != QLatin1String("png") && type != QLatin1String("svg") && type != QLatin1String("pdf"))
+        throw RefusedValue(QStringLiteral("o"), QStringLiteral("a .png, .svg or .pdf file"), output);
+    if (!CurrentChartFileWriter())
+        throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"), QStringLiteral("This build cannot draw charts."));
+    return output;
+}
+
 class ChartCommand : public Command {
 public:
     QString name() const override { return QStringLiteral("chart"); }
@@ -25,14 +40,18 @@ public:
         return QStringLiteral("stand|stock RUN --kind S|H [--cycle C|--year Y|--cycles C1,..|--years Y1,..] [--classes S,W,N] "
                               "[--y-max N] [--grid none|horizontal|vertical|both] [--bw] -o FILE.png|FILE.svg|FILE.pdf\n"
                               "       sendrel-cli [--db PATH] chart composition RUN --kind S|H [--statistic sph|basal-area|gtv] "
-                              "[--y-max N] [--grid none|horizontal|vertical|both] [--bw] -o FILE.png|FILE.svg|FILE.pdf");
+                              "[--y-max N] [--grid none|horizontal|vertical|both] [--bw] -o FILE.png|FILE.svg|FILE.pdf\n"
+                              "       sendrel-cli [--db PATH] chart compare RUN RUN [RUN...] [--base RUN] [--statistic NAME|--density] "
+                              "[--difference] [--bw] -o FILE.pdf|FILE.png|FILE.svg");
     }
     QString summary() const override
     {
         return QStringLiteral("Draws the chart window's chart of each selected year (all years when none is given): a PDF gets one "
                               "page per year in the order of the selection; PNG and SVG get one file per year, NAME-YEAR.png, "
                               "unless one year is selected. For composition: the composition window's chart of one statistic "
-                              "over all years.");
+                              "over all years. For compare: one line per run over the years (or the differences from the base), "
+                              "or the density diagram; a PDF without --statistic has one page per statistic, then the density "
+                              "diagram, and PNG and SVG one file each, NAME-STATISTIC.png.");
     }
     QList<QCommandLineOption> options() const override
     {
@@ -43,8 +62,13 @@ public:
                 QCommandLineOption(QStringLiteral("years"), QStringLiteral("Several calendar years."), QStringLiteral("Y1,Y2,..")),
                 QCommandLineOption(QStringLiteral("classes"), QStringLiteral("The diameter classes (default: the settings')."),
                                    QStringLiteral("START,WIDTH,COUNT")),
-                QCommandLineOption(QStringLiteral("statistic"), QStringLiteral("Composition: density (default), basal area or gross total volume."),
-                                   QStringLiteral("sph|basal-area|gtv")),
+                QCommandLineOption(QStringLiteral("statistic"), QStringLiteral("Composition: density (default), basal area or gross total volume. "
+                                                                               "Compare: sph, basal-area, qmd, sdi, gtv, gmv, nmv, "
+                                                                               "cumulative-gtv, cumulative-nmv, yield-gtv or yield-nmv."),
+                                   QStringLiteral("NAME")),
+                QCommandLineOption(QStringLiteral("base"), QStringLiteral("Compare: the base run (default: the first)."), QStringLiteral("RUN")),
+                QCommandLineOption(QStringLiteral("density"), QStringLiteral("Compare: the density diagram.")),
+                QCommandLineOption(QStringLiteral("difference"), QStringLiteral("Compare: the differences from the base.")),
                 QCommandLineOption(QStringLiteral("y-max"), QStringLiteral("The Y axis maximum, digits only; it widens the axis, "
                                                                            "never cuts data off."),
                                    QStringLiteral("N")),
@@ -54,17 +78,23 @@ public:
                 QCommandLineOption(QStringLiteral("o"), QStringLiteral("The file: .png, .svg or .pdf."), QStringLiteral("FILE"))};
     }
     int minArguments() const override { return 2; }
-    int maxArguments() const override { return 2; }
+    // compare and its runs.
+    int maxArguments() const override { return 1 + kMostComparedRuns; }
 
     int run(CliContext &ctx, const QCommandLineParser &parser, const QStringList &args) override
     {
         const QString what = args.at(0);
         const bool composition = what == QLatin1String("composition");
+        if (what == QLatin1String("compare"))
+            return RunCompareChart(ctx, parser, args, chartOutput(parser));
         if (what != QLatin1String("stand") && what != QLatin1String("stock") && !composition)
-            throw CliUsageFault{QStringLiteral("chart takes stand, stock or composition, not '%1'").arg(what)};
-        const QStringList ownOptions = composition ? QStringList{QStringLiteral("cycle"), QStringLiteral("year"), QStringLiteral("cycles"),
-                                                                 QStringLiteral("years"), QStringLiteral("classes")}
-                                                   : QStringList{QStringLiteral("statistic")};
+            throw CliUsageFault{QStringLiteral("chart takes stand, stock, composition or compare, not '%1'").arg(what)};
+        if (args.size() > 2)
+            throw CliUsageFault{QStringLiteral("unexpected argument '%1'").arg(args.at(2))};
+        QStringList ownOptions = composition ? QStringList{QStringLiteral("cycle"), QStringLiteral("year"), QStringLiteral("cycles"),
+                                                           QStringLiteral("years"), QStringLiteral("classes")}
+                                             : QStringList{QStringLiteral("statistic")};
+        ownOptions += QStringList{QStringLiteral("base"), QStringLiteral("density"), QStringLiteral("difference")};
         for (const QString &option : ownOptions) {
             if (parser.isSet(option))
                 throw CliUsageFault{QStringLiteral("--%1 is no option of chart %2").arg(option, what)};
@@ -77,14 +107,7 @@ public:
         if (parser.isSet(QStringLiteral("y-max")) && !digits.match(yMax).hasMatch())
             throw RefusedValue(QStringLiteral("y-max"), QStringLiteral("digits only"), yMax);
         const int grid = ChoiceOption(parser, QStringLiteral("grid"), kGrids, -1);
-        const QString output = parser.value(QStringLiteral("o"));
-        const QString type = QFileInfo(output).suffix().toLower();
-        if (output.isEmpty())
-            throw CliUsageFault{QStringLiteral("-o needs a .png, .svg or .pdf file")};
-        if (type != QLatin1String("png") && type != QLatin1String("svg") && type != QLatin1String("pdf"))
-            throw RefusedValue(QStringLiteral("o"), QStringLiteral("a .png, .svg or .pdf file"), output);
-        if (!CurrentChartFileWriter())
-            throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"), QStringLiteral("This build cannot draw charts."));
+        const QString output = chartOutput(parser);
 
         const bool bw = parser.isSet(QStringLiteral("bw"));
         if (composition) {

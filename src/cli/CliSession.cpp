@@ -21,6 +21,7 @@ std::vector<std::unique_ptr<Command>> AllCommands()
     commands.push_back(MakeReportCommand());
     commands.push_back(MakeChartCommand());
     commands.push_back(MakeSummaryCommand());
+    commands.push_back(MakeCompareCommand());
     commands.push_back(MakeCompactCommand());
     commands.push_back(MakeBackupCommand());
     commands.push_back(MakeRestoreCommand());

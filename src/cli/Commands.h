@@ -34,6 +34,9 @@ public:
     TreeModel tm;
 };
 
+// The comparison charts of `chart compare` (arguments: "compare" and the runs).
+int RunCompareChart(CliContext &ctx, const QCommandLineParser &parser, const QStringList &args, const QString &output);
+
 // Writes the charts of the selected years: a PDF holds them all, one page each; PNG and SVG
 // get one file per year, NAME-YEAR.png, unless there is only one.
 void WriteChartFiles(const QList<ChartData> &pages, const QStringList &years, const QString &output);
@@ -48,6 +51,7 @@ std::unique_ptr<Command> MakeDescribeCommand();
 std::unique_ptr<Command> MakeReportCommand();
 std::unique_ptr<Command> MakeChartCommand();
 std::unique_ptr<Command> MakeSummaryCommand();
+std::unique_ptr<Command> MakeCompareCommand();
 std::unique_ptr<Command> MakeCompactCommand();
 std::unique_ptr<Command> MakeBackupCommand();
 std::unique_ptr<Command> MakeRestoreCommand();

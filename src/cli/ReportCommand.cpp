@@ -89,14 +89,21 @@ public:
         if (parser.isSet(QStringLiteral("description")))
             session.questions.reportDescription = parser.value(QStringLiteral("description"));
         session.open();
+        // The run as of one moment, from the look-up to the last line: another program's delete
+        // comes wholly before (the run is missing) or wholly after.
+        const ReadSnapshot snapshot(session.tm.db.DBEngine);
         const RunKey run = session.requireRun(args.at(1), kind);
 
         StandStockReportRequest request;
         request.This_RunId = run.runId;
         request.This_SorH = run.letter();
         request.density = what == QLatin1String("stand");
-        for (const CycleListEntry &e : SelectedEntries(parser, UpdateHeaderList(session.tm.db, run), EscapedForLine(run.displayName())))
-            request.cycles.append({ToInt16(e.cycle), e.yearText});
+        // Every cycle by default: those with trees, as a harvested list has cycles without.
+        const bool chosen = parser.isSet(QStringLiteral("cycles")) || parser.isSet(QStringLiteral("years"));
+        for (const CycleListEntry &e : SelectedEntries(parser, UpdateHeaderList(session.tm.db, run), EscapedForLine(run.displayName()))) {
+            if (chosen || CycleHasTrees(session.tm.db, run, e.cycle))
+                request.cycles.append({ToInt16(e.cycle), e.yearText});
+        }
 
         const qint16 kindOfReport = request.density ? ReportKind::Stand : ReportKind::Stock;
         const QString output = parser.value(QStringLiteral("o"));
@@ -112,10 +119,12 @@ public:
             request.reportPath = ReportFilePath(session.tm.ReportFolder(), run.runId, kindOfReport);
 
         StandStockData data(layout, session.tm.db.NumSpecies);
-        const CompiledStandStockReport report = CompileStandStockReport(session.tm.db, session.questions, request, layout, data);
-        if (!report.compiled || report.text.isEmpty())
-            return CliFailure;   // what went wrong has been told on stderr
-        deliver(ctx, output, report.text, report.ReportFile);
+        try {
+            const CompiledStandStockReport report = CompileStandStockReport(session.tm.db, session.questions, request, layout, data);
+            deliver(ctx, output, report.text, report.ReportFile);
+        } catch (const SendrelError &e) {
+            throw told(e);
+        }
         return CliOk;
     }
 
@@ -131,8 +140,9 @@ private:
         if (parser.isSet(QStringLiteral("description")))
             session.questions.reportDescription = parser.value(QStringLiteral("description"));
         session.open();
-        const RunKey run = session.requireRun(runId, kind);
         RunStore &db = session.tm.db;
+        const ReadSnapshot snapshot(db.DBEngine);
+        const RunKey run = session.requireRun(runId, kind);
 
         StandLevelsReportRequest request;
         request.This_RunId = run.runId;
@@ -165,16 +175,25 @@ private:
             request.reportPath = ReportFilePath(session.tm.ReportFolder(), run.runId, ReportKind::Species);
         session.tm.CurrentRunId = run.runId;
 
-        const CompiledStandLevelsReport report = CompileStandLevelsReport(db, session.questions, request);
-        if (!report.compiled || report.text.isEmpty())
-            return CliFailure;   // what went wrong has been told on stderr
-        deliver(ctx, output, report.text, report.ReportFile);
+        try {
+            const CompiledStandLevelsReport report = CompileStandLevelsReport(db, session.questions, request);
+            deliver(ctx, output, report.text, report.ReportFile);
+        } catch (const SendrelError &e) {
+            throw told(e);
+        }
         return CliOk;
     }
 
+    // A failed report in the words the desktop's box has for it.
+    static SendrelError told(const SendrelError &e)
+    {
+        QString text = ReportFailureMessage(e).text;
+        text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+        return e.withDescription(text);
+    }
+
     // The report made: to stdout, to the file of -o, or its path printed when it went to its
-    // place. The generator writes only that place, whose earlier report a failure removes; a file
-    // the user names is written here, once the text is made, so that a failure leaves it as it was.
+    // place. Either file is written whole, and a failure leaves the one there as it was.
     static void deliver(CliContext &ctx, const QString &output, const QString &text, const QString &placed)
     {
         if (output == QLatin1String("-"))

@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QCoreApplication>
 
+#include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 
@@ -46,5 +48,17 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(QStringLiteral("sendrel-cli"));
     QTextStream out(stdout);
     QTextStream err(stderr);
-    return sendrel::RunCli(app->arguments().mid(1), out, err);
+    const int code = sendrel::RunCli(app->arguments().mid(1), out, err);
+    // Output that did not reach the standard output (a full disk behind "> file") is a failure.
+    out.flush();
+    const bool lost = out.status() != QTextStream::Ok;
+    errno = 0;
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) || lost) {
+        // The cause is known when the last flush gave it; an earlier write's is gone by now.
+        const int cause = errno;
+        std::fprintf(stderr, "sendrel-cli: cannot write the standard output%s%s\n", cause ? ": " : " whole",
+                     cause ? std::strerror(cause) : "");
+        return 1;
+    }
+    return code;
 }

@@ -1,14 +1,18 @@
 #include "graph/Graph.h"
 
 #include "base/SendrelError.h"
+#include "domain/output/WholeFile.h"
 #include "graph/ChartKey.h"
+#include "graph/PrintOn.h"
 
 #include <QBarCategoryAxis>
 #include <QBarSeries>
 #include <QBarSet>
+#include <QBuffer>
 #include <QChart>
 #include <QChartView>
 #include <QClipboard>
+#include <QDir>
 #include <QFileInfo>
 #include <QFontMetricsF>
 #include <QGraphicsLayout>
@@ -18,6 +22,7 @@
 #include <QImage>
 #include <QLegend>
 #include <QLineSeries>
+#include <QLogValueAxis>
 #include <QPageSize>
 #include <QPaintEngine>
 #include <QPainter>
@@ -186,6 +191,20 @@ QString tickFormat(double low, double high, int ticks)
     return step == std::floor(step) && low == std::floor(low) ? QStringLiteral("%.0f") : QStringLiteral("%.1f");
 }
 
+// A logarithmic axis, base 10, its labels as plain numbers.
+QLogValueAxis *logAxis(double low, double high)
+{
+    auto *axis = new QLogValueAxis;
+    axis->setBase(10);
+    axis->setRange(low > 0 ? low : 1, high > low && low > 0 ? high : 10);
+    axis->setLabelFormat(QStringLiteral("%g"));
+    // The minor lines at 2 to 9 times each power let a reader place a point between the labels.
+    axis->setMinorTickCount(8);
+    axis->setMinorGridLineVisible(true);
+    axis->setMinorGridLineColor(QColor(225, 225, 225));
+    return axis;
+}
+
 QFont withSize(QFont font, double points, bool bold = false)
 {
     font.setPointSizeF(points);
@@ -233,21 +252,27 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
     const QFont axisFont = withSize(chart->font(), points > 20 ? 8 : 9);
     const QFont axisTitleFont = withSize(chart->font(), 10, true);
 
-    auto *yAxis = new QValueAxis;
     double low = data.ChartYAxisMin();
     double high = data.ChartYAxisMax();
     // An axis from 0 to 0 (no data) still needs a span to be drawn.
     if (!(high > low))
         high = low + 1;
     const int ticks = data.ChartYAxisTicks() > 0 ? data.ChartYAxisTicks() : 1;
-    yAxis->setRange(low, high);
-    yAxis->setTickCount(ticks + 1);
-    yAxis->setLabelFormat(tickFormat(low, high, ticks));
+    QAbstractAxis *yAxis = nullptr;
+    if (data.ChartLogAxes()) {
+        yAxis = logAxis(low, high);
+    } else {
+        auto *values = new QValueAxis;
+        values->setRange(low, high);
+        values->setTickCount(ticks + 1);
+        values->setLabelFormat(tickFormat(low, high, ticks));
+        values->setMinorGridLineVisible(false);
+        yAxis = values;
+    }
     yAxis->setTitleText(data.ChartLeftTitle());
     yAxis->setTitleFont(axisTitleFont);
     yAxis->setLabelsFont(axisFont);
     yAxis->setGridLineVisible(data.ChartGrid() & 1);
-    yAxis->setMinorGridLineVisible(false);
     chart->addAxis(yAxis, Qt::AlignLeft);
 
     // The key lists the named series; series without a legend have no sample, and a chart
@@ -290,7 +315,6 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
         classes->setTruncateLabels(false);
         xAxis = classes;
     } else {
-        auto *years = new QValueAxis;
         double xLow = data.ChartXAxisMin();
         double xHigh = data.ChartXAxisMax();
         if (!(xHigh > xLow)) {
@@ -307,24 +331,29 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
                 xHigh = xLow + 1;
         }
         const int xTicks = data.ChartXAxisTicks() > 0 ? data.ChartXAxisTicks() : 1;
-        years->setRange(xLow, xHigh);
-        years->setTickCount(xTicks + 1);
-        years->setLabelFormat(tickFormat(xLow, xHigh, xTicks));
-        xAxis = years;
+        if (data.ChartLogAxes()) {
+            xAxis = logAxis(xLow, xHigh);
+        } else {
+            auto *years = new QValueAxis;
+            years->setRange(xLow, xHigh);
+            years->setTickCount(xTicks + 1);
+            years->setLabelFormat(tickFormat(xLow, xHigh, xTicks));
+            xAxis = years;
+        }
         for (int s = 0; s < all.size(); ++s) {
             auto *line = new QLineSeries;
             line->setName(all[s].legend);
             for (int p = 0; p < all[s].values.size(); ++p)
                 line->append(all[s].xs.value(p), all[s].values[p]);
             QPen pen(colour ? PaletteColour(all[s].colour) : QColor(Qt::black));
-            pen.setWidthF(2.0);
+            pen.setWidthF(all[s].width > 0 ? all[s].width : 2.0);
             if (!colour && !kDashPatterns[s % kDashPatterns.size()].isEmpty()) {
                 pen.setDashPattern(kDashPatterns[s % kDashPatterns.size()]);
                 // Square ends would lengthen every dash by the pen's width and close the short gaps.
                 pen.setCapStyle(Qt::FlatCap);
             }
             line->setPen(pen);
-            line->setPointsVisible(true);
+            line->setPointsVisible(all[s].markers);
             chart->addSeries(line);
             drawn.append(line);
             if (!all[s].legend.isEmpty())
@@ -385,7 +414,7 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
         // Black and white means no tint anywhere: the theme's bluish greys become true greys.
         chart->setBackgroundBrush(Qt::white);
         chart->setTitleBrush(Qt::black);
-        for (QAbstractAxis *axis : {static_cast<QAbstractAxis *>(yAxis), xAxis}) {
+        for (QAbstractAxis *axis : {yAxis, xAxis}) {
             axis->setLabelsColor(Qt::black);
             axis->setTitleBrush(Qt::black);
             axis->setLinePenColor(Qt::black);
@@ -461,7 +490,7 @@ void Graph::renderTo(QPaintDevice *device, bool colour) const
 {
     QPainter painter;
     if (!painter.begin(device))
-        throw SendrelError(482, QStringLiteral("Graph"), QStringLiteral("Printer error"));
+        throw SendrelError(ErrNo::PrinterError, QStringLiteral("Graph"), QStringLiteral("Printer error"));
     renderTo(painter, QRectF(0, 0, device->width(), device->height()), colour);
     painter.end();
 }
@@ -494,77 +523,66 @@ QImage Graph::copyImage() const
 
 void Graph::SaveCharts(const QList<ChartData> &charts, const QString &path, QSize size)
 {
-    Graph graph;
-    if (charts.size() == 1 || QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) != 0) {
-        if (charts.size() != 1)
-            throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Graph"), QStringLiteral("One chart per PNG or SVG file: ") + path);
-        graph.setChartData(charts.first());
-        graph.saveAs(path, size);
-        return;
-    }
-    QPdfWriter pdf(path);
-    pdf.setPageSize(QPageSize(QPageSize::A4));
-    pdf.setPageOrientation(QPageLayout::Landscape);
-    pdf.setResolution(300);
-    pdf.setTitle(charts.first().ChartTopTitle());
-    pdf.setCreator(QStringLiteral("Sendrel"));
-    QPainter painter;
-    if (!painter.begin(&pdf))
-        throw SendrelError(75, QStringLiteral("Graph"), QStringLiteral("Path/File access error: ") + path);
-    for (qsizetype i = 0; i < charts.size(); ++i) {
-        if (i > 0)
-            pdf.newPage();
-        graph.setChartData(charts.at(i));
-        graph.renderTo(painter, QRectF(0, 0, pdf.width(), pdf.height()), graph.ChartScreenStyle() == 1);
-    }
-    painter.end();
-    if (!QFileInfo(path).isFile() || QFileInfo(path).size() == 0)
-        throw SendrelError(75, QStringLiteral("Graph"), QStringLiteral("Path/File access error: ") + path);
-}
-
-void Graph::saveAs(const QString &path, QSize size) const
-{
-    const bool colour = ChartScreenStyle() == 1;
     const QString type = QFileInfo(path).suffix().toLower();
-    auto failed = [&path]() {
-        return SendrelError(75, QStringLiteral("Graph"), QStringLiteral("Path/File access error: ") + path);
+    const auto cannotWrite = [&path](const QString &why) {
+        return SendrelError(ErrNo::PathFileAccess, QStringLiteral("Graph"),
+                            QStringLiteral("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), why));
     };
+    if (type != QLatin1String("png") && type != QLatin1String("svg") && type != QLatin1String("pdf"))
+        throw cannotWrite(QStringLiteral("a chart file is a .png, .svg or .pdf file"));
+    if (charts.isEmpty() || (charts.size() > 1 && type != QLatin1String("pdf")))
+        throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Graph"), QStringLiteral("One chart per PNG or SVG file: ") + path);
+
+    // Drawn in memory first, then written whole: a failure leaves the file that was there as it was.
+    Graph graph;
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    graph.setChartData(charts.first());
+    const bool colour = graph.ChartScreenStyle() == 1;
     if (type == QLatin1String("png")) {
-        if (!toImage(size, colour).save(path, "PNG"))
-            throw failed();
+        if (!graph.toImage(size, colour).save(&buffer, "PNG"))
+            throw cannotWrite(QStringLiteral("the image cannot be encoded"));
     } else if (type == QLatin1String("svg")) {
         QSvgGenerator svg;
-        svg.setFileName(path);
+        svg.setOutputDevice(&buffer);
         svg.setSize(size);
         svg.setViewBox(QRect(QPoint(0, 0), size));
         // Sizes in points are written for the screen's resolution, so that the text has the size
         // it has on screen and in a PNG file.
         if (const QScreen *screen = QGuiApplication::primaryScreen())
             svg.setResolution(qRound(screen->logicalDotsPerInchY()));
-        svg.setTitle(ChartTopTitle());
+        svg.setTitle(graph.ChartTopTitle());
         svg.setDescription(QStringLiteral("Sendrel chart"));
         QPainter painter;
         if (!painter.begin(&svg))
-            throw failed();
-        renderTo(painter, QRectF(QPointF(0, 0), QSizeF(size)), colour);
+            throw cannotWrite(QStringLiteral("the drawing cannot be started"));
+        graph.renderTo(painter, QRectF(QPointF(0, 0), QSizeF(size)), colour);
         painter.end();
-    } else if (type == QLatin1String("pdf")) {
-        QPdfWriter pdf(path);
+    } else {
+        QPdfWriter pdf(&buffer);
         pdf.setPageSize(QPageSize(QPageSize::A4));
         pdf.setPageOrientation(QPageLayout::Landscape);
         pdf.setResolution(300);
-        pdf.setTitle(ChartTopTitle());
+        pdf.setTitle(charts.first().ChartTopTitle());
         pdf.setCreator(QStringLiteral("Sendrel"));
         QPainter painter;
         if (!painter.begin(&pdf))
-            throw failed();
-        renderTo(painter, QRectF(0, 0, pdf.width(), pdf.height()), colour);
+            throw cannotWrite(QStringLiteral("the drawing cannot be started"));
+        for (qsizetype i = 0; i < charts.size(); ++i) {
+            if (i > 0) {
+                pdf.newPage();
+                graph.setChartData(charts.at(i));
+            }
+            graph.renderTo(painter, QRectF(0, 0, pdf.width(), pdf.height()), graph.ChartScreenStyle() == 1);
+        }
         painter.end();
-    } else {
-        throw failed();
     }
-    if (!QFileInfo(path).isFile() || QFileInfo(path).size() == 0)
-        throw failed();
+    SaveWholeFile(path, buffer.data(), QStringLiteral("Graph"));
+}
+
+void Graph::saveAs(const QString &path, QSize size) const
+{
+    SaveCharts({static_cast<const ChartData &>(*this)}, path, size);
 }
 
 void Graph::ChartDraw(qint16 action)
@@ -585,7 +603,7 @@ void Graph::ChartDraw(qint16 action)
             own->setPageOrientation(QPageLayout::Landscape);
             printer = own.get();
         }
-        renderTo(printer, ChartPrintStyle() == 3);
+        PrintOn(*printer, [this](QPagedPaintDevice &device) { renderTo(&device, ChartPrintStyle() == 3); }, QStringLiteral("Graph"));
         break;
     }
     default:

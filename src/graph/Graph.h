@@ -38,8 +38,9 @@ public:
 
     // 2 draws on screen (ChartScreenStyle), 4 copies the chart to the clipboard as an image laid
     // out as on screen, with twice its pixels each way (ChartScreenStyle), 5 prints it
-    // (ChartPrintStyle) on the printer set by setPrinter, or on the default printer. A failure
-    // to print is number 482, "Printer error".
+    // (ChartPrintStyle) on the printer set by setPrinter, or on the default printer; a printer
+    // that prints to a file writes it whole (PrintOn). A failure to print is number 482,
+    // "Printer error".
     void ChartDraw(qint16 action);
 
     // Whether the chart shows in its window.
@@ -59,11 +60,13 @@ public:
     // The chart as an image of that size.
     QImage toImage(QSize size, bool colour) const;
     // Writes the chart to a .png, .svg or .pdf file in the screen style (ChartScreenStyle).
-    // PNG and SVG have the size given; a PDF is one landscape A4 page. Fails (number 75,
-    // "Path/File access error") when the file cannot be written or the type is unknown.
+    // PNG and SVG have the size given; a PDF is one landscape A4 page. The file is drawn in
+    // memory and written whole (SaveWholeFile): a failure (ErrNo::PathFileAccess for a type it does
+    // not know, ErrNo::DeviceIO for a failed write) names the file and the cause and leaves the
+    // file that was there as it was.
     void saveAs(const QString &path, QSize size = kFileSize) const;
-    // Writes several charts to one file: a PDF gets one landscape A4 page per chart, in order;
-    // PNG and SVG take one chart only. Each chart in its own screen style.
+    // Writes several charts to one file, as saveAs: a PDF gets one landscape A4 page per chart,
+    // in order; PNG and SVG take one chart only. Each chart in its own screen style.
     static void SaveCharts(const QList<ChartData> &charts, const QString &path, QSize size = kFileSize);
 
     static constexpr QSize kFileSize{1100, 700};

@@ -33,6 +33,23 @@ bool isBusy(int rc)
     return primary == SQLITE_BUSY || primary == SQLITE_LOCKED;
 }
 
+// How a run database is opened: for reading and writing where the file and its folder can be
+// written, else for reading only. The write-ahead log needs its index file beside the database;
+// in a folder that cannot be written, a file without a log is read as it stands ("immutable":
+// no other program can change it there either), while one with a log is read through it.
+QString openQuery(const QFileInfo &file, clsDBEngine::Access access, bool &readOnly)
+{
+    using Access = clsDBEngine::Access;
+    const bool folderWritable = access != Access::ReadOnlyFolder && QFileInfo(file.absolutePath()).isWritable();
+    const bool fileWritable = access == Access::AsFound && file.isWritable();
+    readOnly = !folderWritable || !fileWritable;
+    if (!readOnly)
+        return QStringLiteral("mode=rw");
+    if (!folderWritable && !QFileInfo::exists(file.absoluteFilePath() + QStringLiteral("-wal")))
+        return QStringLiteral("mode=ro&immutable=1");
+    return QStringLiteral("mode=ro");
+}
+
 }  // namespace
 
 clsDBEngine::clsDBEngine()
@@ -118,7 +135,7 @@ void clsDBEngine::open(bool create)
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
         // Opened through a URI so that a missing file is never created behind the user's back.
         QUrl url = QUrl::fromLocalFile(file.absoluteFilePath());
-        url.setQuery(create ? QStringLiteral("mode=rwc") : QStringLiteral("mode=rw"));
+        url.setQuery(create ? QStringLiteral("mode=rwc") : openQuery(file, access, m_readOnly));
         db.setDatabaseName(url.toString(QUrl::FullyEncoded));
         db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI"));
         if (!db.open()) {
@@ -158,6 +175,7 @@ void clsDBEngine::open(bool create)
 
 void clsDBEngine::CloseDB()
 {
+    m_readOnly = false;
     m_inserts.clear();
     m_handle = nullptr;
     if (!QSqlDatabase::contains(m_connectionName))

@@ -33,12 +33,21 @@ public:
     clsDBEngine &operator=(const clsDBEngine &) = delete;
 
     // Closes the connection if open, then opens it on PathToDB. A missing file is not created.
+    // A file that cannot be written, or lies in a folder that cannot be written (a read-only
+    // share, an archive), is opened for reading only: everything but writing works.
     void OpenDB();
     // Makes a new, empty database file at PathToDB and opens it; fails when the file exists.
     void CreateDB();
     // Closing a closed connection is no failure.
     void CloseDB();
     bool IsOpen() const;
+    // True when the open file is read only (see OpenDB).
+    bool IsReadOnly() const { return m_readOnly; }
+
+    // What OpenDB takes the file and its folder to allow. Tests stand in here for a file or a
+    // folder that cannot be written, which permissions do not show to the superuser.
+    enum class Access { AsFound, ReadOnlyFile, ReadOnlyFolder };
+    Access access = Access::AsFound;
 
     QString SQLString;
     QString PathToDB;
@@ -95,6 +104,7 @@ private:
     sqlite3 *m_handle = nullptr;
     std::chrono::milliseconds m_lockWait = kDefaultLockWait;
     bool m_damageFound = false;
+    bool m_readOnly = false;
     QString m_openingNote;
     QHash<QString, std::shared_ptr<Statement>> m_inserts;
 };

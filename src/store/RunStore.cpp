@@ -2,6 +2,7 @@
 
 #include "base/SendrelError.h"
 #include "store/CycleSums.h"
+#include "store/Schema.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -50,6 +51,7 @@ void RunStore::open(const QString &path)
     close();
     DBEngine.PathToDB = path;
     DBEngine.OpenDB();
+    MakeScratchReportTables(DBEngine);
     DBEngine.SQLString = QStringLiteral("Select * from Model_Run  WHERE 0=0");
     ModelRunRS = DBEngine.RetreiveRecords();
     DBEngine.UseWriteAheadLog();

@@ -95,6 +95,13 @@ QStringList RunDatabaseSchema()
         "  Variant_ID INTEGER NOT NULL)");
     s << QStringLiteral("CREATE UNIQUE INDEX Species_Key ON Species (Num_Code, Variant_ID)");
 
+    s << ScratchReportTableSchema();
+    return s;
+}
+
+QStringList ScratchReportTableSchema()
+{
+    QStringList s;
     s << QStringLiteral(
         "CREATE TABLE Report_Header (\n"
         "  Report_Id INTEGER,\n"
@@ -130,6 +137,19 @@ QStringList RunDatabaseSchema()
         species.append(QStringLiteral("Str_Code%1 TEXT, Name%1 TEXT").arg(n));
     s << QStringLiteral("CREATE TABLE Species2 (\n  Report_id INTEGER,\n  ") + species.join(QStringLiteral(",\n  ")) + QStringLiteral(")");
     return s;
+}
+
+void MakeScratchReportTables(clsDBEngine &engine)
+{
+    // Created in the connection's temporary database, where an unqualified name is looked up
+    // first: the file's tables of the same names stand behind them, unread and unwritten.
+    for (QString statement : ScratchReportTableSchema()) {
+        if (statement.startsWith(QLatin1String("CREATE TABLE ")))
+            statement.replace(0, 13, QStringLiteral("CREATE TEMP TABLE IF NOT EXISTS "));
+        else   // a name of its own: the file's index of the same name would stop a VACUUM
+            statement.replace(0, 13, QStringLiteral("CREATE INDEX IF NOT EXISTS temp.Scratch_"));
+        Statement(engine, statement).run();
+    }
 }
 
 const QList<SpeciesRow> &InstalledSpecies()

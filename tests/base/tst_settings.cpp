@@ -44,8 +44,7 @@ private slots:
         QVERIFY(s.PrintTo_Printer);
         QVERIFY(!s.PrintAs_Colour);
         QVERIFY(s.StandLevelsDefault_Sph);
-        QCOMPARE(s.MerchVolLeftTitle, QStringLiteral("GTV (cu.m/ha)"));
-        QCOMPARE(s.StandLevels_BasalArea_LeftTitle, QStringLiteral("Basal Area (sq.m/ha)"));
+        QCOMPARE(s.MerchVolLeftTitle, QStringLiteral("GTV(cu.m/ha)"));
         QCOMPARE(s.StandLevels_SPH_ReportTitle, QStringLiteral("Total Vol (cu.m/ha)"));
         QCOMPARE(s.ClassesStart, 0.0);
         QCOMPARE(s.ClassesWidth, 10.0);
@@ -78,22 +77,10 @@ private slots:
         QCOMPARE(s.NumClasses, qint16(10));
         QCOMPARE(s.MerchVolBottomTitle, QStringLiteral("Merch"));
         QCOMPARE(s.MerchVolTopTitle, QString());
-        QCOMPARE(s.MerchVolLeftTitle, QStringLiteral("GTV (cu.m/ha)"));
+        QCOMPARE(s.MerchVolLeftTitle, QStringLiteral("GTV(cu.m/ha)"));
         QCOMPARE(s.StandLevels_MerchVol_LeftTitle, QStringLiteral("GTV (cu.m/ha)"));
         QCOMPARE(s.StandLevels_MerchVol_ReportTitle, QStringLiteral("GTV (cu.m/ha)"));
         QVERIFY(s.HelpFile.endsWith(QStringLiteral("Help/Tolvane.chm")));
-
-        // The old defaults of the axis titles get their units; titles of the user's own stay.
-        store.SaveSetting(S, QStringLiteral("MerchVolLeftTitle"), QStringLiteral("GTV(cu.m/ha)"));
-        store.SaveSetting(S, QStringLiteral("StandLevels_BasalArea_LeftTitle"), QStringLiteral("Basal Area"));
-        store.SaveSetting(S, QStringLiteral("StandLevels_Sph_LeftTitle"), QStringLiteral("GTV(cu.m/ha)"));
-        s.LoadSettings(store, programDir());
-        QCOMPARE(s.MerchVolLeftTitle, QStringLiteral("GTV (cu.m/ha)"));
-        QCOMPARE(s.StandLevels_BasalArea_LeftTitle, QStringLiteral("Basal Area (sq.m/ha)"));
-        QCOMPARE(s.StandLevels_Sph_LeftTitle, QStringLiteral("GTV(cu.m/ha)"));
-        store.SaveSetting(S, QStringLiteral("StandLevels_BasalArea_LeftTitle"), QStringLiteral("BA"));
-        s.LoadSettings(store, programDir());
-        QCOMPARE(s.StandLevels_BasalArea_LeftTitle, QStringLiteral("BA"));
 
         store.SaveSetting(S, QStringLiteral("ClassesWidth"), QStringLiteral("0"));
         store.SaveSetting(S, QStringLiteral("ClassesStart"), QStringLiteral("12.5cm"));

@@ -37,6 +37,15 @@ class tst_clireport : public QObject {
         store.sync();
     }
 
+    // "HARV", harvested: cycle 1 (2000) without trees, cycle 2 (2010) with one.
+    void addHarvestedRun()
+    {
+        m_db->addRun(QStringLiteral("HARV"), QStringLiteral("H"));
+        m_db->addHeader(QStringLiteral("HARV"), QStringLiteral("H"), 1, 2000);
+        m_db->addHeader(QStringLiteral("HARV"), QStringLiteral("H"), 2, 2010);
+        m_db->addTree(QStringLiteral("HARV"), QStringLiteral("H"), 2, 3, 12, 40, 0.25);
+    }
+
 private slots:
     void init()
     {
@@ -151,17 +160,20 @@ private slots:
         QTest::newRow("a composition without cycles") << QStringList{"composition", "EMPTY", "--kind", "S"}
                                                       << "Run EMPTY:Standing has no cycles: there is nothing to report.";
         QTest::newRow("no tree in the classes") << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "100,10,3"}
-                                                << "Error printing report";
+                                                << "Cycle 1 (2000) of CLIRPT, Standing, has no trees in the diameter classes.";
+        QTest::newRow("a chosen cycle without trees") << QStringList{"stand", "HARV", "--kind", "H", "--cycles", "1,2"}
+                                                      << "Cycle 1 (2000) of HARV, Harvested, has no trees.";
         QTest::newRow("an output that cannot be written")
             << QStringList{"stand", "CLIRPT", "--kind", "S", "-o", "/nonexistent-folder/x.txt"} << "/nonexistent-folder/x.txt";
         QTest::newRow("no tree in the classes, over a file of the user")
-            << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "100,10,3", "-o", "mine.txt"} << "Error printing report";
+            << QStringList{"stand", "CLIRPT", "--kind", "S", "--classes", "100,10,3", "-o", "mine.txt"} << "has no trees in the diameter classes";
     }
     void failures()
     {
         QFETCH(QStringList, args);
         QFETCH(QString, said);
         m_db->addRun(QStringLiteral("EMPTY"), QStringLiteral("S"));
+        addHarvestedRun();
         const qsizetype mine = args.indexOf(QStringLiteral("mine.txt"));
         if (mine >= 0)
             args[mine] = m_db->writeFile(QStringLiteral("mine.txt"), "the user's own");
@@ -172,6 +184,17 @@ private slots:
         QCOMPARE(QDir(m_db->workDir()).entryList(QDir::Files), QStringList());
         if (mine >= 0)
             QCOMPARE(ReadWholeFile(args.at(mine)), QByteArray("the user's own"));
+    }
+
+    // Every cycle by default means the cycles with trees: a harvested list has cycles without.
+    void defaultTakesTheCyclesWithTrees()
+    {
+        addHarvestedRun();
+        const CliRun r = report({"stand", "HARV", "--kind", "H", "-o", "-"});
+        QCOMPARE(r.err, QString());
+        QCOMPARE(r.code, 0);
+        QCOMPARE(r.out.count(QLatin1String("Cycle Year")), 1);
+        QVERIFY(r.out.contains(QLatin1String("Cycle Year 2010 ")));
     }
 
     void usageErrors_data()

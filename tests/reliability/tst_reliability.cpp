@@ -7,6 +7,7 @@
 #include "domain/standstock/StandStockData.h"
 #include "domain/standstock/StandStockReport.h"
 #include "support/CliRun.h"
+#include "support/OtherProgram.h"
 #include "support/RunDatabase.h"
 #include "support/SampleRuns.h"
 #include "support/TreeListLines.h"
@@ -49,16 +50,6 @@ ImportResult importList(RunStore &db, const QString &path, const QString &runId,
         *told += text;
     return result;
 }
-
-// The run database at path, opened by a program of its own (its own connection).
-struct OtherProgram {
-    RunStore db;
-    explicit OtherProgram(const QString &path, int waitMs = 10000)
-    {
-        db.DBEngine.setLockWait(std::chrono::milliseconds(waitMs));
-        db.open(path);
-    }
-};
 
 // The stand table of every cycle of a run, as "View Reports" makes it, with no file.
 QString standReport(RunStore &db, const QString &runId)

@@ -15,15 +15,13 @@ namespace sendrel {
 namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
-const QString kPleaseWait = QStringLiteral("Please wait...");
 
 constexpr int kColumnPairs = 12;          // Sp1/Value1 to Sp12/Value12
 constexpr int kSpecies2Pairs = 11;        // Str_Code1/Name1 to Str_Code11/Name11
 constexpr int kMostSpeciesAlone = 11;     // from the twelfth species on, "Others: " joins the rest
 constexpr int kOwnColumnsWithOthers = 10;
 constexpr int kLandscapeFromSpecies = 5;
-// The frame's mouse pointers.
-constexpr int kPointerDefaultForReport = 0;
+// The frame's hourglass pointer.
 constexpr int kPointerHourglassForReport = 11;
 
 // The description box may give bare line feeds; the report and its table keep CR LF.
@@ -222,81 +220,47 @@ CompiledStandLevelsReport CompileStandLevelsReport(RunStore &db, UserQuestions &
     CompiledStandLevelsReport report;
     const RunKey run{request.This_RunId, KindOfText(request.This_SorH)};
     request.This_SorH = run.letter();
-    const QString gone = QStringLiteral("Run %1 is no longer in the database: another application has deleted it. "
-                                        "There is nothing to report.").arg(run.displayName());
     if (request.CycleRS.isEmpty() || request.SpeciesListRS.isEmpty()) {
-        questions.ShowInfoMessage(QStringLiteral("Run %1 has no %2: there is nothing to report.")
-                                      .arg(run.displayName(), request.CycleRS.isEmpty() ? QStringLiteral("cycles") : QStringLiteral("trees")));
-        return report;
+        throw SendrelError(ErrNo::NothingToReport, QStringLiteral("Sendrel"),
+                           QStringLiteral("Run %1 has no %2: there is nothing to report.")
+                               .arg(run.displayName(), request.CycleRS.isEmpty() ? QStringLiteral("cycles") : QStringLiteral("trees")));
     }
+    RequireRun(db, run);
+    if (const std::optional<QVariant> parameters = db.runParameters(request.This_RunId); parameters && !parameters->isNull())
+        request.This_RunDesc += kCrLf + parameters->toString();
 
-    bool busy = false;
-    // The scratch tables are written and read back in one transaction: another program's report
-    // can neither mix its rows in nor see these half written.
-    std::optional<WriteTransaction> transaction;
-    auto endBusy = [&] {
-        if (busy)
-            questions.hideBusyMessage();
-        busy = false;
-        if (request.SetMousePointer)
-            request.SetMousePointer(kPointerDefaultForReport);
-    };
-    try {
-        if (!db.runExists(run)) {
-            questions.ShowInfoMessage(gone);
-            return report;
-        }
-        if (const std::optional<QVariant> parameters = db.runParameters(request.This_RunId); parameters && !parameters->isNull())
-            request.This_RunDesc += kCrLf + parameters->toString();
-
-        ReportTextRequest text;
-        text.title = request.title;
-        text.description = StandLevelsReportDescription(request.This_RunDesc);
-        if (!questions.askReportText(text))
-            return report;
-        text.description = withCrLf(text.description);
-        request.This_RunDesc = text.description;
-
-        if (request.SetMousePointer)
-            request.SetMousePointer(kPointerHourglassForReport);
-        questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data..."));
-        busy = true;
-
-        transaction.emplace(db.DBEngine);
-        // Deleted while the dialog was up: nothing is touched.
-        if (!db.runExists(run)) {
-            transaction->rollback();
-            endBusy();
-            questions.ShowInfoMessage(gone);
-            return report;
-        }
-        ClearReportTables(db, true);
-        StandLevelsTableWriter writer(db);
-        writer.writeSpecies2(request.SpeciesListRS);
-        writer.writeHeader(request.This_RunId, request.statistic, request.SpeciesListRS.size(), text.title, request.This_RunDesc);
-        writer.writeRows(StandLevelsReportRows(db, request.CycleRS, request.SpeciesListRS,
-                                               request.sums ? *request.sums : ReadStandLevelsCycleSums(db, request.This_RunId, request.This_SorH),
-                                               request.statistic));
-
-        const GeneratedReport generated = GenerateReport(db, questions, ReportKind::Species, request.This_RunId, request.reportPath,
-                                                         request.This_RunDesc, clock);
-        // The generator's own failure leaves the tables as they were written.
-        transaction->commit();
-        report.ReportFile = generated.path;
-        report.text = generated.text;
-        report.columns = generated.columns;
-        report.ReportOrientation = request.SpeciesListRS.size() < kLandscapeFromSpecies ? 1 : 2;
-        report.compiled = true;
-        if (busy)
-            questions.hideBusyMessage();
+    ReportTextRequest text;
+    text.title = request.title;
+    text.description = StandLevelsReportDescription(request.This_RunDesc);
+    if (!questions.askReportText(text))
         return report;
-    } catch (const SendrelError &e) {
-        // What was written before the failure stays, as each statement would have left it.
-        KeepWhatWasWritten(transaction);
-        endBusy();
-        questions.ShowErrorMessage(e.description());
-        return report;
-    }
+    text.description = withCrLf(text.description);
+    request.This_RunDesc = text.description;
+
+    if (request.SetMousePointer)
+        request.SetMousePointer(kPointerHourglassForReport);
+    const BusyMessage busy(questions, QStringLiteral("Compiling report data..."));
+
+    // The run as of one moment, from the check that it is there (it may have gone while the
+    // dialog was up) to the last line of the text. The scratch tables are this connection's own.
+    ReadSnapshot snapshot(db.DBEngine);
+    RequireRun(db, run);
+    ClearReportTables(db, true);
+    StandLevelsTableWriter writer(db);
+    writer.writeSpecies2(request.SpeciesListRS);
+    writer.writeHeader(request.This_RunId, request.statistic, request.SpeciesListRS.size(), text.title, request.This_RunDesc);
+    writer.writeRows(StandLevelsReportRows(db, request.CycleRS, request.SpeciesListRS,
+                                           request.sums ? *request.sums : ReadStandLevelsCycleSums(db, request.This_RunId, request.This_SorH),
+                                           request.statistic));
+    const GeneratedReport generated =
+        GenerateReport(db, ReportKind::Species, request.This_RunId, request.reportPath, request.This_RunDesc, clock);
+    snapshot.end();
+    report.ReportFile = generated.path;
+    report.text = generated.text;
+    report.columns = generated.columns;
+    report.ReportOrientation = request.SpeciesListRS.size() < kLandscapeFromSpecies ? 1 : 2;
+    report.compiled = true;
+    return report;
 }
 
 }  // namespace sendrel

@@ -36,23 +36,24 @@ struct StandLevelsReportRequest {
     std::function<void(int pointer)> SetMousePointer;
 };
 
-// How the compile ended and what the viewer is to show.
+// What the viewer is to show of a compiled report.
 struct CompiledStandLevelsReport {
-    bool compiled = false;           // false: nothing to show (nothing to report, cancelled, or a failure shown)
-    QString ReportFile;              // "" when the generator failed and said so, or no path was given
-    QString text;                    // the report's text, "" when the generator failed
+    bool compiled = false;           // false: the user cancelled the dialog, nothing was done
+    QString ReportFile;              // "" when no path was given
+    QString text;                    // the report's text
     qint16 ReportType = ReportKind::Species;
     qint16 ReportOrientation = 1;    // 1 portrait below 5 species, 2 landscape from 5
     qint16 columns = 0;
 };
 
 // The composition report of one statistic, everything but the windows: the run's parameters
-// appended to the description, title and description asked through questions, then in one
-// transaction Species2, Report_Header and one Stand_Levels_Report row per cycle (the stand as
-// imported: up to 12 column pairs, "Others: " from the twelfth species, "Total:"), Report_Detail
-// emptied, and the report text and file made from them. A run without cycles or species, or one
-// that is no longer in the database, is told to the user and no table is touched. A failure is
-// shown as an event handler shows it and gives compiled == false, the rows written so far staying.
+// appended to the description, title and description asked through questions, then, reading the
+// run as of one moment, Species2, Report_Header and one Stand_Levels_Report row per cycle (the
+// stand as imported: up to 12 column pairs, "Others: " from the twelfth species, "Total:"),
+// Report_Detail emptied, and the report text and file made from them. Fails (SendrelError, told
+// with ReportFailureMessage) with ErrNo::NothingToReport for a run without cycles or species,
+// ErrNo::RunMissing for a run that is not (or no longer) in the database, before any table is
+// touched; as the generator fails; or as the database does.
 CompiledStandLevelsReport CompileStandLevelsReport(RunStore &db, UserQuestions &questions, StandLevelsReportRequest &request,
                                                    const ReportClock &clock = ReportClockNow);
 

@@ -134,6 +134,20 @@ void ChartData::ChartSeriesColour(qint16 series, qint16 paletteIndex)
     m_series[series - 1].colour = paletteIndex;
 }
 
+void ChartData::ChartSeriesPath(qint16 series, const QVector<double> &xs, const QVector<double> &values)
+{
+    checkSeries(series);
+    m_series[series - 1].xs = xs;
+    m_series[series - 1].values = values;
+}
+
+void ChartData::ChartSeriesLine(qint16 series, double width, bool markers)
+{
+    checkSeries(series);
+    m_series[series - 1].width = width;
+    m_series[series - 1].markers = markers;
+}
+
 void ChartData::ChartSeriesLegend(const QString &legend)
 {
     current().legend = legend;

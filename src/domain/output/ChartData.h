@@ -47,6 +47,11 @@ public:
     void ChartSeriesColour(qint16 series, qint16 paletteIndex);
     void ChartSeriesLegend(const QString &legend);
     void ChartSeriesLegend(qint16 series, const QString &legend);
+    // Time charts: a series' own points, as many as it has, whatever the point count; a path may
+    // go back on itself (a harvest: two points of one year).
+    void ChartSeriesPath(qint16 series, const QVector<double> &xs, const QVector<double> &values);
+    // A line's pen width in chart pixels (0: the default), and whether its points are marked.
+    void ChartSeriesLine(qint16 series, double width, bool markers);
 
     void ChartXAxisMin(double v) { m_xMin = v; }
     void ChartXAxisMax(double v) { m_xMax = v; }
@@ -79,6 +84,10 @@ public:
     void ChartScreenStyle(qint16 style) { m_screenStyle = style; }
     qint16 ChartScreenStyle() const { return m_screenStyle; }
 
+    // Time charts: both axes logarithmic, base 10; their minimum above 0.
+    void ChartLogAxes(bool on) { m_logAxes = on; }
+    bool ChartLogAxes() const { return m_logAxes; }
+
     // Design setting.
     void setKind(Kind kind) { m_kind = kind; }
     Kind kind() const { return m_kind; }
@@ -89,6 +98,8 @@ public:
         qint16 colour = 0;          // palette index
         QVector<double> values;     // one per point
         QVector<double> xs;         // x positions, time charts
+        double width = 0;           // pen width; 0 the default
+        bool markers = true;
     };
     const QVector<Series> &series() const { return m_series; }
     const QVector<QString> &pointLabels() const { return m_labels; }
@@ -111,6 +122,7 @@ private:
     double m_xMin = 0, m_xMax = 0, m_yMin = 0, m_yMax = 0;
     qint32 m_xTicks = 0, m_yTicks = 0;
     qint16 m_grid = 0;
+    bool m_logAxes = false;
     QString m_topTitle, m_leftTitle, m_bottomTitle;
     qint16 m_printStyle = 3;
     qint16 m_screenStyle = 1;

@@ -3,13 +3,11 @@
 #include "base/Numbers.h"
 #include "base/SafeFileName.h"
 #include "base/SendrelError.h"
-#include "base/UserQuestions.h"
+#include "domain/output/WholeFile.h"
 #include "store/RunStore.h"
 
 #include <QDir>
-#include <QFile>
 #include <QLocale>
-#include <QSaveFile>
 #include <QRegularExpression>
 #include <QTimeZone>
 
@@ -22,13 +20,11 @@ namespace {
 const QString kSource = QStringLiteral("WriteReportFile");
 const QString kCrLf = QStringLiteral("\r\n");
 
-// The text of the file as far as it has been made; whatever stands here reaches the disk,
-// also when a later step fails.
+// The text of the file as it is made.
 class ReportText {
 public:
     void left(const QString &text) { m_text += LeftCell(text); }
     void right(const QString &text) { m_text += RightCell(text); }
-    void raw(const QString &text) { m_text += text; }
     void line(const QString &text = QString()) { m_text += text + kCrLf; }
     const QString &text() const { return m_text; }
 
@@ -54,14 +50,18 @@ QString printedValue(const QVariant &value)
     return PrintForm(number) + QLatin1Char(' ');
 }
 
-double numberOf(const QVariant &value, const QString &column)
+// A number of the report tables. The writers write a number in every cell they fill, so a cell
+// without one is a fault of the program, told as such rather than as a bare "Invalid use of Null".
+double numberOf(const QVariant &value, const QString &column, const QString &idText)
 {
-    if (value.isNull())
-        throw SendrelError(94, kSource, QStringLiteral("Invalid use of Null (") + column + QLatin1Char(')'));
     bool ok = false;
     const double number = value.toDouble(&ok);
-    if (!ok)
-        throw SendrelError(13, kSource, QStringLiteral("Type mismatch (") + column + QStringLiteral(": ") + value.toString() + QLatin1Char(')'));
+    if (value.isNull() || !ok) {
+        throw SendrelError(ErrNo::ReportTableFault, kSource,
+                           QStringLiteral("Block %1 of the report tables holds no number in %2 (%3): the report cannot be made. "
+                                          "This is a fault of the program.")
+                               .arg(idText, column, value.isNull() ? QStringLiteral("empty") : value.toString()));
+    }
     return number;
 }
 
@@ -129,7 +129,8 @@ void writeBlock(clsDBEngine &engine, qint16 kind, Recordset &header, ReportText 
     }
     out.line();
     if (columns < 1)
-        throw SendrelError(9, kSource, QStringLiteral("Subscript out of range (no column heading in report block ") + idText + QLatin1Char(')'));
+        throw SendrelError(ErrNo::SubscriptOutOfRange, kSource,
+                           QStringLiteral("Subscript out of range (no column heading in report block ") + idText + QLatin1Char(')'));
     QList<double> totals(columns, 0.0);
 
     out.right(kind == ReportKind::Species ? QStringLiteral(" ") : QStringLiteral("(cm)"));
@@ -138,10 +139,10 @@ void writeBlock(clsDBEngine &engine, qint16 kind, Recordset &header, ReportText 
     out.line(rule);
 
     for (; !detail.Eof(); detail.MoveNext()) {
-        out.right(DefaultText(numberOf(detail.Fields(firstColumn), firstColumn)));
+        out.right(DefaultText(numberOf(detail.Fields(firstColumn), firstColumn, idText)));
         for (int n = 1; n <= columns; ++n) {
             const QString column = valuePattern.arg(n);
-            const double value = numberOf(detail.Fields(column), column);
+            const double value = numberOf(detail.Fields(column), column, idText);
             out.right(FormatWholeNumber(value));
             totals[n - 1] += value;
         }
@@ -240,7 +241,7 @@ QString MakeReportText(RunStore &db, qint16 kind, const QString &runId, const QS
     Statement headers(engine, QStringLiteral("SELECT * FROM Report_Header WHERE Run_Id = ?1"));
     Recordset header = headers.bind(1, runId).fetchAll();
     if (header.Eof())
-        throw ReportDataUnavailable();
+        throw SendrelError(ErrNo::ReportDataUnavailable, kSource, QStringLiteral("The report data is unavailable."));
 
     ReportText out;
     QString rule;
@@ -260,51 +261,58 @@ QString MakeReportText(RunStore &db, qint16 kind, const QString &runId, const QS
 
 void SaveReportText(const QString &path, const QString &text)
 {
-    // Written under a name of its own and moved into place whole: a reader never sees half a
-    // report, and a failure leaves no partial file.
-    QSaveFile file(path);
-    const QByteArray bytes = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly))
-        throw SendrelError(75, kSource, QStringLiteral("Path/File access error: %1: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
-    if (file.write(bytes) != bytes.size() || !file.commit()) {
-        const QString why = file.errorString();
-        file.cancelWriting();
-        throw SendrelError(57, kSource, QStringLiteral("Device I/O error writing %1: %2").arg(QDir::toNativeSeparators(path), why));
-    }
+    SaveWholeFile(path, text.toUtf8(), kSource);
 }
 
-GeneratedReport GenerateReport(RunStore &db, UserQuestions &questions, qint16 kind, const QString &runId, const QString &path,
-                               const QString &description, const ReportClock &clock)
+GeneratedReport GenerateReport(RunStore &db, qint16 kind, const QString &runId, const QString &path, const QString &description,
+                               const ReportClock &clock)
 {
     GeneratedReport report;
     try {
-        QString text = MakeReportText(db, kind, runId, description, report.columns, clock);
+        report.text = MakeReportText(db, kind, runId, description, report.columns, clock);
         if (!path.isEmpty()) {
-            SaveReportText(path, text);
+            SaveReportText(path, report.text);
             report.path = path;
         }
-        report.text = std::move(text);
-    } catch (const ReportDataUnavailable &) {
-        questions.message({QStringLiteral("Sendrel"), QStringLiteral("The report data is unavailable."), MsgIcon::Critical,
-                           MsgButtons::OK, Answer::OK});
     } catch (const SendrelError &e) {
-        // An earlier report of this run and kind is not to pass for this one.
-        if (!path.isEmpty())
-            QFile::remove(path);
-        questions.message({QStringLiteral("Sendrel"),
-                           QStringLiteral("Error printing report") + kCrLf + e.description() + QStringLiteral(" (")
-                               + QString::number(e.number()) + QLatin1Char(')'),
-                           MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
+        // Told as the generator's failure, whatever failed in it. The file at path stays as it
+        // was: it may be the report of the run's other kind, or one the user keeps.
+        if (e.number() == ErrNo::ReportDataUnavailable || e.source() == kSource)
+            throw;
+        throw SendrelError(e.number(), kSource, e.description());
     }
     return report;
 }
 
-QString WriteReportFile(RunStore &db, UserQuestions &questions, qint16 kind, const QString &runId, const QString &path,
-                        const QString &description, qint16 &columns, const ReportClock &clock)
+QString WriteReportFile(RunStore &db, qint16 kind, const QString &runId, const QString &path, const QString &description,
+                        qint16 &columns, const ReportClock &clock)
 {
-    const GeneratedReport report = GenerateReport(db, questions, kind, runId, path, description, clock);
+    const GeneratedReport report = GenerateReport(db, kind, runId, path, description, clock);
     columns = report.columns;
     return report.path;
+}
+
+bool IsGeneratorFailure(const SendrelError &e)
+{
+    return e.source() == kSource && e.number() != ErrNo::ReportDataUnavailable;
+}
+
+MessageRequest ReportFailureMessage(const SendrelError &e)
+{
+    const QString title = QStringLiteral("Sendrel");
+    if (e.number() == ErrNo::NothingToReport || e.number() == ErrNo::RunMissing)
+        return {title, e.description(), MsgIcon::Information, MsgButtons::OK, Answer::OK};
+    if (e.number() == ErrNo::ReportDataUnavailable)
+        return {title, e.description(), MsgIcon::Critical, MsgButtons::OK, Answer::OK};
+    if (IsGeneratorFailure(e)) {
+        return {title, QStringLiteral("Error printing report") + kCrLf + e.description() + QStringLiteral(" (") + QString::number(e.number())
+                           + QLatin1Char(')'),
+                MsgIcon::Exclamation, MsgButtons::OK, Answer::OK};
+    }
+    return {title,
+            QStringLiteral("The following error occured:") + kCrLf + kCrLf + QLatin1Char('(') + QString::number(e.number()) + QStringLiteral(") ")
+                + e.description(),
+            MsgIcon::Exclamation, MsgButtons::OK, Answer::OK};
 }
 
 }  // namespace sendrel

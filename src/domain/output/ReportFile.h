@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/SendrelError.h"
+#include "base/UserQuestions.h"
 
 #include <QDateTime>
 #include <QString>
@@ -11,7 +12,6 @@
 namespace sendrel {
 
 class RunStore;
-class UserQuestions;
 
 // Report kinds: the same numbers as the viewer's ReportType.
 namespace ReportKind {
@@ -25,39 +25,39 @@ constexpr qint16 Species = 2;
 using ReportClock = std::function<QDateTime()>;
 QDateTime ReportClockNow();
 
-// No Report_Header row for the run: there is nothing to report.
-struct ReportDataUnavailable {};
-
 // The report text of the scratch tables Report_Header and Report_Detail (kinds 0, 1) or
 // Stand_Levels_Report (kind 2) for the run, with CR LF line ends. columns gets the number of
-// species columns of the last block. Throws ReportDataUnavailable without a header row, and
-// SendrelError when the tables cannot make a report.
+// species columns of the last block. Throws SendrelError: ErrNo::ReportDataUnavailable without
+// a header row, another number when the tables cannot make a report.
 QString MakeReportText(RunStore &db, qint16 kind, const QString &runId, const QString &description, qint16 &columns,
                        const ReportClock &clock = ReportClockNow);
 
-// Writes the text to path as a whole: under a temporary name beside it, then moved into place.
+// Writes the text to path as a whole (SaveWholeFile): a failure leaves the earlier file as it was.
 void SaveReportText(const QString &path, const QString &text);
 
 // What the generator made of the scratch tables.
 struct GeneratedReport {
-    QString path;        // the file written; "" when it failed or no path was given
-    QString text;        // "" when it failed
+    QString path;        // the file written; "" when no path was given
+    QString text;
     qint16 columns = 0;  // species columns of the last block
-    bool ok() const { return !text.isEmpty(); }
 };
 
-// The generator: the report text of the run, written to path unless that is empty. A failure is
-// told to the user ("The report data is unavailable.", or "Error printing report" and the cause)
-// and leaves no file at path: path is the program's own report file (ReportFilePath), whose
-// earlier report is not to pass for this one. A file the user named is written by SaveReportText
-// once the text is made.
-GeneratedReport GenerateReport(RunStore &db, UserQuestions &questions, qint16 kind, const QString &runId, const QString &path,
-                               const QString &description, const ReportClock &clock = ReportClockNow);
+// The generator: the report text of the run, written to path unless that is empty. Throws a
+// SendrelError of the generator (see IsGeneratorFailure) when it fails; the file at path is
+// then as it was, the report of another run or kind in it included.
+GeneratedReport GenerateReport(RunStore &db, qint16 kind, const QString &runId, const QString &path, const QString &description,
+                               const ReportClock &clock = ReportClockNow);
 
-// The report file at path (see ReportFilePath) for the run. Returns the path, or "" after
-// telling the user what went wrong.
-QString WriteReportFile(RunStore &db, UserQuestions &questions, qint16 kind, const QString &runId, const QString &path,
-                        const QString &description, qint16 &columns, const ReportClock &clock = ReportClockNow);
+// The report file at path (see ReportFilePath) for the run: its path. Fails as GenerateReport.
+QString WriteReportFile(RunStore &db, qint16 kind, const QString &runId, const QString &path, const QString &description,
+                        qint16 &columns, const ReportClock &clock = ReportClockNow);
+
+// True for a failure of the generator itself, told as "Error printing report".
+bool IsGeneratorFailure(const SendrelError &e);
+// How a failed report is told, in a window's box and on the tool's stderr alike: "No Cycles Are
+// Selected" and the like as information, "The report data is unavailable.", "Error printing
+// report" and the cause for the generator, else the event handler's "The following error occured:".
+MessageRequest ReportFailureMessage(const SendrelError &e);
 
 // Where the report of a kind goes: the folder, the run's safe file name (SafeFileStem), "_",
 // "Stand", "Stock" or "Species", ".txt".

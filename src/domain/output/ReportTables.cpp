@@ -1,6 +1,9 @@
 #include "domain/output/ReportTables.h"
 
+#include "base/UserQuestions.h"
 #include "store/RunStore.h"
+
+#include <QDir>
 
 namespace sendrel {
 
@@ -13,21 +16,31 @@ void ClearReportTables(RunStore &db, bool standLevels)
         Statement(db.DBEngine, QStringLiteral("DELETE FROM ") + table).run();
 }
 
-void KeepWhatWasWritten(std::optional<WriteTransaction> &transaction) noexcept
+SendrelError MissingRun(const RunKey &run, const QString &databasePath)
 {
-    if (!transaction || !transaction->isOpen())
-        return;
-    // A damaged file is left as it was found: what a commit would write there could be lost or
-    // spread the damage.
-    if (transaction->engine().damageFound()) {
-        transaction->rollback();
-        return;
-    }
-    try {
-        transaction->commit();
-    } catch (const SendrelError &) {
-        transaction->rollback();
-    }
+    return SendrelError(ErrNo::RunMissing, QStringLiteral("Sendrel"),
+                        QStringLiteral("There is no run %1 in %2.").arg(run.displayName(), QDir::toNativeSeparators(databasePath)));
+}
+
+void RequireRun(RunStore &db, const RunKey &run)
+{
+    if (!db.runExists(run))
+        throw MissingRun(run, db.DBEngine.PathToDB);
+}
+
+BusyMessage::BusyMessage(UserQuestions &questions, const QString &message) : m_questions(questions)
+{
+    show(message);
+}
+
+BusyMessage::~BusyMessage()
+{
+    m_questions.hideBusyMessage();
+}
+
+void BusyMessage::show(const QString &message)
+{
+    m_questions.showBusyMessage(QStringLiteral("Please wait..."), message);
 }
 
 }  // namespace sendrel

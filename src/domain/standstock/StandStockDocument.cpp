@@ -1,6 +1,7 @@
 #include "domain/standstock/StandStockDocument.h"
 
 #include "base/SendrelError.h"
+#include "domain/output/ReportTables.h"
 #include "domain/standstock/ClassLayout.h"
 #include "domain/standstock/StandStockData.h"
 #include "store/RunStore.h"
@@ -59,11 +60,7 @@ TableDocument CompileStandStockDocument(RunStore &db, const StandStockExportRequ
         throw SendrelError(ErrNo::InvalidCall, kSource, QStringLiteral("No Cycles Are Selected"));
     // One moment of the run: another program's delete cannot leave half of it.
     ReadSnapshot snapshot(db.DBEngine);
-    if (!db.runExists(request.run)) {
-        throw SendrelError(ErrNo::InvalidCall, kSource,
-                           QStringLiteral("The run %1 is not in the database; another program may have deleted it.")
-                               .arg(request.run.displayName()));
-    }
+    RequireRun(db, request.run);
     QList<YearCells> years;
     QList<qint16> species;   // of all years, as they first appear
     for (const SelectedCycle &selected : request.cycles) {

@@ -10,7 +10,6 @@
 #include "store/RunStore.h"
 
 #include <optional>
-#include <vector>
 
 #include <QRegularExpression>
 
@@ -19,7 +18,7 @@ namespace sendrel {
 namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
-const QString kPleaseWait = QStringLiteral("Please wait...");
+const QString kSource = QStringLiteral("Sendrel");
 
 constexpr qint16 kLandscapeFromColumns = 8;
 
@@ -50,94 +49,77 @@ QString StandStockReportDescription(const QString &runDesc)
     return QStringLiteral("Printed by: ") + kCrLf + kCrLf + runDesc;
 }
 
+bool CycleHasTrees(RunStore &db, const RunKey &run, qint64 cycle)
+{
+    Statement any(db.DBEngine, QStringLiteral("SELECT 1 FROM Model_Entries WHERE Run_Id = ?1 AND Standing_Harvested = ?2 "
+                                              "AND Cycle_Number = ?3 LIMIT 1"));
+    any.bind(1, run.runId).bind(2, run.letter()).bind(3, cycle);
+    const bool found = any.next();
+    any.reset();
+    return found;
+}
+
+SendrelError CycleWithoutTrees(const RunKey &run, const SelectedCycle &cycle, bool inTheClasses)
+{
+    return SendrelError(ErrNo::NothingToReport, kSource,
+                        QStringLiteral("Cycle %1 (%2) of %3, %4, has no trees%5.")
+                            .arg(QString::number(cycle.cycle), cycle.yearText, run.runId, run.word(),
+                                 inTheClasses ? QStringLiteral(" in the diameter classes") : QString()));
+}
+
 CompiledStandStockReport CompileStandStockReport(RunStore &db, UserQuestions &questions, StandStockReportRequest &request,
                                                  const ClassLayout &layout, StandStockData &data, const ReportClock &clock,
                                                  const CalcReportFn &calcReport)
 {
     CompiledStandStockReport report;
-    if (request.cycles.isEmpty()) {
-        questions.ShowInfoMessage(QStringLiteral("No Cycles Are Selected"));
+    if (request.cycles.isEmpty())
+        throw SendrelError(ErrNo::NothingToReport, kSource, QStringLiteral("No Cycles Are Selected"));
+
+    readRunParameters(db, request);
+    ReportTextRequest text;
+    text.title = StandStockReportTitle(request.This_RunId, request.density);
+    text.description = StandStockReportDescription(request.This_RunDesc);
+    if (!questions.askReportText(text))
         return report;
+    text.description = withCrLf(text.description);
+
+    if (request.SetMousePointer)
+        request.SetMousePointer(kReportPointerHourglass);
+    BusyMessage busy(questions, QStringLiteral("Compiling report data..."));
+
+    // The run as of one moment, from the check that it is there to the last line of the text:
+    // another program's delete comes wholly before (the run is missing) or after (the report is
+    // whole). The scratch tables are this connection's own, so that nothing is written into the file.
+    const RunKey run{request.This_RunId, KindOfText(request.This_SorH)};
+    ReadSnapshot snapshot(db.DBEngine);
+    RequireRun(db, run);
+    ClearReportTables(db, false);
+    StandStockTableWriter writer(db);
+    qint16 reportId = 0;
+    for (const SelectedCycle &selected : std::as_const(request.cycles)) {
+        busy.show(QStringLiteral("Compiling report data for cycle: ") + QString::number(selected.cycle));
+        if (calcReport)
+            calcReport(selected.cycle);
+        else
+            data.CalcReport(db, run, selected.cycle);
+        // A block without a species has no rows, which the generator cannot print: the cycle is
+        // refused by name instead.
+        if (data.NextSpecies < 1)
+            throw CycleWithoutTrees(run, selected, CycleHasTrees(db, run, selected.cycle));
+        writer.write(data, layout, request.density, ++reportId, request.This_RunId, selected.cycle,
+                     ToInt16(ReadNumber(selected.yearText)), text.title, text.description);
     }
 
-    bool busy = false;
-    std::optional<WriteTransaction> transaction;
-    try {
-        readRunParameters(db, request);
-
-        ReportTextRequest text;
-        text.title = StandStockReportTitle(request.This_RunId, request.density);
-        text.description = StandStockReportDescription(request.This_RunDesc);
-        if (!questions.askReportText(text))
-            return report;
-        text.description = withCrLf(text.description);
-
-        if (request.SetMousePointer)
-            request.SetMousePointer(kReportPointerHourglass);
-        questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data..."));
-        busy = true;
-
-        // Prepared first: tables that cannot take the rows stop the report before any work.
-        StandStockTableWriter writer(db);
-        // The cycles are aggregated next, with no lock held, so that another program's import or
-        // report is not kept waiting while the trees are read.
-        std::vector<StandStockData> cycles;
-        std::optional<SendrelError> aggregationFailure;
-        for (const SelectedCycle &selected : std::as_const(request.cycles)) {
-            questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data for cycle: ") + QString::number(selected.cycle));
-            try {
-                if (calcReport)
-                    calcReport(selected.cycle);
-                else
-                    data.CalcReport(db, {request.This_RunId, KindOfText(request.This_SorH)}, selected.cycle);
-            } catch (const SendrelError &e) {
-                aggregationFailure = e;   // the cycles before it are written all the same
-                break;
-            }
-            cycles.push_back(data);
-        }
-        // A damaged file is not written to at all.
-        if (aggregationFailure && db.DBEngine.damageFound())
-            throw *aggregationFailure;
-
-        // The scratch tables are written and read back in one transaction: another program's report
-        // can neither mix its rows in nor see these half written.
-        transaction.emplace(db.DBEngine);
-        ClearReportTables(db, false);
-        for (qsizetype i = 0; i < static_cast<qsizetype>(cycles.size()); ++i) {
-            const SelectedCycle &selected = request.cycles.at(i);
-            const qint16 year = ToInt16(ReadNumber(selected.yearText));
-            writer.write(cycles[i], layout, request.density, static_cast<qint16>(i + 1), request.This_RunId, selected.cycle, year,
-                         text.title, text.description);
-        }
-        if (aggregationFailure)
-            throw *aggregationFailure;
-
-        report.ReportType = request.density ? ReportKind::Stand : ReportKind::Stock;
-        const GeneratedReport generated = GenerateReport(db, questions, report.ReportType, request.This_RunId, request.reportPath,
-                                                         text.description, clock);
-        // The generator's own failure leaves the tables as they were written.
-        transaction->commit();
-        report.ReportFile = generated.path;
-        report.text = generated.text;
-        report.columns = generated.columns;
-
-        questions.hideBusyMessage();
-        busy = false;
-        report.ReportOrientation = report.columns < kLandscapeFromColumns ? 1 : 2;
-        report.compiled = true;
-        return report;
-    } catch (const SendrelError &e) {
-        // What was written before the failure stays, as each statement would have left it.
-        KeepWhatWasWritten(transaction);
-        if (busy)
-            questions.hideBusyMessage();
-        questions.message({QStringLiteral("Sendrel"),
-                              QStringLiteral("The following error occured:") + kCrLf + kCrLf + QLatin1Char('(')
-                                  + QString::number(e.number()) + QStringLiteral(") ") + e.description(),
-                              MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
-        return report;
-    }
+    report.ReportType = request.density ? ReportKind::Stand : ReportKind::Stock;
+    const GeneratedReport generated =
+        GenerateReport(db, report.ReportType, request.This_RunId, request.reportPath, text.description, clock);
+    snapshot.end();
+    report.ReportFile = generated.path;
+    report.text = generated.text;
+    report.columns = generated.columns;
+    report.ReportOrientation = report.columns < kLandscapeFromColumns ? 1 : 2;
+    report.compiled = true;
+    return report;
 }
 
 }  // namespace sendrel

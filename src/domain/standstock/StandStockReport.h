@@ -1,6 +1,7 @@
 #pragma once
 
 #include "domain/output/ReportFile.h"
+#include "store/Run.h"
 
 #include <QList>
 #include <QString>
@@ -34,11 +35,11 @@ struct StandStockReportRequest {
     std::function<void(int pointer)> SetMousePointer;
 };
 
-// How the compile ended and what the viewer is to show.
+// What the viewer is to show of a compiled report.
 struct CompiledStandStockReport {
-    bool compiled = false;           // false: nothing to show (no cycle, cancelled, or a failure shown)
-    QString ReportFile;              // "" when the generator failed and said so, or no path was given
-    QString text;                    // the report's text, "" when the generator failed
+    bool compiled = false;           // false: the user cancelled the dialog, nothing was done
+    QString ReportFile;              // "" when no path was given
+    QString text;                    // the report's text
     qint16 ReportType = 0;           // 0 stand table, 1 stock table
     qint16 ReportOrientation = 1;    // 1 portrait, 2 landscape from 8 species columns
     qint16 columns = 0;
@@ -48,14 +49,23 @@ struct CompiledStandStockReport {
 using CalcReportFn = std::function<void(qint16 cycle)>;
 
 // The compile of "View Reports", everything but the windows: asks for title and description
-// through questions, empties the scratch tables, aggregates and writes each selected cycle
-// over the classes in use of layout, and makes the report text and file. The aggregation of a cycle is
-// data.CalcReport for the request's run and kind unless calcReport says otherwise. A failure
-// is shown as the event handler shows it and gives compiled == false, with the rows written
-// so far left in the scratch tables.
+// through questions, then, reading the run as of one moment (another program's delete comes
+// wholly before or wholly after), fills the scratch tables with each selected cycle aggregated
+// over the classes in use of layout, and makes the report text and file. The aggregation of a
+// cycle is data.CalcReport for the request's run and kind unless calcReport says otherwise.
+// Fails (SendrelError, told with ReportFailureMessage) with ErrNo::NothingToReport when no cycle
+// is selected or a selected cycle has no trees in the classes, ErrNo::RunMissing when the run is
+// not in the database, as the generator fails, or as the database does; a file at the report's
+// path is then as it was.
 CompiledStandStockReport CompileStandStockReport(RunStore &db, UserQuestions &questions, StandStockReportRequest &request,
                                                  const ClassLayout &layout, StandStockData &data,
                                                  const ReportClock &clock = ReportClockNow, const CalcReportFn &calcReport = {});
+
+// Whether a cycle of the run has tree records.
+bool CycleHasTrees(RunStore &db, const RunKey &run, qint64 cycle);
+// The refusal of a selected cycle without trees: "Cycle 3 (2010) of SAMPLE, Harvested, has no
+// trees." (with inTheClasses: "... has no trees in the diameter classes.").
+SendrelError CycleWithoutTrees(const RunKey &run, const SelectedCycle &cycle, bool inTheClasses);
 
 // The title that the dialog proposes: Run Id and ": Stand Table" or ": Stock Table".
 QString StandStockReportTitle(const QString &runId, bool density);

@@ -69,8 +69,9 @@ const QString kPaiUnit = QStringLiteral("cu.m/ha/yr");
 constexpr qint16 kTotalSeriesColour = 13;
 constexpr qint32 kChartDivisions = 8;
 
-// The long names of the groups, over their columns in the text table and on paper.
-QString groupTitle(const QString &group)
+}  // namespace
+
+QString SummaryGroupTitle(const QString &group)
 {
     if (group == QLatin1String("Before"))
         return QStringLiteral("Before harvest");
@@ -84,9 +85,6 @@ QString groupTitle(const QString &group)
         return QStringLiteral("Harvested trees");
     return QString();
 }
-
-
-}  // namespace
 
 QString SummaryColumn::header() const
 {
@@ -134,7 +132,7 @@ TableDocument StandSummaryDocument(const StandSummary &summary)
         column.heading = c.group.isEmpty() ? c.name : c.group + QLatin1Char(' ') + c.name;
         column.unit = c.unit;
         column.decimals = c.group.isEmpty() ? -1 : c.decimals;
-        column.group = groupTitle(c.group);
+        column.group = SummaryGroupTitle(c.group);
         column.label = c.name;
         table.columns.append(column);
     }
@@ -208,7 +206,7 @@ ChartData StandSummaryChart(const StandSummary &summary, qsizetype column)
     chart.ChartYAxisMax(highest);
     chart.ChartYAxisTicks(ticks);
 
-    chart.ChartTopTitle(summary.run.runId + QStringLiteral(": ") + groupTitle(c.group) + QLatin1Char(' ') + c.name);
+    chart.ChartTopTitle(summary.run.runId + QStringLiteral(": ") + SummaryGroupTitle(c.group) + QLatin1Char(' ') + c.name);
     chart.ChartLeftTitle(c.name + QStringLiteral(" (") + c.unit + QLatin1Char(')'));
     chart.ChartBottomTitle(QStringLiteral("Year"));
     chart.ChartGrid(1);

@@ -30,6 +30,9 @@ struct SummaryColumn {
 };
 
 QList<SummaryColumn> StandSummaryColumns(RunKind kind);
+// The long name of a column group, over its columns in text and print: "Before harvest" for
+// "Before"; empty for Year and Cycle's.
+QString SummaryGroupTitle(const QString &group);
 // The summary as a table document: one table, its columns grouped under "Before harvest",
 // "Removals", "After harvest", "Periodic annual increment" (standing) or "Harvested trees".
 TableDocument StandSummaryDocument(const StandSummary &summary);

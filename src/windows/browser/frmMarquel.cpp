@@ -14,6 +14,7 @@
 #include "windows/composition/frmStandLevels.h"
 #include "windows/import/frmDeleteRuns.h"
 #include "windows/standstock/frmParameters.h"
+#include "windows/compare/frmCompare.h"
 #include "windows/summary/frmStandSummary.h"
 
 #include <QCheckBox>
@@ -118,6 +119,8 @@ void frmMarquel::buildControls()
 
     cmdSummary = new QPushButton(QStringLiteral("Stand &Summary"), this);
     cmdSummary->setObjectName(QStringLiteral("cmdSummary"));
+    cmdCompare = new QPushButton(QStringLiteral("Compare..."), this);
+    cmdCompare->setObjectName(QStringLiteral("cmdCompare"));
 
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(Frame2, 1);
@@ -125,6 +128,7 @@ void frmMarquel::buildControls()
     auto *commands = new QVBoxLayout;
     commands->addStretch();
     commands->addWidget(cmdSummary);
+    commands->addWidget(cmdCompare);
     commands->addWidget(cmdOK);
     bottom->addLayout(commands);
     auto *layout = new QVBoxLayout(this);
@@ -141,6 +145,7 @@ void frmMarquel::buildControls()
     connect(chkStandLevels, &QCheckBox::clicked, this, &frmMarquel::chkStandLevels_Click);
     connect(cmdOK, &QPushButton::clicked, this, &frmMarquel::OKClickMarq);
     connect(cmdSummary, &QPushButton::clicked, this, &frmMarquel::cmdSummary_Click);
+    connect(cmdCompare, &QPushButton::clicked, this, &frmMarquel::cmdCompare_Click);
 }
 
 QMenu *frmMarquel::addMenu(const QString &name, const QString &caption)
@@ -175,6 +180,8 @@ void frmMarquel::buildMenus()
     mnu_Runs_Delete = addItem(mnu_Runs, QStringLiteral("mnu_Runs_Delete"), QStringLiteral("&Delete Runs"));
     connect(mnu_Runs_Import, &QAction::triggered, this, &frmMarquel::mnu_Runs_Import_Click);
     connect(mnu_Runs_Delete, &QAction::triggered, this, &frmMarquel::mnu_Runs_Delete_Click);
+    connect(addItem(mnu_Runs, QStringLiteral("mnu_Runs_Compare"), QStringLiteral("&Compare...")), &QAction::triggered, this,
+            &frmMarquel::cmdCompare_Click);
 
     mnu_Window = addMenu(QStringLiteral("mnu_Window"), QStringLiteral("&Window"));
     connect(addItem(mnu_Window, QStringLiteral("mnu_Window_Cascade"), QStringLiteral("&Cascade")), &QAction::triggered, this,
@@ -485,6 +492,20 @@ void frmMarquel::cmdSummary_Click()
                 OpenStandSummaryWindow(m_tm, m_frame, {run.runId, run.kind()});
             }
         }
+    } catch (const SendrelError &e) {
+        m_tm.questions.ShowErrorMessage(e.description());
+    }
+}
+
+void frmMarquel::cmdCompare_Click()
+{
+    try {
+        QStringList runIds;
+        for (int e = 0; e < SelectedItems; ++e) {
+            if (const QListWidgetItem *item = lstRuns->item(SelectedRuns[e]))
+                runIds.append(SplitRunEntry(item->text()).runId);
+        }
+        OpenCompareWindow(m_tm, m_frame, runIds);
     } catch (const SendrelError &e) {
         m_tm.questions.ShowErrorMessage(e.description());
     }

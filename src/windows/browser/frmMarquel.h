@@ -56,6 +56,8 @@ public:
     void mnu_Runs_Delete_Click();
     // Opens a stand summary window for each selected run; these are no report windows.
     void cmdSummary_Click();
+    // Opens a comparison window with the selected runs checked; more are checked there.
+    void cmdCompare_Click();
 
     // The texts of all rows of lstRuns, in order.
     QStringList RunEntries() const;
@@ -82,6 +84,7 @@ public:
     QListWidget *lstRuns;
     QPushButton *cmdOK;
     QPushButton *cmdSummary;
+    QPushButton *cmdCompare;
     QGroupBox *Frame2;
     QCheckBox *chkStandLevels;
     QCheckBox *chkSS;

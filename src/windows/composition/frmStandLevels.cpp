@@ -411,7 +411,12 @@ void frmStandLevels::cmdPrintReport_Click()
     request.SetMousePointer = [this](int p) { setPointer(p); };
     m_tm.CurrentRunId = This_RunId;
     request.reportPath = ReportFilePath(m_tm.ReportFolder(), This_RunId, ReportKind::Species);
-    const CompiledStandLevelsReport report = CompileStandLevelsReport(m_tm.db, m_tm.questions, request);
+    CompiledStandLevelsReport report;
+    try {
+        report = CompileStandLevelsReport(m_tm.db, m_tm.questions, request);
+    } catch (const SendrelError &e) {
+        m_tm.questions.message(ReportFailureMessage(e));
+    }
     This_SorH = request.This_SorH;
     This_RunDesc = request.This_RunDesc;
 

@@ -1,6 +1,7 @@
 #include "windows/output/ReportPrinting.h"
 
 #include "base/SendrelError.h"
+#include "graph/PrintOn.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -15,6 +16,7 @@ namespace sendrel {
 namespace {
 
 constexpr double kSmallestPointSize = 5.0;
+const QString kSource = QStringLiteral("frmReport");
 
 QStringList linesOf(const QString &text)
 {
@@ -38,13 +40,16 @@ double widestLine(const QStringList &lines, const QFont &font, QPaintDevice *dev
     return widest;
 }
 
-}  // namespace
-
-double ReportPrintPointSize(QPrinter &printer, const QString &text, const QFont &font)
+QRectF pageRectOf(QPagedPaintDevice &device)
 {
-    const double pageWidth = printer.pageRect(QPrinter::DevicePixel).width();
+    return device.pageLayout().paintRectPixels(device.logicalDpiX());
+}
+
+double pointSizeFor(QPagedPaintDevice &device, const QString &text, const QFont &font)
+{
+    const double pageWidth = pageRectOf(device).width();
     double size = font.pointSizeF();
-    const double widest = widestLine(linesOf(text), font, &printer);
+    const double widest = widestLine(linesOf(text), font, &device);
     if (widest > pageWidth && widest > 0) {
         // A tenth of a point at a time, downward, so that the widest line surely fits.
         size = std::floor(size * pageWidth / widest * 10.0) / 10.0;
@@ -53,30 +58,42 @@ double ReportPrintPointSize(QPrinter &printer, const QString &text, const QFont 
     return size;
 }
 
-void PrintReportText(QPrinter &printer, const QString &text, const QFont &font)
+void printText(QPagedPaintDevice &device, const QString &text, const QFont &font)
 {
     QFont printFont = font;
-    printFont.setPointSizeF(ReportPrintPointSize(printer, text, font));
+    printFont.setPointSizeF(pointSizeFor(device, text, font));
 
     QPainter painter;
-    if (!painter.begin(&printer))
-        throw SendrelError(482, QStringLiteral("frmReport"), QStringLiteral("Printer error"));
+    if (!painter.begin(&device))
+        throw SendrelError(ErrNo::PrinterError, kSource, QStringLiteral("Printer error"));
     painter.setFont(printFont);
-    const QFontMetricsF metrics(printFont, &printer);
-    const QRectF page(QPointF(0, 0), printer.pageRect(QPrinter::DevicePixel).size());
+    const QFontMetricsF metrics(printFont, &device);
+    const QRectF page(QPointF(0, 0), pageRectOf(device).size());
     const double lineHeight = metrics.lineSpacing();
     const int linesPerPage = std::max(1, static_cast<int>(page.height() / lineHeight));
 
     const QStringList lines = linesOf(text);
     for (qsizetype i = 0; i < lines.size(); ++i) {
         const int onPage = static_cast<int>(i % linesPerPage);
-        if (i > 0 && onPage == 0 && !printer.newPage()) {
+        if (i > 0 && onPage == 0 && !device.newPage()) {
             painter.end();
-            throw SendrelError(482, QStringLiteral("frmReport"), QStringLiteral("Printer error: no new page"));
+            throw SendrelError(ErrNo::PrinterError, kSource, QStringLiteral("Printer error: no new page"));
         }
         painter.drawText(QPointF(page.left(), page.top() + onPage * lineHeight + metrics.ascent()), lines.at(i));
     }
     painter.end();
+}
+
+}  // namespace
+
+double ReportPrintPointSize(QPrinter &printer, const QString &text, const QFont &font)
+{
+    return pointSizeFor(printer, text, font);
+}
+
+void PrintReportText(QPrinter &printer, const QString &text, const QFont &font)
+{
+    PrintOn(printer, [&](QPagedPaintDevice &device) { printText(device, text, font); }, kSource);
 }
 
 }  // namespace sendrel

@@ -54,7 +54,12 @@ void ViewStandStockReport(TreeModel &tm, QWidget *window, const QString &This_Ru
 
     tm.CurrentRunId = This_RunId;
     request.reportPath = ReportFilePath(tm.ReportFolder(), This_RunId, density ? ReportKind::Stand : ReportKind::Stock);
-    const CompiledStandStockReport report = CompileStandStockReport(tm.db, tm.questions, request, layout, data);
+    CompiledStandStockReport report;
+    try {
+        report = CompileStandStockReport(tm.db, tm.questions, request, layout, data);
+    } catch (const SendrelError &e) {
+        tm.questions.message(ReportFailureMessage(e));
+    }
     This_RunDesc = request.This_RunDesc;
 
     if (report.compiled) {

@@ -11,14 +11,13 @@
 #include "windows/common/ExportStatus.h"
 #include "windows/common/FrameHost.h"
 #include "windows/common/ReportWindowHost.h"
-#include "windows/common/TablePrinting.h"
+#include "windows/common/TableWindow.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QImage>
 #include <QLabel>
-#include <QMdiSubWindow>
 #include <QPrintDialog>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -26,14 +25,6 @@
 #include <QVBoxLayout>
 
 namespace sendrel {
-
-namespace {
-
-// Points: the document is laid out on the printer's page in points.
-constexpr qreal kPrintFontPoints = 7;
-constexpr qreal kChartPrintWidth = 720;
-
-}  // namespace
 
 template <typename F> void frmStandSummary::handled(F &&handler)
 {
@@ -179,30 +170,14 @@ void frmStandSummary::cmdPrint_Click()
         if (!go)
             return;
         // The table, then the chart on a page of its own, as the window shows it.
-        const bool colour = m_printer.colorMode() == QPrinter::Color;
-        QString html = HtmlText(StandSummaryDocument(m_summary));
-        html.replace(QStringLiteral("</body>"), QStringLiteral("<p style=\"page-break-before: always\"><img src=\"chart.png\" width=\"%1\"></p></body>")
-                                                    .arg(kChartPrintWidth));
-        PrintTableHtml(m_printer, html, kPrintFontPoints, {{QStringLiteral("chart.png"), gphSummary->toImage(Graph::kFileSize, colour)}});
+        PrintTablesAndChart(m_printer, HtmlText(StandSummaryDocument(m_summary)),
+                            gphSummary->toImage(Graph::kFileSize, m_printer.colorMode() == QPrinter::Color));
     });
 }
 
 frmStandSummary *OpenStandSummaryWindow(TreeModel &tm, FrameHost &frame, const RunKey &run)
 {
-    frame.SetMousePointer(kPointerHourglass);
-    auto *window = new frmStandSummary(tm);
-    try {
-        window->ShowRun(run);
-    } catch (...) {
-        delete window;
-        frame.SetMousePointer(kPointerDefault);
-        throw;
-    }
-    window->ShowHelpTopic = [&frame](int topic) { frame.ShowHelpTopic(topic); };
-    if (QMdiSubWindow *sub = frame.AddChildWindow(window))
-        sub->show();
-    frame.SetMousePointer(kPointerDefault);
-    return window;
+    return OpenInFrame(frame, new frmStandSummary(tm), [&run](frmStandSummary *window) { window->ShowRun(run); });
 }
 
 }  // namespace sendrel

@@ -1,4 +1,5 @@
 #include "support/TestMain.h"
+#include "support/Failures.h"
 #include "support/GoldenFile.h"
 #include "support/PerPointPlan.h"
 #include "support/RunDatabase.h"
@@ -317,7 +318,8 @@ private slots:
         QTest::newRow("no cycles") << "NOCYCLES" << "Run NOCYCLES:Standing has no cycles: there is nothing to report.";
         QTest::newRow("no trees of the kind") << "NOTREES" << "Run NOTREES:Standing has no trees: there is nothing to report.";
         QTest::newRow("deleted while the window is open")
-            << "R" << "Run R:Standing is no longer in the database: another application has deleted it. There is nothing to report.";
+            << "R" << "There is no run R:Standing in ";
+        QTest::newRow("deleted while the dialog is up") << "R (dialog)" << "There is no run R:Standing in ";
     }
     void reportRefused()
     {
@@ -328,10 +330,25 @@ private slots:
         addRun(db, QStringLiteral("NOTREES"), QStringLiteral("S1=2000 H1=2000"), QStringLiteral("H1:3x40"));
         db.addRun(QStringLiteral("NOCYCLES"), QStringLiteral("S"));
         fillScratchTables(db);
-        StandLevelsReportRequest request = requestFor(db, runId, StandLevelsStatistic::Sph);
-        db.db.deleteRun({QStringLiteral("R"), RunKind::Standing});
-        QVERIFY(!CompileStandLevelsReport(db.db, db.questions, request).compiled);
-        QCOMPARE(db.questions.messageTexts(), QStringList{said});
+        const bool duringDialog = runId.endsWith(QLatin1String("(dialog)"));
+        StandLevelsReportRequest request = requestFor(db, runId.section(QLatin1Char(' '), 0, 0), StandLevelsStatistic::Sph);
+        // Another program's delete, before the press or while the dialog is up.
+        struct DeletingQuestions : ScriptedQuestions {
+            std::function<void()> whileAsked;
+            bool askReportText(ReportTextRequest &text) override
+            {
+                whileAsked();
+                return ScriptedQuestions::askReportText(text);
+            }
+        } questions;
+        questions.whileAsked = [&] { db.db.deleteRun({QStringLiteral("R"), RunKind::Standing}); };
+        questions.answerReportText(true);
+        if (!duringDialog)
+            questions.whileAsked();
+        const std::optional<SendrelError> failure = FailureOf([&] { CompileStandLevelsReport(db.db, questions, request); });
+        QVERIFY(failure);
+        QVERIFY2(ReportFailureMessage(*failure).text.startsWith(said), qPrintable(failure->description()));
+        QCOMPARE(questions.asked().size(), duringDialog ? 1 : 0);
         QCOMPARE(scratchCounts(db), QStringLiteral("1/1/1/1"));
     }
 };

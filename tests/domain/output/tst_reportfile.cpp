@@ -1,4 +1,5 @@
 #include "support/TestMain.h"
+#include "support/Failures.h"
 #include "support/GoldenFile.h"
 #include "support/RunDatabase.h"
 
@@ -93,7 +94,7 @@ void addOneSpeciesComposition(RunDatabase &db, const QString &run, const QString
 // The report file of the run in the Work folder, as the desktop writes it.
 QString writeReport(RunDatabase &db, qint16 kind, const QString &run, const QString &description, qint16 &columns)
 {
-    return WriteReportFile(db.db, db.questions, kind, run, ReportFilePath(db.workDir(), run, kind), description, columns, FixedClock);
+    return WriteReportFile(db.db, kind, run, ReportFilePath(db.workDir(), run, kind), description, columns, FixedClock);
 }
 
 }  // namespace
@@ -107,12 +108,9 @@ private:
     {
         qint16 columns = -1;
         const QString path = writeReport(db, kind, QStringLiteral("R7"), description, columns);
-        if (path.isEmpty())
-            qWarning("messages: %s", qPrintable(db.questions.messageTexts().join(QStringLiteral(" | "))));
         [&] {
             QVERIFY(!path.isEmpty());
             QCOMPARE(columns, expectedColumns);
-            QVERIFY(db.questions.messageTexts().isEmpty());
             SENDREL_COMPARE_GOLDEN(ReadWholeFile(path), QStringLiteral("reports/") + golden);
         }();
         return path;
@@ -136,9 +134,8 @@ private slots:
     void everyRunIdHasAFileInTheFolder_data();
     void everyRunIdHasAFileInTheFolder();
     void secondReportReplacesFirst();
-    void noHeaderRowsTouchesNoFile();
-    void aFailedReportLeavesNoFile_data();
-    void aFailedReportLeavesNoFile();
+    void aFailedReportLeavesTheEarlierFile_data();
+    void aFailedReportLeavesTheEarlierFile();
 };
 
 void TestReportFile::cellsAndNumbers_data()
@@ -339,55 +336,56 @@ void TestReportFile::secondReportReplacesFirst()
     QVERIFY(!text.contains('x'));
 }
 
-void TestReportFile::noHeaderRowsTouchesNoFile()
-{
-    RunDatabase db;
-    ReportTables t(db);
-    t.compositionHeader(QStringLiteral("Other run"), QStringLiteral("SL_SPH"), 1, QStringLiteral("T"));
-    const QString path = db.workDir() + QStringLiteral("/R7_Stand.txt");
-    {
-        QFile old(path);
-        QVERIFY(old.open(QIODevice::WriteOnly));
-        old.write("earlier report");
-    }
-    qint16 columns = 0;
-    QCOMPARE(writeReport(db, ReportKind::Stand, QStringLiteral("R7"), QString(), columns), QString());
-    QCOMPARE(db.questions.messageTexts(), QStringList{QStringLiteral("The report data is unavailable.")});
-    QCOMPARE(ReadWholeFile(path), QByteArray("earlier report"));
-}
-
-void TestReportFile::aFailedReportLeavesNoFile_data()
+// A report that fails is told once, in the generator's words, and the file at its path (the
+// report of the run's other kind, say) stays as it was.
+void TestReportFile::aFailedReportLeavesTheEarlierFile_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QString>("message");
+    QTest::newRow("no header row of the run") << "header" << "The report data is unavailable.";
     QTest::newRow("a block without detail rows")
         << "rows" << "Error printing report\r\nEither BOF or EOF is True, or the current record has been deleted. (3021)";
     QTest::newRow("a block without a heading") << "heading" << "Error printing report\r\nSubscript out of range";
-    QTest::newRow("a file that cannot be written") << "file" << "Error printing report\r\nPath/File access error: ";
+    QTest::newRow("a cell without a number") << "null" << "Error printing report\r\nBlock 1 of the report tables holds no number in Sp1_Density (empty)";
+    QTest::newRow("a file that cannot be written") << "file" << "Error printing report\r\nCannot write ";
 }
 
-void TestReportFile::aFailedReportLeavesNoFile()
+void TestReportFile::aFailedReportLeavesTheEarlierFile()
 {
     QFETCH(QString, fault);
     QFETCH(QString, message);
     RunDatabase db;
     ReportTables t(db);
-    t.header(1, QStringLiteral("R7"), QStringLiteral("DENSITY"), 1, 1, 2000, QStringLiteral("R7: Stand Table"));
+    t.header(1, fault == QLatin1String("header") ? QStringLiteral("Other run") : QStringLiteral("R7"), QStringLiteral("DENSITY"), 1, 1,
+             2000, QStringLiteral("R7: Stand Table"));
     const QString path = db.workDir() + QStringLiteral("/R7_Stand.txt");
+    const QList<Group> groups{{QStringLiteral("PW"), 1, 1}, {QStringLiteral("Totals:"), 1, 1}};
     if (fault == QLatin1String("rows")) {
         t.header(2, QStringLiteral("R7"), QStringLiteral("DENSITY"), 0, 2, 2010, QStringLiteral("R7: Stand Table"));
-        t.detail(1, 10, 15, 12.5, {{QStringLiteral("PW"), 1, 1}, {QStringLiteral("Totals:"), 1, 1}});
+        t.detail(1, 10, 15, 12.5, groups);
     } else if (fault == QLatin1String("heading")) {
         t.detail(1, 10, 15, 12.5, {});
     } else {
-        t.detail(1, 10, 15, 12.5, {{QStringLiteral("PW"), 1, 1}, {QStringLiteral("Totals:"), 1, 1}});
+        t.detail(1, 10, 15, 12.5, groups);
+        if (fault == QLatin1String("null"))
+            db.exec(QStringLiteral("UPDATE Report_Detail SET Sp1_Density = NULL"));
+    }
+    if (fault == QLatin1String("file")) {
         QVERIFY(QDir(db.workDir()).mkdir(QStringLiteral("R7_Stand.txt")));   // a folder where the file should be
+    } else {
+        QFile old(path);
+        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("earlier report") == 14);
     }
     qint16 columns = 0;
-    QCOMPARE(writeReport(db, ReportKind::Stand, QStringLiteral("R7"), QStringLiteral("D"), columns), QString());
-    QCOMPARE(db.questions.messageTexts().size(), 1);
-    QVERIFY2(db.questions.messageTexts().first().startsWith(message), qPrintable(db.questions.messageTexts().first()));
-    QCOMPARE(QDir(db.workDir()).entryList(QDir::Files), QStringList());
+    const std::optional<SendrelError> failure = FailureOf([&] { writeReport(db, ReportKind::Stand, QStringLiteral("R7"), QStringLiteral("D"), columns); });
+    QVERIFY(failure);
+    const MessageRequest told = ReportFailureMessage(*failure);
+    QVERIFY2(told.text.startsWith(message), qPrintable(told.text));
+    QVERIFY(!told.text.contains(QLatin1String("Invalid use of Null")));
+    QCOMPARE(told.icon, fault == QLatin1String("header") ? MsgIcon::Critical : MsgIcon::Exclamation);
+    if (fault != QLatin1String("file"))
+        QCOMPARE(ReadWholeFile(path), QByteArray("earlier report"));
+    QCOMPARE(QDir(db.workDir()).entryList(QDir::Files), fault == QLatin1String("file") ? QStringList() : QStringList{"R7_Stand.txt"});
 }
 
 SENDREL_TEST_MAIN(TestReportFile)

@@ -101,7 +101,7 @@ private slots:
     {
         QTest::addColumn<QString>("sql");
         QTest::addColumn<QString>("said");
-        QTest::newRow("run deleted meanwhile") << "DELETE FROM Model_Run WHERE Standing_Harvested = 'S'" << "CLIRPT:Standing is not in the database";
+        QTest::newRow("run deleted meanwhile") << "DELETE FROM Model_Run WHERE Standing_Harvested = 'S'" << "There is no run CLIRPT:Standing in ";
         QTest::newRow("no year") << "" << "No Cycles Are Selected";
     }
     void refusals()

@@ -1,4 +1,5 @@
 #include "support/TestMain.h"
+#include "support/Failures.h"
 #include "support/GoldenFile.h"
 #include "support/RunDatabase.h"
 
@@ -104,7 +105,8 @@ private slots:
     void compileWithoutCycles();
     void compileCancelledTouchesNothing();
     void compileFailureStopsAndTells();
-    void compileYearWithoutSpeciesFailsInGenerator();
+    void compileRefusesWhatCannotBeReported_data();
+    void compileRefusesWhatCannotBeReported();
 };
 
 void TestStandStockTables::exampleRowOfTwoSpecies()
@@ -219,6 +221,7 @@ void TestStandStockTables::compileThreeCyclesAndFile()
 {
     RunDatabase db;
     db.exec(QStringLiteral("INSERT INTO Run (Run_Id, Run_Desc, run_parameters) VALUES ('R7', 'desc', 'Thin to 400 at 2010')"));
+    db.addRun(QStringLiteral("R7"), QStringLiteral("S"));
     // Rows of an earlier report are gone afterwards.
     db.exec(QStringLiteral("INSERT INTO Report_Header (Report_Id, Run_ID) VALUES (9, 'OLD')"));
     db.exec(QStringLiteral("INSERT INTO Report_Detail (Report_id) VALUES (9)"));
@@ -242,7 +245,7 @@ void TestStandStockTables::compileThreeCyclesAndFile()
     db.questions.answerReportText(true);
     const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, FixedClock, calc);
 
-    QVERIFY2(report.compiled, qPrintable(db.questions.messageTexts().join(QLatin1Char('|'))));
+    QVERIFY(report.compiled);
     QCOMPARE(calculated, (QList<qint16>{1, 2, 4}));
     QCOMPARE(request.This_RunDesc, QStringLiteral("Thin to 400 at 2010"));
     QCOMPARE(db.questions.asked().first().title, QStringLiteral("R7: Stand Table"));
@@ -284,11 +287,14 @@ void TestStandStockTables::compileOrientationByColumns()
             cells.append({0, code, 1, 1});
         fillData(r, layout, 0, 10, 2, cells);
     };
+    db.addRun(QStringLiteral("R7"), QStringLiteral("S"));
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), false, {{1, QStringLiteral("2000")}}, {}, {}};
     request.reportPath = ReportFilePath(db.workDir(), QStringLiteral("R7"), ReportKind::Stock);
-    db.questions.answerReportText(true);
+    db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
     const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, FixedClock, calc);
     QVERIFY(report.compiled);
+    // The description box's line feeds are stored as CR LF.
+    QCOMPARE(db.rows(QStringLiteral("SELECT Report_Title, [Desc] FROM Report_Header")), QStringList{QStringLiteral("My title|line 1\r\nline 2")});
     QCOMPARE(report.ReportType, qint16(1));
     QCOMPARE(report.columns, qint16(species + 1));
     QCOMPARE(report.ReportOrientation, qint16(orientation));
@@ -303,9 +309,12 @@ void TestStandStockTables::compileWithoutCycles()
     ClassLayout layout;
     StandStockData r(layout, db.tm.db.NumSpecies);
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QStringLiteral("keep"), true, {}, {}, {}};
-    const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, ReportClockNow, [](qint16) { QFAIL("no cycle to aggregate"); });
-    QVERIFY(!report.compiled);
-    QCOMPARE(db.questions.messageTexts(), QStringList{QStringLiteral("No Cycles Are Selected")});
+    const std::optional<SendrelError> failure = FailureOf(
+        [&] { CompileStandStockReport(db.db, db.questions, request, layout, r, ReportClockNow, [](qint16) { QFAIL("no cycle to aggregate"); }); });
+    QVERIFY(failure);
+    QCOMPARE(ReportFailureMessage(*failure).text, QStringLiteral("No Cycles Are Selected"));
+    QCOMPARE(ReportFailureMessage(*failure).icon, MsgIcon::Information);
+    QCOMPARE(db.questions.asked().size(), 0);
     QCOMPARE(request.This_RunDesc, QStringLiteral("keep"));
 }
 
@@ -330,9 +339,10 @@ void TestStandStockTables::compileCancelledTouchesNothing()
 void TestStandStockTables::compileFailureStopsAndTells()
 {
     RunDatabase db;
+    db.addRun(QStringLiteral("R7"), QStringLiteral("S"));
     // A Report_Detail that refuses rows of classes: the report stops before any cycle is aggregated.
-    db.exec(QStringLiteral("DROP TABLE Report_Detail"));
-    db.exec(QStringLiteral("CREATE TABLE Report_Detail (Report_id INTEGER)"));
+    db.exec(QStringLiteral("DROP TABLE temp.Report_Detail"));
+    db.exec(QStringLiteral("CREATE TEMP TABLE Report_Detail (Report_id INTEGER)"));
     ClassLayout layout;
     StandStockData r(layout, db.tm.db.NumSpecies);
     int calls = 0;
@@ -341,12 +351,12 @@ void TestStandStockTables::compileFailureStopsAndTells()
         fillData(r, layout, 0, 10, 2, {{0, 1, 1, 1}});
     };
     StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}, {}};
-    db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
-    const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, FixedClock, calc);
-    QVERIFY(!report.compiled);
+    db.questions.answerReportText(true);
+    const std::optional<SendrelError> failure =
+        FailureOf([&] { CompileStandStockReport(db.db, db.questions, request, layout, r, FixedClock, calc); });
+    QVERIFY(failure);
     QCOMPARE(calls, 0);
-    QCOMPARE(db.questions.messageTexts().size(), 1);
-    const QString message = db.questions.messageTexts().first();
+    const QString message = ReportFailureMessage(*failure).text;
     QVERIFY2(message.startsWith(QStringLiteral("The following error occured:\r\n\r\n(")), qPrintable(message));
     QVERIFY2(message.contains(QStringLiteral(") ")) && message.contains(QStringLiteral("IsBucket")), qPrintable(message));
     QVERIFY(!db.questions.busyVisible());
@@ -354,28 +364,41 @@ void TestStandStockTables::compileFailureStopsAndTells()
     QVERIFY(QDir(db.workDir()).isEmpty());
 }
 
-void TestStandStockTables::compileYearWithoutSpeciesFailsInGenerator()
+// A selected cycle whose block would have no species is refused by name, before the generator
+// could fail on it, and the file at the report's path stays as it was; a run that has gone is
+// refused as missing.
+void TestStandStockTables::compileRefusesWhatCannotBeReported_data()
 {
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("a cycle without trees") << "none" << "Cycle 2 (2010) of R7, Harvested, has no trees.";
+    QTest::newRow("trees below the classes") << "below" << "Cycle 2 (2010) of R7, Harvested, has no trees in the diameter classes.";
+    QTest::newRow("a run that has gone") << "gone" << "There is no run R7:Harvested in ";
+}
+
+void TestStandStockTables::compileRefusesWhatCannotBeReported()
+{
+    QFETCH(QString, fault);
+    QFETCH(QString, message);
     RunDatabase db;
+    if (fault != QLatin1String("gone"))
+        db.addRun(QStringLiteral("R7"), QStringLiteral("H"));
+    if (fault == QLatin1String("below"))
+        db.addTree(QStringLiteral("R7"), QStringLiteral("H"), 2, 1, 5, 10, 1);
     ClassLayout layout;
     StandStockData r(layout, db.tm.db.NumSpecies);
     const CalcReportFn calc = [&](qint16 cycle) {
-        if (cycle == 1)
-            fillData(r, layout, 0, 10, 2, {{0, 1, 1, 1}});
-        else
-            fillData(r, layout, 0, 10, 2, {});
+        fillData(r, layout, 10, 10, 2, cycle == 1 ? QList<Cell>{{0, 1, 1, 1}} : QList<Cell>{});
     };
-    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("S"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}, {}};
-    db.questions.answerReportText(true, QStringLiteral("My title"), QStringLiteral("line 1\nline 2"));
-    const CompiledStandStockReport report = CompileStandStockReport(db.db, db.questions, request, layout, r, FixedClock, calc);
-    // The second block has a header and no rows: the generator says so, the viewer opens on nothing.
-    QVERIFY(report.compiled);
-    QCOMPARE(report.ReportFile, QString());
-    QCOMPARE(db.questions.messageTexts().size(), 1);
-    QVERIFY(db.questions.messageTexts().first().startsWith(QStringLiteral("Error printing report\r\n")));
-    // The description box's line feeds are stored as CR LF.
-    QCOMPARE(db.rows(QStringLiteral("SELECT Report_Title, [Desc] FROM Report_Header WHERE Report_Id = 2")),
-             QStringList{QStringLiteral("My title|line 1\r\nline 2")});
+    StandStockReportRequest request{QStringLiteral("R7"), QStringLiteral("H"), QString(), true, {{1, QStringLiteral("2000")}, {2, QStringLiteral("2010")}}, {}, {}};
+    request.reportPath = db.writeFile(QStringLiteral("Work/R7_Stand.txt"), "the standing run's report");
+    db.questions.answerReportText(true);
+    const std::optional<SendrelError> failure =
+        FailureOf([&] { CompileStandStockReport(db.db, db.questions, request, layout, r, FixedClock, calc); });
+    QVERIFY(failure);
+    QVERIFY2(ReportFailureMessage(*failure).text.startsWith(message), qPrintable(failure->description()));
+    QCOMPARE(ReadWholeFile(request.reportPath), QByteArray("the standing run's report"));
+    QVERIFY(!db.questions.busyVisible());
 }
 
 SENDREL_TEST_MAIN(TestStandStockTables)

@@ -1,4 +1,5 @@
 #include "support/TestMain.h"
+#include "support/FileSizeLimit.h"
 
 #include "base/SendrelError.h"
 #include "domain/table/TableFile.h"
@@ -13,8 +14,6 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace sendrel;
 using namespace sendrel::test;
@@ -49,28 +48,6 @@ TableDocument large()
         d.tables[0].rows.append({r * 0.5, r * 1.25, QStringLiteral("row %1").arg(r)});
     return d;
 }
-
-// Files may grow to `bytes` only; a write beyond fails with EFBIG instead of ending the process.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        m_signal = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit limit = m_before;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_signal);
-    }
-
-private:
-    rlimit m_before{};
-    void (*m_signal)(int) = nullptr;
-};
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 // The two windows around a report: "Report Description", asked modally before the compile, and
 // the report viewer, which shows the file, prints it and deletes it when the user leaves.
 #include "support/TestMain.h"
+#include "support/FileSizeLimit.h"
 #include "support/GuiBench.h"
 
 #include "shell/GuiQuestions.h"
@@ -181,6 +182,29 @@ private slots:
         QVERIFY(select ? pdfPages(pdf) == 1 : pdfPages(pdf) >= pages);
         QCOMPARE(QFile::exists(pdf), accept);
         QVERIFY(w.isVisible() && QFile::exists(w.ReportFile));
+    }
+
+    // A print to a file on a full disk is told once, naming the file and the cause, and the file
+    // that was there stays as it was.
+    void printToFileOnAFullDisk()
+    {
+        frmReport w(m_questions);
+        w.ReportFile = writeReport(QStringLiteral("full.txt"), longReport(1));
+        w.show();
+        const QString pdf = writeReport(QStringLiteral("full.pdf"), QByteArray("earlier"));
+        w.setPrintDialog([&](QPrinter &printer, QAbstractPrintDialog::PrintDialogOptions, QWidget *) {
+            printer.setOutputFormat(QPrinter::PdfFormat);
+            printer.setOutputFileName(pdf);
+            return true;
+        });
+        {
+            const test::FileSizeLimit limit(200);
+            QTest::mouseClick(w.findChild<QPushButton *>(QStringLiteral("cmdPrint")), Qt::LeftButton);
+        }
+        QCOMPARE(m_questions.messageTexts(), QStringList{QStringLiteral("Error printing the report.\r\nCannot write %1: File too large(57)").arg(pdf)});
+        QFile earlier(pdf);
+        QVERIFY(earlier.open(QIODevice::ReadOnly));
+        QCOMPARE(earlier.readAll(), QByteArray("earlier"));
     }
 
     // The widest line decides the print size: a 140-character line on a portrait page makes the font give way.
