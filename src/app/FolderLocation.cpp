@@ -199,8 +199,6 @@ QStandardPaths::StandardLocation locationOf(int folderId)
     }
 }
 
-constexpr long kPermissionDenied = 70;
-
 SendrelError folderFailure(const QString &path)
 {
     return SendrelError(ErrNo::PathNotFound, QStringLiteral("Sendrel"), QStringLiteral("Path not found: ") + path);
@@ -257,7 +255,7 @@ qint16 CopyFolderFiles(UserQuestions &questions, const QString &source, const QS
             if (QFileInfo::exists(to)) {
                 QFile::setPermissions(to, QFile::permissions(to) | QFile::WriteOwner | QFile::WriteUser);
                 if (!QFile::remove(to))
-                    throw SendrelError(kPermissionDenied, QStringLiteral("Sendrel"), QStringLiteral("Permission denied: ") + to);
+                    throw SendrelError(ErrNo::PermissionDenied, QStringLiteral("Sendrel"), QStringLiteral("Permission denied: ") + to);
             }
             if (!QFile::copy(from, to))
                 throw SendrelError(ErrNo::PathNotFound, QStringLiteral("Sendrel"), QStringLiteral("Cannot copy ") + from + QStringLiteral(" to ") + to);

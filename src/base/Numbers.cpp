@@ -100,7 +100,7 @@ qint64 IntegerMod(double dividend, double divisor)
     const qint64 a = static_cast<qint64>(RoundHalfEven(dividend));
     const qint64 b = static_cast<qint64>(RoundHalfEven(divisor));
     if (b == 0)
-        throw SendrelError(11, QStringLiteral("Sendrel"), QStringLiteral("Division by zero"));
+        throw SendrelError(ErrNo::DivisionByZero, QStringLiteral("Sendrel"), QStringLiteral("Division by zero"));
     return a % b;
 }
 

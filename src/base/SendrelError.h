@@ -33,11 +33,14 @@ private:
 namespace ErrNo {
 constexpr long InvalidCall = 5;          // a settings key that is not there, a bad argument
 constexpr long Overflow = 6;             // a 16-bit conversion out of range
+constexpr long DivisionByZero = 11;
 constexpr long FileNotFound = 53;
 constexpr long DeviceIO = 57;            // a write, flush or close that failed
 constexpr long FileAlreadyExists = 58;
+constexpr long PermissionDenied = 70;    // a folder that cannot be made or written
 constexpr long PathFileAccess = 75;      // a file that cannot be opened for writing
 constexpr long PathNotFound = 76;
+constexpr long NoCurrentRecord = 3021;   // a read past the last row of a recordset
 constexpr long ItemNotFound = 3265;      // a field or column that does not exist
 constexpr long ClosedObject = 3704;      // closing a closed connection
 constexpr long DialogCancelled = 32755;  // a file dialog cancelled

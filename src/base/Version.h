@@ -1,13 +1,15 @@
 #pragma once
 
+#include "base/VersionNumbers.h"
+
 #include <QString>
 
 namespace sendrel {
 
 // The program's version and what it calls itself in the splash and about windows.
-constexpr int kVersionMajor = 3;
-constexpr int kVersionMinor = 3;
-constexpr int kVersionRevision = 4;
+constexpr int kVersionMajor = SENDREL_VERSION_MAJOR;
+constexpr int kVersionMinor = SENDREL_VERSION_MINOR;
+constexpr int kVersionRevision = SENDREL_VERSION_PATCH;
 
 inline const QString kProgramName = QStringLiteral("Sendrel");
 inline const QString kProductDescription = QStringLiteral("Growth Model Output Processing System");

@@ -119,7 +119,7 @@ void BackupDatabase(clsDBEngine &engine, const QString &target)
                                 .arg(QDir::toNativeSeparators(engine.PathToDB), shownTarget, cause));
     };
     if (QFileInfo::exists(target) || QFileInfo(target).isSymLink())
-        throw SendrelError(58, kSource, QStringLiteral("%1 exists already; a backup is written to a new file only.").arg(shownTarget));
+        throw SendrelError(ErrNo::FileAlreadyExists, kSource, QStringLiteral("%1 exists already; a backup is written to a new file only.").arg(shownTarget));
 
     // A name of its own beside the target, so the move into place stays on one file system.
     QTemporaryFile part(target + QStringLiteral(".part-XXXXXX"));

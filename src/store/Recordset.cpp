@@ -23,7 +23,7 @@ SendrelError closedRecordset()
 
 SendrelError noCurrentRecord()
 {
-    return SendrelError(3021, QStringLiteral("Recordset"),
+    return SendrelError(ErrNo::NoCurrentRecord, QStringLiteral("Recordset"),
                         QStringLiteral("Either BOF or EOF is True, or the current record has been deleted."));
 }
 
@@ -71,12 +71,6 @@ void Recordset::MoveFirst()
     data().position = 0;
 }
 
-void Recordset::MoveLast()
-{
-    Data &x = data();
-    x.position = x.rows.isEmpty() ? 0 : static_cast<int>(x.rows.size()) - 1;
-}
-
 void Recordset::MoveNext()
 {
     Data &x = data();
@@ -88,11 +82,6 @@ void Recordset::MoveNext()
 int Recordset::RecordCount() const
 {
     return static_cast<int>(data().rows.size());
-}
-
-int Recordset::AbsolutePosition() const
-{
-    return data().position;
 }
 
 bool Recordset::Find(const QString &criteria)

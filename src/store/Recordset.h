@@ -24,10 +24,8 @@ public:
 
     bool Eof() const;           // EOF: past the last row, or no rows at all
     void MoveFirst();
-    void MoveLast();
     void MoveNext();
     int RecordCount() const;
-    int AbsolutePosition() const;   // the current row, from 0
 
     // Moves forward from the current row to the first that fits "Column = value", where the value
     // is a quoted text ('it''s') or a number; Eof() when none does. Texts compare without regard to case.

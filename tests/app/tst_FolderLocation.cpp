@@ -116,7 +116,7 @@ private slots:
         QCOMPARE(ReadWholeFile(expected + QStringLiteral("tolv_game.mdb")), QByteArray("database"));
         QCOMPARE(ReadWholeFile(expected + QStringLiteral("readme.txt")), QByteArray("data readme"));
         // The read-only installation file is writable in the user's folder.
-        QVERIFY(QFileInfo(expected + QStringLiteral("readme.txt")).isWritable());
+        QVERIFY(QFile::permissions(expected + QStringLiteral("readme.txt")) & QFile::WriteOwner);
         QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), expected);
         QCOMPARE(b.store.GetSetting(kSectionKestrane, QStringLiteral("DataDir"), QStringLiteral("<none>")), QStringLiteral("<none>"));
     }
@@ -273,11 +273,30 @@ private slots:
         QCOMPARE(b.store.GetSetting(kSectionCommon, QStringLiteral("DataDir"), QStringLiteral("<none>")), QStringLiteral("<none>"));
     }
 
-    void browseForFolderCutsAtNull()
+    // A folder that cannot be made or a target that vanished fails, naming the path; nothing is
+    // taken as done.
+    void foldersThatCannotBeMadeOrFilled()
     {
+        writeFile(m_documents + QStringLiteral("/NotAFolder"), "a file where a folder would go");
+        QString path = QStringLiteral("unchanged");
+        try {
+            GetMyDocumentsFolderPath(QStringLiteral("NotAFolder"), QStringLiteral("P"), true, path);
+            QFAIL("no failure");
+        } catch (const SendrelError &e) {
+            QCOMPARE(e.number(), ErrNo::PathNotFound);
+        }
+        QFile::remove(m_documents + QStringLiteral("/NotAFolder"));
+        QCOMPARE(path, QStringLiteral("unchanged"));
+
         ScriptedQuestions q;
-        q.answerFolder(QStringLiteral("/tmp/abc") + QChar(u'\0') + QStringLiteral("junk"));
-        QCOMPARE(BrowseForFolder(q, QStringLiteral("t"), QStringLiteral("/")), QStringLiteral("/tmp/abc"));
+        const QString gone = m_install.path() + QStringLiteral("/gone/");
+        try {
+            CopyFolderFiles(q, m_install.path() + QStringLiteral("/Work/"), gone, false, QStringLiteral("Copy Work Files"));
+            QFAIL("no failure");
+        } catch (const SendrelError &e) {
+            QCOMPARE(e.number(), ErrNo::PathNotFound);
+            QVERIFY2(e.description().endsWith(gone + QStringLiteral("sample.lst")), qPrintable(e.description()));
+        }
     }
 };
 

@@ -33,12 +33,6 @@ private slots:
         QTEST(v.CurrentRunId, "run");
         QTEST(int(v.ModelVariant), "variant");
     }
-
-    void commandLineTextSkipsTheProgram()
-    {
-        QCOMPARE(CommandLineText({QStringLiteral("sendrel"), QStringLiteral("/R"), QStringLiteral("X")}), QStringLiteral("/R X"));
-        QCOMPARE(GetCommandOption(QStringLiteral("abc /R  x"), QStringLiteral("/r")), QStringLiteral("x"));
-    }
 };
 
 SENDREL_TEST_MAIN(tst_commandline)

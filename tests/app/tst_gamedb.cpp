@@ -36,11 +36,25 @@ private slots:
         QCOMPARE(env.tm.db.NumSpecies, 11);
         QCOMPARE(env.tm.settings.DataDir, QDir::toNativeSeparators(env.dir()));
         QCOMPARE(env.store.GetSetting(kSectionCommon, QStringLiteral("DataDir")), QDir::toNativeSeparators(env.dir()) + QDir::separator());
-        QVERIFY(env.tm.db.ModelRunRS.Eof());
-        // Reopening replaces the connection and recordsets.
+        // Reopening replaces the connection, with the settings' wait in seconds.
+        env.tm.settings.LockWaitSeconds = 2.5;
         QVERIFY(OpenGameDB(env.tm, false));
+        QCOMPARE(env.tm.DBEngine.lockWait(), std::chrono::milliseconds(2500));
         CloseGameDB(env.tm);
         CloseGameDB(env.tm);
+    }
+
+    // Reports go to the Work folder while it is there, else to the Data folder.
+    void reportsGoWhereAFolderStillIs()
+    {
+        RunDatabase env{RunDatabase::Db::None};
+        const QString work = env.dir() + QStringLiteral("/work");
+        QVERIFY(QDir().mkpath(work));
+        env.tm.settings.DataDir = env.dir();
+        env.tm.settings.WorkDir = work;
+        QCOMPARE(env.tm.ReportFolder(), work);
+        QVERIFY(QDir(work).removeRecursively());
+        QCOMPARE(env.tm.ReportFolder(), env.dir());
     }
 
     void aMissingFileIsAskedForAndMayMoveTheDataFolder()

@@ -48,7 +48,6 @@ private slots:
         QTest::newRow("the tool") << QStringList{"--help"} << "Commands:";
         QTest::newRow("the tool, short") << QStringList{"-h"} << "usage: sendrel-cli [--db PATH]";
         QTest::newRow("a command") << QStringList{"report", "--help"} << "usage: sendrel-cli [--db PATH] report stand|stock";
-        QTest::newRow("a command, short") << QStringList{"import", "-h"} << "--on-duplicate";
         QTest::newRow("help ahead of a command") << QStringList{"--help", "years"} << "years RUN --kind S|H";
     }
     void help()
@@ -68,10 +67,6 @@ private slots:
         QTest::addColumn<QStringList>("args");
         QTest::addColumn<QString>("said");
         QTest::newRow("--db --help") << QStringList{"--db", "--help", "init"} << "--db needs a value, not '--help'";
-        QTest::newRow("-o --help") << QStringList{"--db", "x.mdb", "report", "stand", "R", "--kind", "S", "-o", "--help"}
-                                   << "-o needs a value, not '--help'";
-        QTest::newRow("--run-id --help") << QStringList{"--db", "x.mdb", "import", "a.lst", "--kind", "S", "--run-id", "--help"}
-                                         << "--run-id needs a value, not '--help'";
         QTest::newRow("--run-id -x") << QStringList{"--db", "x.mdb", "import", "a.lst", "--kind", "S", "--run-id", "-x"}
                                      << "--run-id needs a value, not '-x'";
         QTest::newRow("no command") << QStringList{} << "no command given";
@@ -103,6 +98,7 @@ private slots:
         QTest::addColumn<QString>("said");
         const QString longId(26, QLatin1Char('R'));
         QTest::newRow("--wait") << QStringList{"--wait", "soon", "runs"} << "--wait takes a number of seconds, not 'soon'";
+        QTest::newRow("--wait of more than a day") << QStringList{"--wait", "100000", "runs"} << "--wait takes a number of seconds, not '100000'";
         QTest::newRow("--kind") << QStringList{"years", "R", "--kind", "T"} << "--kind takes standing, harvested, S or H, not 'T'";
         QTest::newRow("a line end in the value") << QStringList{"years", "R", "--kind", "S\nH"}
                                                  << "--kind takes standing, harvested, S or H, not 'S\\nH'";
@@ -139,6 +135,45 @@ private slots:
         QCOMPARE(r.code, 2);
         QCOMPARE(r.err.section(QLatin1Char('\n'), 0, 0), QStringLiteral("sendrel-cli: ") + said);
         QCOMPARE(r.out, QString());
+    }
+
+    // Option values at their limits: a value joined with =, a Run Id as long as the box takes, a
+    // choice in capitals, a DEL escaped like the other control characters, --wait in seconds.
+    void valuesAtTheirLimits()
+    {
+        m_db->addRun(QStringLiteral("R"), QStringLiteral("S"));
+        QCOMPARE(tool({"describe", "R", "--description=-h is no option here"}).code, 0);   // joined: a value, whatever it looks like
+        const CliRun longest = tool({"import", "a.lst", "--kind", "S", "--run-id", QString(25, QLatin1Char('R')), "--on-duplicate", "FAIL"});
+        QCOMPARE(longest.code, 1);   // the list is missing; the values passed
+        QVERIFY2(!longest.err.contains(QLatin1String(" takes ")), qPrintable(longest.err));
+        const CliRun del = tool({"years", "R", "--kind", QStringLiteral("S\x7f")});
+        QCOMPARE(del.code, 2);
+        QVERIFY2(del.err.contains(QLatin1String("not 'S\\x7f'")), qPrintable(del.err));
+
+        // --wait is in seconds: a write waits that long for another program's lock and says so.
+        clsDBEngine other;
+        other.PathToDB = m_db->path();
+        other.OpenDB();
+        other.StartTrans();
+        const CliRun locked = tool({"--wait", "0.2", "describe", "R", "--description", "x"});
+        QCOMPARE(locked.code, 1);
+        QVERIFY2(locked.err.contains(QLatin1String("stayed locked for 0.2 s")), qPrintable(locked.err));
+    }
+
+    // A standard output that cannot be written (a full disk) is a failure, not a success.
+    void aFullStandardOutputFails()
+    {
+        m_db->addRun(QStringLiteral("R"), QStringLiteral("S"));
+        m_db->addHeader(QStringLiteral("R"), QStringLiteral("S"), 1, 2000);
+        QFile full(QStringLiteral("/dev/full"));
+        QVERIFY(full.open(QIODevice::WriteOnly));
+        QString said;
+        QTextStream out(&full);
+        QTextStream err(&said);
+        const int code = RunCli({"--db", m_db->path(), "summary", "R", "--kind", "S", "-o", "-"}, out, err);
+        err.flush();
+        QCOMPARE(code, 1);
+        QVERIFY2(said.contains(QLatin1String("Cannot write the standard output.")), qPrintable(said));
     }
 
     // Every command says a missing database and a missing run the same way.

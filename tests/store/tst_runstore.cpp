@@ -120,10 +120,11 @@ private slots:
         QTest::addColumn<long>("number");
         QTest::addColumn<QString>("said");
         QTest::newRow("a statement the database refuses") << "refused" << ErrNo::CommandFailure << "no such table";
-        QTest::newRow("another program writing") << "locked" << ErrNo::DatabaseFailure << "in use by another program";
+        QTest::newRow("another program writing") << "locked" << ErrNo::DatabaseFailure << "in use by another program and stayed locked for 0.05 s";
         QTest::newRow("a full disk") << "full" << ErrNo::DatabaseFailure << "the disk is full";
         QTest::newRow("a file that is no database") << "text" << ErrNo::DatabaseFailure << "is not a run database";
         QTest::newRow("a damaged page") << "damaged" << ErrNo::DatabaseFailure << "is damaged";
+        QTest::newRow("a damaged page found ahead of a write") << "checked" << ErrNo::DatabaseFailure << "is damaged";
     }
     void failuresAreNamed()
     {
@@ -176,7 +177,10 @@ private slots:
             file.close();
             act = [&] {
                 db.open(f.path());
-                Count(db, QStringLiteral("Model_Entries"), QStringLiteral("Trees_per_ha > 0"));
+                if (situation == QLatin1String("checked"))
+                    db.checkNotDamaged();
+                else
+                    Count(db, QStringLiteral("Model_Entries"), QStringLiteral("Trees_per_ha > 0"));
             };
         }
         const SendrelError e = failureOf(act);
@@ -337,21 +341,49 @@ private slots:
         QCOMPARE(QDir(out.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
     }
 
-    // A window's kind text: "H" or "h" first is harvested, anything else standing.
+    // A window's kind text: "H" or "h" first is harvested, anything else standing. A kind given by
+    // name (--kind) is a letter or a word in any case, or none.
     void kindOfText_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("letter");
-        for (const char *standing : {"Standing", "s", "", "x"})
-            QTest::newRow(standing) << standing << "S";
-        QTest::newRow("Harvested") << "Harvested" << "H";
-        QTest::newRow("h") << "h" << "H";
+        QTest::addColumn<QString>("parsed");
+        QTest::newRow("Standing") << "Standing" << "S" << "S";
+        QTest::newRow("s") << "s" << "S" << "S";
+        QTest::newRow("empty") << "" << "S" << "";
+        QTest::newRow("x") << "x" << "S" << "";
+        QTest::newRow("harvested") << "harvested" << "H" << "H";
+        QTest::newRow("h") << "h" << "H" << "H";
+        QTest::newRow("hx") << "hx" << "H" << "";
     }
     void kindOfText()
     {
         QFETCH(QString, text);
         QFETCH(QString, letter);
+        QFETCH(QString, parsed);
         QCOMPARE(KindLetter(KindOfText(text)), letter);
+        const std::optional<RunKind> kind = ParseKind(text);
+        QCOMPARE(kind ? KindLetter(*kind) : QString(), parsed);
+    }
+
+    // A NULL column is no number: the sums pass it by as SQL's SUM does, a column NULL in every
+    // record sums to 0, and the kept sums read back the same.
+    void aNullIsPassedByInTheSums()
+    {
+        RunDatabase f;
+        const RunKey run{QStringLiteral("N"), RunKind::Standing};
+        f.addRun(run.runId, QStringLiteral("S"));
+        f.addHeader(run.runId, QStringLiteral("S"), 1, 2000);
+        f.addTree(run.runId, QStringLiteral("S"), 1, 3, 20, 100, 0.5);
+        f.addTree(run.runId, QStringLiteral("S"), 1, 3, 30, 50, 0.8);
+        f.exec(QStringLiteral("UPDATE Model_Entries SET Total_Volume = NULL WHERE Current_Diameter = 30"));
+        WriteCycleSums(f.db.DBEngine, run, SumCycleRecords(f.db.DBEngine, run));
+        for (const QList<CycleSpeciesSums> &groups : {SumCycleRecords(f.db.DBEngine, run), ReadCycleSums(f.db.DBEngine, run)}) {
+            QCOMPARE(groups.size(), 1);
+            QCOMPARE(groups[0].sums.sph, 150.0);
+            QCOMPARE(groups[0].sums.totalVolume, 50.0);
+            QCOMPARE(groups[0].sums.grossMerchVolume, 0.0);   // not in any record
+        }
     }
 
     // A Run Id is taken without the blanks at its ends; a control character anywhere is named.

@@ -100,12 +100,6 @@ void ModelEntryInserter::addToSums(qint64 rowid, const TreeRecord &record)
                v[EntryPos::CurrentDiameter], v[EntryPos::TotalVolume], v[EntryPos::GrossMerchVolume], v[EntryPos::MerchVolLessDWB]);
 }
 
-void ModelEntryInserter::AddModelEntry(const TreeRecord &record)
-{
-    nextRow() = record;
-    addNextRow();
-}
-
 void ModelEntryInserter::addNextRow()
 {
     if (++m_waiting < kBatchRows)

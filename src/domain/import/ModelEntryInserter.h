@@ -30,10 +30,8 @@ public:
     ModelEntryInserter(const ModelEntryInserter &) = delete;
     ModelEntryInserter &operator=(const ModelEntryInserter &) = delete;
 
-    // The row may wait in the batch until flush(); a failure of the database can therefore come
-    // at a later call than the row's own.
-    void AddModelEntry(const TreeRecord &record);
-    // The same without a copy: parse into nextRow(), then addNextRow().
+    // Parse a row into nextRow(), then addNextRow(). The row may wait in the batch until flush(); a
+    // failure of the database can therefore come at a later call than the row's own.
     TreeRecord &nextRow() { return m_rows[m_waiting]; }
     void addNextRow();
     // Writes the rows that wait.

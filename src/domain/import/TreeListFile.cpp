@@ -66,7 +66,7 @@ bool TreeListFile::fill()
     }
     const qint64 got = m_file.read(m_buffer.data() + m_end, m_buffer.size() - m_end);
     if (got < 0)
-        throw SendrelError(57, kSource, QStringLiteral("Device I/O error: ") + m_file.errorString());
+        throw SendrelError(ErrNo::DeviceIO, kSource, QStringLiteral("Device I/O error: ") + m_file.errorString());
     if (got == 0) {
         m_eof = true;
         return false;

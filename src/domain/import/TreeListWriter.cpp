@@ -121,7 +121,7 @@ private:
 void put(QIODevice &device, const std::string &text)
 {
     if (device.write(text.data(), static_cast<qint64>(text.size())) != static_cast<qint64>(text.size()))
-        throw SendrelError(57, QStringLiteral("Sendrel"), QStringLiteral("Cannot write the tree list: ") + device.errorString());
+        throw SendrelError(ErrNo::DeviceIO, QStringLiteral("Sendrel"), QStringLiteral("Cannot write the tree list: ") + device.errorString());
 }
 
 void writeHeader(QIODevice &device, Line &line, const SampleStandOptions &o, int cycle)
@@ -314,7 +314,7 @@ SampleListCounts WriteSampleTreeListFiles(const SampleStandOptions &options, con
     QFile harvested(harvestedPath);
     for (QFile *f : {&standing, &harvested}) {
         if (!f->open(QIODevice::WriteOnly | QIODevice::Truncate))
-            throw SendrelError(75, QStringLiteral("Sendrel"),
+            throw SendrelError(ErrNo::PathFileAccess, QStringLiteral("Sendrel"),
                                QStringLiteral("Cannot write %1: %2").arg(f->fileName(), f->errorString()));
     }
     return WriteSampleTreeLists(options, standing, harvested);

@@ -38,13 +38,13 @@ QString ClassEntryCheck::describe() const
 {
     if (passed())
         return QString();
-    QString text = lblDbhError;
-    if (!lblClassStartError.isEmpty())
-        text += QStringLiteral("\nStarting: ") + lblClassStartError;
-    if (!lblClassWidthError.isEmpty())
-        text += QStringLiteral("\nClass width: ") + lblClassWidthError;
-    if (!lblNumClassesError.isEmpty())
-        text += QStringLiteral("\n# 0f Classes: ") + lblNumClassesError;
+    QString text = fault;
+    if (!startFault.isEmpty())
+        text += QStringLiteral("\nStarting: ") + startFault;
+    if (!widthFault.isEmpty())
+        text += QStringLiteral("\nClass width: ") + widthFault;
+    if (!countFault.isEmpty())
+        text += QStringLiteral("\n# 0f Classes: ") + countFault;
     return text;
 }
 
@@ -55,37 +55,37 @@ ClassEntryCheck CheckClassEntry(double dClassStart, double dClassWidth, double n
 
     bool inRange = true;
     if (!(dClassStart >= 0 && dClassStart <= 1000)) {
-        check.lblClassStartError = kClassStartRange;
+        check.startFault = kClassStartRange;
         inRange = false;
     }
     if (!(dClassWidth >= 0.25 && dClassWidth <= 1000)) {
-        check.lblClassWidthError = kClassWidthRange;
+        check.widthFault = kClassWidthRange;
         inRange = false;
     }
     if (!(count >= 2 && count <= ClassLayout::kMaxClasses)) {
-        check.lblNumClassesError = kNumClassesRange;
+        check.countFault = kNumClassesRange;
         inRange = false;
     }
     if (!inRange) {
-        check.lblDbhError = kDbhRangeFault;
+        check.fault = kDbhRangeFault;
         return check;
     }
 
     bool onStep = true;
     if (!onHalfStep(dClassStart)) {
-        check.lblClassStartError = kHalfStep;
+        check.startFault = kHalfStep;
         onStep = false;
     }
     if (fractionOf(numberOfClasses) != 0.0) {
-        check.lblNumClassesError = kWholeStep;
+        check.countFault = kWholeStep;
         onStep = false;
     }
     if (!onHalfStep(dClassWidth)) {
-        check.lblClassWidthError = kHalfStep;
+        check.widthFault = kHalfStep;
         onStep = false;
     }
     if (!onStep)
-        check.lblDbhError = kDbhMultipleFault;
+        check.fault = kDbhMultipleFault;
     return check;
 }
 
@@ -112,11 +112,6 @@ void ClassLayout::BuildClasses()
         c.MidPoint = (c.MaxDia + c.MinDia) / 2;
     }
     m_classCount = static_cast<qint16>(n);
-}
-
-void ClassLayout::SetClassCount(qint16 count)
-{
-    m_classCount = static_cast<qint16>(qBound(0, static_cast<int>(count), kMaxClasses));
 }
 
 ClassBoxTexts ClassLayout::BoxTexts() const

@@ -22,14 +22,16 @@ inline const QString kDbhRangeFault = QStringLiteral("Invalid.       Valid range
 inline const QString kDbhMultipleFault = QStringLiteral("        Must be a multiple of:");
 
 // What the four labels beside the class boxes show after an entry; all empty when it passes.
+// fault is the heading (lblDbhError), the others the range or step of each box at fault
+// (lblClassStartError, lblClassWidthError, lblNumClassesError).
 struct ClassEntryCheck {
-    QString lblClassStartError;
-    QString lblClassWidthError;
-    QString lblNumClassesError;
-    QString lblDbhError;
+    QString startFault;
+    QString widthFault;
+    QString countFault;
+    QString fault;
 
-    bool passed() const { return lblDbhError.isEmpty(); }
-    // The faults as lines for a message, the texts as the window shows them: lblDbhError, then
+    bool passed() const { return fault.isEmpty(); }
+    // The faults as lines for a message, the texts as the window shows them: the heading, then
     // "Starting: ", "Class width: ", "# 0f Classes: " with each label at fault. Empty when it passed.
     QString describe() const;
 };
@@ -41,9 +43,9 @@ ClassEntryCheck CheckClassEntry(double dClassStart, double dClassWidth, double n
 
 // The three box texts of a layout, as the window writes them back.
 struct ClassBoxTexts {
-    QString txtClassStart;
-    QString txtClassWidth;
-    QString txtNumofClasses;
+    QString start;   // txtClassStart
+    QString width;   // txtClassWidth
+    QString count;   // txtNumofClasses
 };
 
 // The diameter classes of one stand and stock window. Slots 0 to ClassCount() - 1 are in use.
@@ -73,9 +75,6 @@ public:
     // Builds iNumofClasses classes of width dClassWidth from dClassStart upward, without gap;
     // slots above the last keep their old values. Needs an entry that passed CheckClassEntry.
     void BuildClasses();
-
-    // Marks the classes as built by other means (tests, a layout read from elsewhere).
-    void SetClassCount(qint16 count);
 
     ClassBoxTexts BoxTexts() const;
 

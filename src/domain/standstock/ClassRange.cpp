@@ -71,29 +71,29 @@ RangeBoxChange RangeBoxChanged(const ClassLayout &layout, RangeBox changed, QStr
     const double dCentre = ReadNumber(txtCentre);
 
     RangeBoxChange change;
-    change.lblDbhError = ValidateDbhClass(layout, static_cast<qint16>(qBound(-32768, c, 32767)), dMin, dMax, dCentre);
+    change.fault = ValidateDbhClass(layout, static_cast<qint16>(qBound(-32768, c, 32767)), dMin, dMax, dCentre);
     if (changed == RangeBox::Centre) {
         if (!onStep(dCentre, {0.0, 0.25, 0.5, 0.75}))
-            change.lblDbhError = kCentreStep;
+            change.fault = kCentreStep;
         return change;
     }
     const double edge = changed == RangeBox::Min ? dMin : dMax;
     if (!onStep(edge, {0.0, 0.5}))
-        change.lblDbhError = changed == RangeBox::Min ? kMinStep : kMaxStep;
-    if (change.lblDbhError.isEmpty()) {
-        change.setCentre = true;
-        change.txtCentre = DefaultText((dMin + dMax) / 2);
+        change.fault = changed == RangeBox::Min ? kMinStep : kMaxStep;
+    if (change.fault.isEmpty()) {
+        change.writeCentre = true;
+        change.centre = DefaultText((dMin + dMax) / 2);
     }
     change.updatePanels = true;
     return change;
 }
 
-QVector<int> UpdateDbhPanels(ClassLayout &layout, const QString &lblDbhError, QStringView lblClassNumber,
+QVector<int> UpdateDbhPanels(ClassLayout &layout, const QString &fault, QStringView lblClassNumber,
                              QStringView txtMin, QStringView txtMax, QStringView txtCentre)
 {
     const int c = classNumberOf(lblClassNumber);
     const int n = layout.ClassCount();
-    if (!lblDbhError.isEmpty() || c < 0 || c >= n)
+    if (!fault.isEmpty() || c < 0 || c >= n)
         return {};
     const double dMin = ReadNumber(txtMin);
     const double dMax = ReadNumber(txtMax);

@@ -21,9 +21,9 @@ enum class RangeBox { Min, Max, Centre };
 // What a change of one box of the editor leads to (the mouse-move and bInChange tests stay
 // with the window, which owns those flags).
 struct RangeBoxChange {
-    QString lblDbhError;
-    bool setCentre = false;   // write txtCentre (its own change event follows)
-    QString txtCentre;        // the mean of the edges, as a number's text without blanks
+    QString fault;              // for lblDbhError; empty when the change passed
+    bool writeCentre = false;   // write txtCentre (its own change event follows)
+    QString centre;             // the mean of the edges, as a number's text without blanks
     bool updatePanels = false;   // a change of an edge: run UpdateDbhPanels next
 };
 
@@ -33,9 +33,9 @@ RangeBoxChange RangeBoxChanged(const ClassLayout &layout, RangeBox changed, QStr
                                QStringView txtMin, QStringView txtMax, QStringView txtCentre);
 
 // UpdateDbhPanels: takes the boxes into the class and its neighbours. Nothing happens while
-// lblDbhError holds a fault or when the number names no class in use. Returns the classes
+// fault (what lblDbhError shows) is not empty or when the number names no class in use. Returns the classes
 // whose panels are to be drawn again, in drawing order.
-QVector<int> UpdateDbhPanels(ClassLayout &layout, const QString &lblDbhError, QStringView lblClassNumber,
+QVector<int> UpdateDbhPanels(ClassLayout &layout, const QString &fault, QStringView lblClassNumber,
                              QStringView txtMin, QStringView txtMax, QStringView txtCentre);
 
 // Highlight of the class being edited on the ruler: RGB(30, 50, 150) for the class of

@@ -23,7 +23,7 @@ double labelValue(const ClassLayout &layout, int i, int n)
 
 SendrelError subscriptOutOfRange()
 {
-    return SendrelError(9, QStringLiteral("Sendrel"), QStringLiteral("Subscript out of range"));
+    return SendrelError(ErrNo::SubscriptOutOfRange, QStringLiteral("Sendrel"), QStringLiteral("Subscript out of range"));
 }
 
 }  // namespace

@@ -43,20 +43,17 @@ private:
     FrameHost &m_frame;
 };
 
-// The report windows that stand open in the frame, read by their run properties: a run open in
-// a stand and stock or a composition window cannot be deleted; chart and report viewer windows
-// are no obstacle.
+// The report windows that stand open in the frame: a run open in a stand and stock or a
+// composition window cannot be deleted; chart and report viewer windows are no obstacle.
 class FrameReportWindows : public OpenReportWindows {
 public:
     explicit FrameReportWindows(const FrameHost &frame) : m_frame(frame) {}
     bool isRunOpen(const RunKey &run) const override
     {
         for (const QWidget *form : m_frame.ChildForms()) {
-            const bool reportWindow = form->inherits("sendrel::frmParameters") || form->inherits("sendrel::frmStandLevels");
-            if (!reportWindow)
-                continue;
-            const RunKey shown{form->property("This_RunId").toString(), KindOfText(form->property("This_SorH").toString())};
-            if (shown == run)
+            if (const auto *standStock = qobject_cast<const frmParameters *>(form); standStock && standStock->ShownRun() == run)
+                return true;
+            if (const auto *composition = qobject_cast<const frmStandLevels *>(form); composition && composition->ShownRun() == run)
                 return true;
         }
         return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "domain/composition/StandLevelsSeries.h"
+#include "store/Run.h"
 
 #include <QString>
 #include <QWidget>
@@ -29,7 +30,7 @@ class frmReport;
 // instance per open window; constructing it is its load step, closing it its unload step.
 class frmStandLevels : public QWidget {
     Q_OBJECT
-    // The run, as the delete window asks any report window for it.
+    // The run as properties, by which tests find the report windows of a frame.
     Q_PROPERTY(QString This_RunId MEMBER This_RunId)
     Q_PROPERTY(QString This_SorH MEMBER This_SorH)
     Q_PROPERTY(QString This_RunDesc MEMBER This_RunDesc)
@@ -45,6 +46,8 @@ public:
     QString This_RunId;
     QString This_SorH;     // "S" standing, "H" harvested
     QString This_RunDesc;
+    // The run that the window shows, as the browser asks before a delete.
+    RunKey ShownRun() const { return {This_RunId, KindOfText(This_SorH)}; }
     int HelpContextID = 75;
 
     // The cycles, species and maxima of the last CalcStandLevelsReport.

@@ -127,8 +127,16 @@ frmParameters::~frmParameters()
 void frmParameters::buildWindow()
 {
     setMouseTracking(true);
+    buildClassBoxes();
+    buildYears();
+    buildButtons();
+    buildSample();
+    layOutWindow();
+    connectControls();
+}
 
-    // Class boxes.
+void frmParameters::buildClassBoxes()
+{
     SSPanel3 = new QGroupBox(QStringLiteral("  DBH Classes"), this);
     SSPanel3->setObjectName(QStringLiteral("SSPanel3"));
     SSPanel3->setMouseTracking(true);
@@ -164,8 +172,10 @@ void frmParameters::buildWindow()
         grid->setRowMinimumHeight(0, fontMetrics().height() + 2);
         grid->setRowStretch(4, 1);
     }
+}
 
-    // Years.
+void frmParameters::buildYears()
+{
     SSPanel4 = new QGroupBox(QStringLiteral("  Reporting Years"), this);
     SSPanel4->setObjectName(QStringLiteral("SSPanel4"));
     SSPanel4->setMouseTracking(true);
@@ -179,7 +189,10 @@ void frmParameters::buildWindow()
         box->addWidget(label);
         box->addWidget(lstCycles);
     }
+}
 
+void frmParameters::buildButtons()
+{
     cmdPrintCharts = new QPushButton(QStringLiteral("View Charts"), this);
     cmdPrintCharts->setObjectName(QStringLiteral("cmdPrintCharts"));
     cmdPrintReport = new QPushButton(QStringLiteral("View Reports"), this);
@@ -190,8 +203,11 @@ void frmParameters::buildWindow()
     cmdOK->setObjectName(QStringLiteral("cmdOK"));
     cmdHelp = new QPushButton(QStringLiteral("Help"), this);
     cmdHelp->setObjectName(QStringLiteral("cmdHelp"));
+}
 
-    // The sample.
+// The sample chart of the first selected year, stand or stock table.
+void frmParameters::buildSample()
+{
     SSPanel5 = new QWidget(this);
     SSPanel5->setObjectName(QStringLiteral("SSPanel5"));
     fraCycle = new QGroupBox(QStringLiteral("Sample for year:"), SSPanel5);
@@ -228,7 +244,11 @@ void frmParameters::buildWindow()
         panel->setContentsMargins(0, 0, 0, 0);
         panel->addWidget(fraCycle);
     }
+}
 
+// Boxes and years above, the buttons beside them, the sample and the ruler below.
+void frmParameters::layOutWindow()
+{
     m_ruler = new ClassRulerView(Ruler, this);
 
     auto *buttons = new QVBoxLayout;
@@ -250,7 +270,10 @@ void frmParameters::buildWindow()
     lstCycles->setMinimumHeight(60);
     // Half of a maximised frame on a 1366-pixel screen: the right-hand place shows it whole.
     resize(664, 640);
+}
 
+void frmParameters::connectControls()
+{
     for (QWidget *w : {static_cast<QWidget *>(m_ruler), static_cast<QWidget *>(SSPanel3), static_cast<QWidget *>(SSPanel4)})
         w->installEventFilter(this);
 
@@ -691,7 +714,7 @@ void frmParameters::writeBoxesBack()
     // written raises one change event, which the flag tells to pass by.
     const ClassBoxTexts texts = Layout.BoxTexts();
     const std::pair<QLineEdit *, QString> boxes[] = {
-        {txtNumofClasses, texts.txtNumofClasses}, {txtClassStart, texts.txtClassStart}, {txtClassWidth, texts.txtClassWidth}};
+        {txtNumofClasses, texts.count}, {txtClassStart, texts.start}, {txtClassWidth, texts.width}};
     for (const auto &[box, text] : boxes) {
         if (box->text() == text)
             continue;
@@ -703,10 +726,10 @@ void frmParameters::writeBoxesBack()
 
 void frmParameters::showEntryCheck(const ClassEntryCheck &check)
 {
-    lblDbhError->setText(check.lblDbhError);
-    lblClassStartError->setText(check.lblClassStartError);
-    lblClassWidthError->setText(check.lblClassWidthError);
-    lblNumClassesError->setText(check.lblNumClassesError);
+    lblDbhError->setText(check.fault);
+    lblClassStartError->setText(check.startFault);
+    lblClassWidthError->setText(check.widthFault);
+    lblNumClassesError->setText(check.countFault);
 }
 
 // ---- The ruler.

@@ -4,6 +4,7 @@
 #include "domain/standstock/ClassLayout.h"
 #include "domain/standstock/ClassRuler.h"
 #include "domain/standstock/StandStockData.h"
+#include "store/Run.h"
 #include "windows/output/frmChart.h"
 
 #include <QPointer>
@@ -34,7 +35,7 @@ class frmRange;
 // constructing it is its load step, closing it its unload step.
 class frmParameters : public QWidget, public ChartWindowParent {
     Q_OBJECT
-    // The run, as the delete window asks any report window for it.
+    // The run as properties, by which tests find the report windows of a frame.
     Q_PROPERTY(QString This_RunId MEMBER This_RunId)
     Q_PROPERTY(QString This_SorH MEMBER This_SorH)
     Q_PROPERTY(QString This_RunDesc MEMBER This_RunDesc)
@@ -50,6 +51,8 @@ public:
     QString This_RunId;
     QString This_SorH;     // "S" standing, "H" harvested
     QString This_RunDesc;
+    // The run that the window shows, as the browser asks before a delete.
+    RunKey ShownRun() const { return {This_RunId, KindOfText(This_SorH)}; }
 
     // The classes and their entry (aClass, dClassStart, dClassWidth).
     ClassLayout Layout;
@@ -126,6 +129,12 @@ protected:
 private:
     void initialise();
     void buildWindow();
+    void buildClassBoxes();
+    void buildYears();
+    void buildButtons();
+    void buildSample();
+    void layOutWindow();
+    void connectControls();
     void Form_Load();
     void Form_Unload();
     void Form_Activate();

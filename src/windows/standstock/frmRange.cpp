@@ -175,9 +175,9 @@ void frmRange::edgeChanged(RangeBox box)
     }
     const RangeBoxChange change = RangeBoxChanged(m_parameters->Layout, box, lblClassNumber->text(), txtMin->text(),
                                                   txtMax->text(), txtCentre->text());
-    lblDbhError->setText(change.lblDbhError);
-    if (change.setCentre)
-        txtCentre->setText(change.txtCentre);
+    lblDbhError->setText(change.fault);
+    if (change.writeCentre)
+        txtCentre->setText(change.centre);
     if (change.updatePanels) {
         m_parameters->bDBH_Change = true;
         UpdateDbhPanels();
@@ -195,7 +195,7 @@ void frmRange::centreChanged()
     }
     const RangeBoxChange change = RangeBoxChanged(m_parameters->Layout, RangeBox::Centre, lblClassNumber->text(),
                                                   txtMin->text(), txtMax->text(), txtCentre->text());
-    lblDbhError->setText(change.lblDbhError);
+    lblDbhError->setText(change.fault);
 }
 
 void frmRange::cmdOK_Click()

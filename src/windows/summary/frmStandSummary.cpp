@@ -144,11 +144,6 @@ void frmStandSummary::ChooseColumn(int column)
     gphSummary->ChartDraw(2);
 }
 
-int frmStandSummary::ChartColumn() const
-{
-    return cboColumn->currentIndex() + 2;
-}
-
 void frmStandSummary::cmdExport_Click()
 {
     handled([this] {

@@ -33,7 +33,6 @@ public:
 
     // The column of the table that the chart shows (from 2: Year and Cycle are not charted).
     void ChooseColumn(int column);
-    int ChartColumn() const;
 
     void cmdPrint_Click();
     void cmdExport_Click();

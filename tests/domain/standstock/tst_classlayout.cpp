@@ -63,11 +63,11 @@ void TestClassLayout::entryChecks()
     QFETCH(QString, dbhError);
     ClassLayout layout;
     const ClassEntryCheck check = layout.SetClasses(start, width, count);
-    QCOMPARE(check.lblClassStartError, startError);
-    QCOMPARE(check.lblClassWidthError, widthError);
-    QCOMPARE(check.lblNumClassesError, countError);
-    QCOMPARE(check.lblDbhError, dbhError);
-    QCOMPARE(check.passed(), check.lblDbhError.isEmpty());
+    QCOMPARE(check.startFault, startError);
+    QCOMPARE(check.widthFault, widthError);
+    QCOMPARE(check.countFault, countError);
+    QCOMPARE(check.fault, dbhError);
+    QCOMPARE(check.passed(), check.fault.isEmpty());
     QCOMPARE(layout.ClassCount() > 0, check.passed());
 }
 
@@ -102,7 +102,7 @@ void TestClassLayout::refusedEntryKeepsTheClasses()
     QVERIFY(layout.SetClasses(u"10", u"5", u"3").passed());
     // Emptying the count on the way to a new number: the fault shows, the classes stay.
     const ClassEntryCheck check = layout.SetClasses(u"10", u"5", u"");
-    QCOMPARE(check.lblNumClassesError, QStringLiteral("2 - 30"));
+    QCOMPARE(check.countFault, QStringLiteral("2 - 30"));
     QCOMPARE(layout.iNumofClasses, qint16(0));
     QCOMPARE(layout.ClassCount(), qint16(3));
     QCOMPARE(layout.aClass[2].MinDia, 20.0);
@@ -116,9 +116,9 @@ void TestClassLayout::refusedEntryKeepsTheClasses()
     QCOMPARE(layout.ClassCount(), qint16(4));
     QCOMPARE(layout.aClass[3].MaxDia, 32.5);
     const ClassBoxTexts texts = layout.BoxTexts();
-    QCOMPARE(texts.txtClassStart, QStringLiteral("12.5"));
-    QCOMPARE(texts.txtClassWidth, QStringLiteral("5"));
-    QCOMPARE(texts.txtNumofClasses, QStringLiteral("4"));
+    QCOMPARE(texts.start, QStringLiteral("12.5"));
+    QCOMPARE(texts.width, QStringLiteral("5"));
+    QCOMPARE(texts.count, QStringLiteral("4"));
 }
 
 void TestClassLayout::faultsAsMessage()

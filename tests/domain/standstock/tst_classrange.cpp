@@ -73,15 +73,15 @@ void TestClassRange::middleMinimumMovesNeighbour()
 {
     ClassLayout layout = threeClasses();
     const RangeBoxChange change = RangeBoxChanged(layout, RangeBox::Min, u"1", u"15.5", u"20", u"17.5");
-    QCOMPARE(change.lblDbhError, QString());
-    QVERIFY(change.setCentre);
-    QCOMPARE(change.txtCentre, QStringLiteral("17.75"));
+    QCOMPARE(change.fault, QString());
+    QVERIFY(change.writeCentre);
+    QCOMPARE(change.centre, QStringLiteral("17.75"));
     QVERIFY(change.updatePanels);
 
     // The centre box's own change event comes between: it agrees.
-    QCOMPARE(RangeBoxChanged(layout, RangeBox::Centre, u"1", u"15.5", u"20", change.txtCentre).lblDbhError, QString());
+    QCOMPARE(RangeBoxChanged(layout, RangeBox::Centre, u"1", u"15.5", u"20", change.centre).fault, QString());
 
-    const QVector<int> redraw = UpdateDbhPanels(layout, change.lblDbhError, u"1", u"15.5", u"20", change.txtCentre);
+    const QVector<int> redraw = UpdateDbhPanels(layout, change.fault, u"1", u"15.5", u"20", change.centre);
     QCOMPARE(redraw, (QVector<int>{0, 1, 2}));
     QCOMPARE(layout.aClass[0].MinDia, 10.0);
     QCOMPARE(layout.aClass[0].MaxDia, 15.5);
@@ -97,14 +97,14 @@ void TestClassRange::refusedEditChangesNothing()
 {
     ClassLayout layout = threeClasses();
     const RangeBoxChange change = RangeBoxChanged(layout, RangeBox::Min, u"1", u"15.25", u"20", u"17.5");
-    QCOMPARE(change.lblDbhError, QStringLiteral("Minimum must be a multiple of 0.5"));
-    QVERIFY(!change.setCentre);
-    QVERIFY(UpdateDbhPanels(layout, change.lblDbhError, u"1", u"15.25", u"20", u"17.5").isEmpty());
+    QCOMPARE(change.fault, QStringLiteral("Minimum must be a multiple of 0.5"));
+    QVERIFY(!change.writeCentre);
+    QVERIFY(UpdateDbhPanels(layout, change.fault, u"1", u"15.25", u"20", u"17.5").isEmpty());
     QCOMPARE(layout.aClass[0].MaxDia, 15.0);
     QCOMPARE(layout.aClass[1].MinDia, 15.0);
 
     // The step fault of the changed box replaces an earlier fault.
-    QCOMPARE(RangeBoxChanged(layout, RangeBox::Max, u"1", u"9", u"19.3", u"17.5").lblDbhError,
+    QCOMPARE(RangeBoxChanged(layout, RangeBox::Max, u"1", u"9", u"19.3", u"17.5").fault,
              QStringLiteral("Maximum must be a multiple of 0.5"));
     // A class number that names no class in use changes nothing.
     QVERIFY(UpdateDbhPanels(layout, QString(), u"-1", u"15", u"20", u"17.5").isEmpty());
@@ -116,14 +116,14 @@ void TestClassRange::partialNumberWhileTyping()
     ClassLayout layout = threeClasses();
     // "2" on the way to "24" in the last class's maximum.
     RangeBoxChange change = RangeBoxChanged(layout, RangeBox::Max, u"2", u"20", u"2", u"22.5");
-    QCOMPARE(change.lblDbhError, QStringLiteral("Maximum must be larger than minimum."));
-    QVERIFY(UpdateDbhPanels(layout, change.lblDbhError, u"2", u"20", u"2", u"22.5").isEmpty());
+    QCOMPARE(change.fault, QStringLiteral("Maximum must be larger than minimum."));
+    QVERIFY(UpdateDbhPanels(layout, change.fault, u"2", u"20", u"2", u"22.5").isEmpty());
     QCOMPARE(layout.aClass[2].MaxDia, 25.0);
 
     change = RangeBoxChanged(layout, RangeBox::Max, u"2", u"20", u"24", u"22.5");
-    QCOMPARE(change.lblDbhError, QString());
-    QCOMPARE(change.txtCentre, QStringLiteral("22"));
-    QCOMPARE(UpdateDbhPanels(layout, change.lblDbhError, u"2", u"20", u"24", change.txtCentre), (QVector<int>{1, 2}));
+    QCOMPARE(change.fault, QString());
+    QCOMPARE(change.centre, QStringLiteral("22"));
+    QCOMPARE(UpdateDbhPanels(layout, change.fault, u"2", u"20", u"24", change.centre), (QVector<int>{1, 2}));
     QCOMPARE(layout.aClass[2].MaxDia, 24.0);
     QCOMPARE(layout.aClass[2].MidPoint, 22.0);
     QCOMPARE(layout.aClass[1].MaxDia, 20.0);
@@ -133,8 +133,8 @@ void TestClassRange::firstAndLastClass()
 {
     ClassLayout layout = threeClasses();
     const RangeBoxChange change = RangeBoxChanged(layout, RangeBox::Min, u"0", u"11", u"15", u"12.5");
-    QCOMPARE(change.lblDbhError, QString());
-    QCOMPARE(UpdateDbhPanels(layout, change.lblDbhError, u"0", u"11", u"15", change.txtCentre), (QVector<int>{0, 1}));
+    QCOMPARE(change.fault, QString());
+    QCOMPARE(UpdateDbhPanels(layout, change.fault, u"0", u"11", u"15", change.centre), (QVector<int>{0, 1}));
     QCOMPARE(layout.aClass[0].MinDia, 11.0);
     QCOMPARE(layout.aClass[0].MidPoint, 13.0);
     QCOMPARE(layout.aClass[1].MinDia, 15.0);
@@ -151,11 +151,11 @@ void TestClassRange::centreBox()
 {
     ClassLayout layout = threeClasses();
     RangeBoxChange change = RangeBoxChanged(layout, RangeBox::Centre, u"1", u"15", u"20", u"17.3");
-    QCOMPARE(change.lblDbhError, QStringLiteral("Centre must be a multiple of 0.25"));
+    QCOMPARE(change.fault, QStringLiteral("Centre must be a multiple of 0.25"));
     QVERIFY(!change.updatePanels);
-    QVERIFY(!change.setCentre);
+    QVERIFY(!change.writeCentre);
     change = RangeBoxChanged(layout, RangeBox::Centre, u"1", u"15", u"20", u"16.75");
-    QCOMPARE(change.lblDbhError, QString());
+    QCOMPARE(change.fault, QString());
     QVERIFY(!change.updatePanels);
     QCOMPARE(layout.aClass[1].MidPoint, 17.5);
 }

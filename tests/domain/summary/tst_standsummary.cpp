@@ -238,12 +238,30 @@ private slots:
         QCOMPARE(*s.rows.first().paiTotalVolume, (110.0 - 40.0) / 10);
     }
 
+    // The hand-made run bent at its edges: the header rows out of cycle order, two standing cycles
+    // in one year, and a harvested species that the standing list lacks.
+    void rowsAtTheirEdges()
+    {
+        m_db->exec(QStringLiteral("UPDATE Model_Header SET Cycle_Year = 2010 WHERE Standing_Harvested = 'S' AND Cycle = 3"));
+        m_db->exec(QStringLiteral("DELETE FROM Model_Header WHERE Standing_Harvested = 'S' AND Cycle = 1"));
+        m_db->addHeader(QStringLiteral("HAND"), QStringLiteral("S"), 1, 2000);
+        m_db->exec(QStringLiteral("INSERT INTO Model_Entries (Run_Id, Standing_Harvested, Cycle_Number, Species_Code, Current_Diameter, "
+                                  "Trees_per_ha) VALUES ('HAND', 'H', 11, 9, 10, 5)"));
+        const StandSummary s = ReadStandSummary(m_db->db, {QStringLiteral("HAND"), RunKind::Standing});
+        QCOMPARE(s.rows.size(), 3);
+        QCOMPARE(s.rows.last().cycle, 1);           // in the order of the table
+        QVERIFY(!s.rows.first().paiTotalVolume);    // 2010 to 2010: no years between
+        QCOMPARE(s.rows.first().removed->sph, 65.0);
+    }
+
     void formulasAtTheirEdges()
     {
         QVERIFY(!QuadraticMeanDiameter(0, 0));
         QVERIFY(!QuadraticMeanDiameter(1, -5));          // more taken than stood
+        QVERIFY(QuadraticMeanDiameter(0, 100) == 0.0);   // stems of no diameter
         QCOMPARE(*StandDensityIndex(0, 0), 0.0);
         QVERIFY(!StandDensityIndex(-1, 10));
+        QVERIFY(!StandDensityIndex(1, -5));
         QCOMPARE(TableCellText(-0.0004, 2), QStringLiteral("0.00"));
     }
 
