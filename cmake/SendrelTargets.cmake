@@ -13,7 +13,14 @@ function(sendrel_library target folder)
   if(L_EXCLUDE)
     list(FILTER sources EXCLUDE REGEX "/${L_EXCLUDE}$")
   endif()
-  add_library(${target} STATIC ${sources})
+  # Relative includes bypass the root; the check stamp is a source, so the library waits for it.
+  set(stamp ${CMAKE_CURRENT_BINARY_DIR}/${target}.includes-checked)
+  add_custom_command(OUTPUT ${stamp}
+    COMMAND ${CMAKE_COMMAND} -DFOLDER=${CMAKE_SOURCE_DIR}/src/${folder} -DSTAMP=${stamp}
+            -P ${CMAKE_SOURCE_DIR}/cmake/CheckIncludes.cmake
+    DEPENDS ${sources} ${CMAKE_SOURCE_DIR}/cmake/CheckIncludes.cmake
+    COMMENT "Checking the includes of ${folder}" VERBATIM)
+  add_library(${target} STATIC ${sources} ${stamp})
   set(root ${SENDREL_INCLUDE_ROOTS}/${target})
   get_filename_component(parent ${root}/${folder} DIRECTORY)
   file(MAKE_DIRECTORY ${parent})
