@@ -27,10 +27,7 @@ double numberOf(const Statement &row, int column)
 // Whether the database keeps sums at all: one from before them does not, until a writer makes the table.
 bool sumsTableExists(clsDBEngine &engine)
 {
-    Statement table(engine, QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'Model_Cycle_Sums'"));
-    const bool exists = table.next();
-    table.reset();
-    return exists;
+    return engine.tableExists(QStringLiteral("Model_Cycle_Sums"));
 }
 
 QList<CycleSpeciesSums> keptSums(clsDBEngine &engine, const RunKey &run)
