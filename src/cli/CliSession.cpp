@@ -23,6 +23,7 @@ std::vector<std::unique_ptr<Command>> AllCommands()
     commands.push_back(MakeSummaryCommand());
     commands.push_back(MakeCompareCommand());
     commands.push_back(MakeCompactCommand());
+    commands.push_back(MakeCopyCommand());
     commands.push_back(MakeBackupCommand());
     commands.push_back(MakeRestoreCommand());
     commands.push_back(MakeGenerateSampleCommand());

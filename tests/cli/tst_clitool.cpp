@@ -2,10 +2,11 @@
 
 #include "base/Settings.h"
 #include "base/SettingsStore.h"
+#include "domain/output/ChartData.h"
+#include "store/Schema.h"
 #include "support/CliRun.h"
 #include "support/RunDatabase.h"
 #include "support/TreeListLines.h"
-#include "domain/output/ChartData.h"
 
 #include <QDir>
 #include <QFile>
@@ -261,6 +262,32 @@ private slots:
         const CliRun compacted = tool({"compact"});
         QCOMPARE(compacted.code, 0);
         QVERIFY2(compacted.out.contains(QRegularExpression(QStringLiteral("^[0-9]+\t[0-9]+\n$"))), qPrintable(compacted.out));
+    }
+
+    // copy: from this half's engine to a file and from there into a new database of this half's
+    // engine, rows, kept sums and description as they were; a run the target holds is refused whole.
+    void copyRunsBetweenDatabases()
+    {
+        QCOMPARE(tool({"import", writeList(QStringLiteral("plot.lst"), "PLOT 7", 3), "--kind", "S"}).code, 0);
+        QCOMPARE(tool({"import", writeList(QStringLiteral("other.lst"), "OTHER", 2), "--kind", "H"}).code, 0);
+        QCOMPARE(tool({"describe", "PLOT 7", "--description", "Thinned"}).code, 0);
+        const QString file = m_db->filePath(QStringLiteral("copy.mdb"));
+        CreateRunDatabase(file);
+        QCOMPARE(RunTool({"copy", "--from", m_db->path(), "--to", file, "plot 7"}).out, QStringLiteral("PLOT 7\tS\n"));
+        RunDatabase back(RunDatabase::Db::Created);
+        QCOMPARE(RunTool({"copy", "--from", file, "--to", back.path()}).out, QStringLiteral("PLOT 7\tS\n"));
+        const QStringList summary{"summary", "PLOT 7", "--kind", "S", "--format", "csv", "-o", "-"};
+        QCOMPARE(RunTool(QStringList{"--db", back.path()} + summary).out, tool(summary).out);
+        back.db.open(back.path());
+        const QString sums = QStringLiteral("SELECT Run_Id, Cycle_Number, Species_Code, Sph, Basal_Area, Total_Volume, Gross_Merch_Volume, "
+                                            "Merch_Vol_Less_DWB FROM Model_Cycle_Sums WHERE Run_Id = 'PLOT 7' ORDER BY First_Record");
+        QCOMPARE(back.rows(sums), m_db->rows(sums));
+        QCOMPARE(back.count(QStringLiteral("Model_Entries")), 3);
+
+        const CliRun again = RunTool({"copy", "--from", m_db->path(), "--to", file});
+        QCOMPARE(again.code, 1);
+        QVERIFY2(again.err.contains(QLatin1String("PLOT 7:Standing is in")), qPrintable(again.err));
+        QCOMPARE(RunTool({"--db", file, "runs"}).out, QStringLiteral("PLOT 7\tS\tThinned\n"));
     }
 
     void aFailedImportSaysWhere()

@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <cerrno>
+#include <csignal>
 #include <libpq-fe.h>
 #include <unistd.h>
 
@@ -36,13 +38,44 @@ void runOrThrow(const QStringList &command)
             (command.join(QLatin1Char(' ')) + QStringLiteral(": ") + QString::fromLocal8Bit(p.readAll())).toStdString());
 }
 
+void stopCluster(const QString &dir)
+{
+    runOrThrow(
+        asServerUser(kServerBin + QStringLiteral("/pg_ctl"), {QStringLiteral("-D"), dir + QStringLiteral("/data"), QStringLiteral("-m"),
+                                                              QStringLiteral("immediate"), QStringLiteral("-w"), QStringLiteral("stop")}));
+}
+
+// The clusters of test programs that died before they could stop theirs (a crash, a kill).
+void removeOrphans()
+{
+    const QDir tmp(QStringLiteral("/tmp"));
+    for (const QString &name : tmp.entryList({QStringLiteral("sendrel-pg-*")}, QDir::Dirs)) {
+        QFile owner(tmp.filePath(name + QStringLiteral("/owner")));
+        if (!owner.open(QIODevice::ReadOnly))
+            continue;
+        const pid_t pid = owner.readAll().toInt();
+        if (pid <= 0 || kill(pid, 0) == 0 || errno != ESRCH)
+            continue;
+        try {
+            stopCluster(tmp.filePath(name));
+        } catch (const std::exception &) {
+            // Not running any more.
+        }
+        QDir(tmp.filePath(name)).removeRecursively();
+    }
+}
+
 class Cluster {
 public:
     Cluster()
     {
+        removeOrphans();
         if (!m_dir.isValid())
             throw std::runtime_error("no temporary folder for the cluster");
         QFile::setPermissions(m_dir.path(), QFileDevice::Permissions(0x7777));
+        QFile owner(m_dir.filePath(QStringLiteral("owner")));
+        if (owner.open(QIODevice::WriteOnly))
+            owner.write(QByteArray::number(getpid()));
         const QString data = m_dir.filePath(QStringLiteral("data"));
         runOrThrow(asServerUser(kServerBin + QStringLiteral("/initdb"),
                                 {QStringLiteral("-D"), data, QStringLiteral("-A"), QStringLiteral("trust"), QStringLiteral("-U"),
@@ -66,11 +99,8 @@ public:
         if (m_admin)
             PQfinish(m_admin);
         try {
-            if (m_started) {
-                runOrThrow(asServerUser(kServerBin + QStringLiteral("/pg_ctl"),
-                                        {QStringLiteral("-D"), m_dir.filePath(QStringLiteral("data")), QStringLiteral("-m"),
-                                         QStringLiteral("immediate"), QStringLiteral("-w"), QStringLiteral("stop")}));
-            }
+            if (m_started)
+                stopCluster(m_dir.path());
         } catch (const std::exception &e) {
             qWarning("%s", e.what());
         }
