@@ -16,6 +16,8 @@ while [ $# -gt 0 ]; do
   esac
 done
 cli=$(realpath "$cli")
+# Reports say when they were printed: one clock for all, so that they compare byte for byte.
+export SOURCE_DATE_EPOCH=1700000000
 . "$(dirname "$0")/pg-cluster.sh"
 work="$CLUSTER/work"; mkdir -p "$work/ref"
 db=$(newdb team)
@@ -59,5 +61,5 @@ wait
 awk '{ runs[$1] += $2; failed[$1] += $3 } END { for (k in runs) printf "%-7s %5d done, %d failed\n", k, runs[k], failed[k] }' "$work/tally" | sort
 kept=$(psql -qAt "$db" -c "SELECT count(*) FROM model_run WHERE run_id COLLATE \"C\" LIKE 'IMP%'" 2>/dev/null || echo "?")
 echo "imported runs standing at the end: $kept of 5"
-[ -s "$work/errors" ] && { echo "first failures:"; head -5 "$work/errors"; }
+[ -s "$work/errors" ] && { echo "first failures:"; grep -v '^$' "$work/errors" | sort | uniq -c | sort -rn | head -8; }
 exit 0

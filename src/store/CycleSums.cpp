@@ -110,6 +110,10 @@ void WriteCycleSums(clsDBEngine &engine, const RunKey &run, const QList<CycleSpe
 
 void MakeCycleSumsTable(clsDBEngine &engine)
 {
+    // Looked for first: a server locks the table to make even an index that is there, and writers
+    // of other runs would wait for each other.
+    if (engine.tableExists(QStringLiteral("Model_Cycle_Sums")))
+        return;
     Statement(engine, QStringLiteral("CREATE TABLE IF NOT EXISTS Model_Cycle_Sums (\n"
                                      "  Run_Id TEXT COLLATE NOCASE NOT NULL,\n"
                                      "  Standing_Harvested TEXT COLLATE NOCASE NOT NULL,\n"

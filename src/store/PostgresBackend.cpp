@@ -10,6 +10,9 @@
 
 #include <libpq-fe.h>
 
+#include <QtEndian>
+
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -468,18 +471,20 @@ void PostgresStatement::execute()
     m_row = -1;
 }
 
-// COPY ... FROM STDIN in its text form. Each row's rowid is taken from the identity's sequence
-// ahead, in blocks, and written with it: the kept sums know their first and last record while
-// imports of other runs write beside this one without waiting for each other.
+// COPY ... FROM STDIN in its binary form: numbers go as the server keeps them, not as text it
+// must parse. Each row's rowid is taken from the identity's sequence ahead, in blocks, and written
+// with it: the kept sums know their first and last record while imports of other runs write beside
+// this one without waiting for each other.
 class PostgresCopy : public BulkWriter {
 public:
-    PostgresCopy(PostgresBackend &backend, const QString &table, const QStringList &columns) : m_backend(backend), m_table(table.toLower())
+    PostgresCopy(PostgresBackend &backend, const QString &table, const QStringList &columns)
+        : m_backend(backend), m_table(table.toLower()), m_fields(static_cast<qint16>(columns.size() + 1))
     {
         QStringList names;
         for (const QString &column : columns)
             names.append(QLatin1Char('"') + column.toLower().remove(QLatin1Char('"')) + QLatin1Char('"'));
         names.append(QStringLiteral("rowid"));
-        m_copy = QStringLiteral("COPY %1 (%2) FROM STDIN").arg(m_table, names.join(QLatin1Char(','))).toUtf8();
+        m_copy = QStringLiteral("COPY %1 (%2) FROM STDIN (FORMAT binary)").arg(m_table, names.join(QLatin1Char(','))).toUtf8();
         m_buffer.reserve(kChunk + 4096);
     }
     ~PostgresCopy() override
@@ -493,50 +498,35 @@ public:
     }
     void text(const char *utf8, int length) override
     {
-        separate();
-        for (int i = 0; i < length; ++i) {
-            const char c = utf8[i];
-            switch (c) {
-            case '\\':
-                m_buffer += "\\\\";
-                break;
-            case '\t':
-                m_buffer += "\\t";
-                break;
-            case '\n':
-                m_buffer += "\\n";
-                break;
-            case '\r':
-                m_buffer += "\\r";
-                break;
-            default:
-                m_buffer += c;
-            }
-        }
+        beginField();
+        append<qint32>(length);
+        m_buffer.append(utf8, length);
     }
     void number(double value) override
     {
-        separate();
-        if (std::isnan(value))
-            m_buffer += "\\N";
-        else
-            appendNumber(m_buffer, value);
+        beginField();
+        if (std::isnan(value)) {
+            append<qint32>(-1);
+            return;
+        }
+        append<qint32>(8);
+        append<quint64>(std::bit_cast<quint64>(value));
     }
     void integer(qint64 value) override
     {
-        separate();
-        appendNumber(m_buffer, value);
+        beginField();
+        append<qint32>(8);
+        append<qint64>(value);
     }
     qint64 endRow() override
     {
-        separate();
-        if (m_next == m_rowids.size())
+        beginField();
+        if (m_next == m_count)
             reserve();
-        const qint64 rowid = m_rowids.at(m_next++);
-        m_buffer += QByteArray::number(rowid);
-        m_buffer += '\n';
-        m_first = true;
-        m_rowStart = m_buffer.size();
+        const qint64 rowid = m_first + m_next++;
+        append<qint32>(8);
+        append<qint64>(rowid);
+        m_inRow = false;
         if (m_buffer.size() >= kChunk)
             send();
         return rowid;
@@ -545,6 +535,7 @@ public:
     {
         if (!m_copying)
             return;
+        append<qint16>(-1);
         send();
         m_copying = false;
         PGconn *connection = m_backend.connection();
@@ -562,33 +553,48 @@ public:
 
 private:
     static constexpr qsizetype kChunk = 1 << 18;
-    void separate()
+    template <typename T>
+    void append(T value)
+    {
+        const T network = qToBigEndian(value);
+        m_buffer.append(reinterpret_cast<const char *>(&network), sizeof network);
+    }
+    void beginField()
     {
         if (!m_copying)
             start();
-        if (!m_first)
-            m_buffer += '\t';
-        m_first = false;
+        if (!m_inRow) {
+            m_rowStart = m_buffer.size();
+            append<qint16>(m_fields);
+            m_inRow = true;
+        }
     }
-    // The next block of rowids, twice the last, up to 65,536: a statement cannot run while a COPY
-    // is open, so the rows so far go in first and the COPY opens again with the next row.
+    // The next block of rowids, twice the last, up to 1,048,576, moving the sequence past it at
+    // once (a million nextval calls take longer than the COPY). Writers that reserve take turns
+    // for it, so that each one's blocks follow one another; a plain insert meanwhile may take a
+    // rowid of the block, which only another run's rows then share. A statement cannot run while
+    // a COPY is open, so the rows so far go in first and the COPY opens again with this row.
     void reserve()
     {
         const QByteArray row = m_buffer.mid(m_rowStart);
         m_buffer.truncate(m_rowStart);
         finish();
-        const int count = m_rowids.isEmpty() ? 1024 : static_cast<int>(std::min<qsizetype>(m_rowids.size() * 2, 65536));
-        m_rowids.clear();
+        m_count = m_count == 0 ? 65536 : std::min<qint64>(m_count * 2, 1 << 20);
+        const QString sequence = QStringLiteral("pg_get_serial_sequence('%1', 'rowid')").arg(m_table);
+        const QString turn = QStringLiteral("hashtext(%1)").arg(sequence);
+        m_backend.command(QStringLiteral("SELECT pg_advisory_lock(%1)").arg(turn));
+        try {
+            PostgresStatement first(m_backend, QStringLiteral("SELECT setval(%1, nextval(%1) + %2) - %2").arg(sequence).arg(m_count - 1));
+            m_first = first.next() ? first.integer(0) : 0;
+            first.reset();
+        } catch (const SendrelError &) {
+            m_backend.command(QStringLiteral("SELECT pg_advisory_unlock(%1)").arg(turn));
+            throw;
+        }
+        m_backend.command(QStringLiteral("SELECT pg_advisory_unlock(%1)").arg(turn));
         m_next = 0;
-        {
-            PostgresStatement ids(m_backend,
-                                  QStringLiteral("SELECT nextval(pg_get_serial_sequence('%1', 'rowid')) FROM generate_series(1, %2)")
-                                      .arg(m_table)
-                                      .arg(count));
-            while (ids.next())
-                m_rowids.append(ids.integer(0));
-        }  // its end is a statement of its own, which must come before the COPY
         start();
+        m_rowStart = m_buffer.size();
         m_buffer += row;
     }
     void start()
@@ -601,6 +607,10 @@ private:
         }
         PQclear(result);
         m_copying = true;
+        // The binary form's signature, flags and header extension.
+        m_buffer.append("PGCOPY\n\377\r\n\0", 11);
+        append<qint32>(0);
+        append<qint32>(0);
     }
     void send()
     {
@@ -614,12 +624,14 @@ private:
 
     PostgresBackend &m_backend;
     QString m_table;
+    qint16 m_fields;
     QByteArray m_copy;
     QByteArray m_buffer;
-    QVector<qint64> m_rowids;
-    qsizetype m_next = 0;
+    qint64 m_first = 0;  // the reserved block of rowids, and how many of it are taken
+    qint64 m_count = 0;
+    qint64 m_next = 0;
     qsizetype m_rowStart = 0;  // where the row being written begins in the buffer
-    bool m_first = true;
+    bool m_inRow = false;
     bool m_copying = false;
 };
 
