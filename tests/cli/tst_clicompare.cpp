@@ -4,6 +4,7 @@
 #include "support/CliRun.h"
 #include "support/CompareRuns.h"
 #include "support/RunDatabase.h"
+#include "support/TableReadBack.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -92,6 +93,25 @@ private slots:
         const CliRun file = tool({QStringLiteral("compare"), QStringLiteral("GROW"), QStringLiteral("THIN"), QStringLiteral("--format"), QStringLiteral("csv")});
         QCOMPARE(file.code, 0);
         QVERIFY2(file.out.trimmed().endsWith(QStringLiteral("GROW_THIN_Compare.csv")) && QFile::exists(file.out.trimmed()), qPrintable(file.out));
+    }
+
+    // --units imperial reaches compare and chart compare; --definitions puts a CSV file's beside it.
+    void imperial()
+    {
+        const QString csv = m_db->filePath(QStringLiteral("imperial.csv"));
+        QCOMPARE(tool({"--units", "imperial", "compare", "GROW", "THIN", "--format", "csv", "--definitions", "-o", csv}).code, 0);
+        // 2010: GROW 100 stems/ha before harvest, THIN 150, as trees/acre.
+        QVERIFY(ReadWholeFile(csv).contains("\nBefore harvest SPH (trees/acre),2010,40.46856422,60.70284634,20.23428211,50\r\n"));
+        const ReadBack d = ReadCsv(ReadWholeFile(m_db->filePath(QStringLiteral("imperial.definitions.csv"))));
+        QStringList rows;
+        for (const QList<QVariant> &row : d.rows)
+            rows.append(row.at(0).toString() + QLatin1Char('|') + row.at(1).toString() + QLatin1Char('|') + row.at(2).toString());
+        for (const char *row : {"Column|GROW|", "Column|THIN % of GROW|%", "Statistic|Total yield GTV|cu.ft/acre", "Statistic|Before harvest QMD|in",
+                                "Run|THIN:Harvested|"})
+            QVERIFY2(rows.contains(QLatin1String(row)), row);
+        QVERIFY(d.rows.at(rows.indexOf("File|Units|")).at(3).toString().startsWith(QStringLiteral("imperial: trees/acre")));
+        QCOMPARE(tool({"--units", "imperial", "chart", "compare", "GROW", "THIN", "--density", "-o", "d.png"}).code, 0);
+        QCOMPARE(m_written.last().second.first().ChartBottomTitle(), QStringLiteral("QMD (in)"));
     }
 
     // A PDF without --statistic: each statistic, then the density diagram; PNG files one each.
