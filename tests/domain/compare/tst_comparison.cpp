@@ -4,7 +4,6 @@
 #include "domain/compare/ComparisonCharts.h"
 #include "domain/compare/ComparisonTables.h"
 #include "domain/standstock/ClassLayout.h"
-#include "domain/table/TableRender.h"
 #include "support/CompareRuns.h"
 #include "support/RunDatabase.h"
 
@@ -136,8 +135,7 @@ private slots:
                     {"Before harvest QMD", "in", {2010, 30 / 2.54, std::sqrt(95000.0 / 150) / 2.54, (std::sqrt(95000.0 / 150) - 30) / 2.54,
                                                   (std::sqrt(95000.0 / 150) - 30) / 30 * 100}},
                     {"After harvest SPH", "trees/acre", {2010, 40.468564224, 44.515420646, 4.0468564224, 10.0}},
-                    {"Removals BA", "sq.ft/acre", {2010, 0.0, 40 * 0.070685834705770 * 4.356, 40 * 0.070685834705770 * 4.356, kNa}},
-                    {"Total yield NMV", "cu.ft/acre", {2010, 714.56692913, 750.29527559, 35.728346457, 5.0}}};
+                    {"Removals BA", "sq.ft/acre", {2010, 0.0, 40 * 0.070685834705770 * 4.356, 40 * 0.070685834705770 * 4.356, kNa}}};
         for (const auto &h : hand) {
             const DataTable &t = tableNamed(imperial, QLatin1String(h.table));
             QCOMPARE(t.columns.at(2).unit, QLatin1String(h.unit));
@@ -168,28 +166,6 @@ private slots:
         QCOMPARE(stand.columns.first().unit, QStringLiteral("cm"));
         QCOMPARE(stand.columns.last().unit, QStringLiteral("trees/acre"));
         QVERIFY(sameRow(stand.rows.at(1), {15.0, 0.0, 20.234282112, 20.234282112}, 1e-9));
-    }
-
-    // What an export of the comparison says of itself: each statistic with its unit and formula,
-    // the percent difference's "n/a" rule, the SDI method, and both lists of a Run Id.
-    void definitions()
-    {
-        const TableDocument d = SummaryComparisonDocument(ReadComparison(m_db->db, {"GROW", "THIN"}, QString(), UnitSystem::Imperial));
-        const DataTable t = DefinitionsTable(d, d.tables);
-        const auto row = [&t](const QString &section, const QString &name) {
-            for (const TableRow &r : t.rows) {
-                if (r.at(0).toString() == section && r.at(1).toString() == name)
-                    return r.at(2).toString() + QLatin1Char('|') + r.at(3).toString();
-            }
-            return QString();
-        };
-        QVERIFY(row("Statistic", "Total yield GTV").startsWith("cu.ft/acre|Total yield of gross total volume per hectare (Total_Volume"));
-        QVERIFY(row("Statistic", "Cumulative removals NMV").contains("Converted from the stored cu.m/ha to cu.ft/acre"));
-        QVERIFY(row("Statistic", "Before harvest SDI").contains("reference diameter 10 in: stems per acre"));
-        QVERIFY(row("Column", "THIN % of GROW").startsWith("%|Percent difference") && row("Column", "THIN % of GROW").contains("\"n/a\" where the base is 0"));
-        QVERIFY(row("File", "SDI method").contains("Reineke's formula"));
-        QCOMPARE(row("Run", "THIN:Harvested"), QStringLiteral("|Imported 2023-11-14 22:13:20. THIN treatment"));
-        QCOMPARE(d.statistics.size(), d.tables.size());
     }
 
     void summaryShape()
