@@ -122,7 +122,8 @@ private slots:
         QCOMPARE(message->text(), QStringLiteral("Check 2 to 8 runs to compare; 1 checked."));
     }
 
-    // Every table to a workbook, a sheet each, and the summary to CSV, read back number for number.
+    // Every table to a workbook, a sheet each, and the summary to CSV, read back number for number;
+    // the CSV files with their definitions beside them when the settings ask.
     void exportsAndPrints()
     {
         GuiBench b;
@@ -138,6 +139,7 @@ private slots:
         QCOMPARE(workbookNumbers(book, sheets), numbersOf(summary) + numbersOf(w->DifferenceTables()));
 
         const QString csv = b.filePath(QStringLiteral("compare.csv"));
+        b.tm.settings.CsvDefinitions = true;
         b.questions.answerSaveFile(csv);
         QTest::mouseClick(Control<QPushButton>(w, QStringLiteral("cmdExport")), Qt::LeftButton);
         QList<double> read;
@@ -157,7 +159,8 @@ private slots:
         }
         QCOMPARE(read, numbersOf(summary));
         QVERIFY(texts.size() > 0 && texts.count(QStringLiteral("n/a")) == texts.size());
-        QVERIFY(QFile::exists(b.filePath(QStringLiteral("compare-Stand2010.csv"))));
+        for (const char *beside : {"compare.definitions.csv", "compare-Stand2010.csv", "compare-Stand2010.definitions.csv"})
+            QVERIFY2(QFile::exists(b.filePath(QLatin1String(beside))), beside);
 
         const QString pdf = b.filePath(QStringLiteral("compare.pdf"));
         w->setPrintDialog([&](QPrinter &printer, QWidget *) { return printer.setOutputFileName(pdf), true; });
