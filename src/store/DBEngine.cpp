@@ -118,7 +118,7 @@ void clsDBEngine::Execute(qint32 *lRecords)
 
 void clsDBEngine::StartTrans()
 {
-    Statement(*this, backend().beginWrite()).run();
+    Statement(*this, QStringLiteral("BEGIN IMMEDIATE")).run();
 }
 
 void clsDBEngine::CommtTrans()

@@ -62,9 +62,18 @@ public:
     virtual bool inTransaction() const = 0;
     virtual qint64 lastInsertRowid() const = 0;
     virtual void setLockWait(std::chrono::milliseconds wait) = 0;
-    virtual bool tableExists(const QString &name) = 0;
-    // The statement that begins a write: the write lock taken at once on the file.
-    virtual QString beginWrite() const = 0;
+    // Whether the database holds a table of that name (not a temporary one).
+    bool tableExists(const QString &name)
+    {
+        const std::unique_ptr<StatementBackend> table = prepare(tableLookup());
+        const QByteArray utf8 = name.toUtf8();
+        table->bindUtf8(1, utf8.constData(), static_cast<int>(utf8.size()), true);
+        const bool exists = table->next();
+        table->reset();
+        return exists;
+    }
+    // The statement that gives a row for the table named by ?1.
+    virtual QString tableLookup() const = 0;
     // Readers go on while another program writes (the file's write-ahead log; a server does so anyway).
     virtual void useWriteAheadLog() = 0;
     // "ok", or what a quick look at the stored pages found ("ok" on a server, which checks its own).

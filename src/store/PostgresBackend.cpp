@@ -346,17 +346,10 @@ public:
     {
         command(QStringLiteral("SET lock_timeout = %1").arg(std::max<qint64>(1, wait.count())));
     }
-    bool tableExists(const QString &name) override
+    QString tableLookup() const override
     {
-        PostgresStatement table(*this, QStringLiteral("SELECT 1 FROM information_schema.tables WHERE table_schema = current_schema() "
-                                                      "AND table_name = lower(?1)"));
-        const QByteArray utf8 = name.toUtf8();
-        table.bindUtf8(1, utf8.constData(), static_cast<int>(utf8.size()), true);
-        const bool exists = table.next();
-        table.reset();
-        return exists;
+        return QStringLiteral("SELECT 1 FROM information_schema.tables WHERE table_schema = current_schema() AND table_name = lower(?1)");
     }
-    QString beginWrite() const override { return QStringLiteral("BEGIN IMMEDIATE"); }
     void useWriteAheadLog() override {}
     QString quickCheck() override { return QStringLiteral("ok"); }
     void compact() override { command(QStringLiteral("VACUUM FULL")); }

@@ -210,16 +210,7 @@ public:
     bool inTransaction() const override { return sqlite3_get_autocommit(m_handle) == 0; }
     qint64 lastInsertRowid() const override { return sqlite3_last_insert_rowid(m_handle); }
     void setLockWait(std::chrono::milliseconds wait) override { sqlite3_busy_timeout(m_handle, static_cast<int>(wait.count())); }
-    bool tableExists(const QString &name) override
-    {
-        SqliteStatement table(m_engine, m_handle, QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1"));
-        const QByteArray utf8 = name.toUtf8();
-        table.bindUtf8(1, utf8.constData(), static_cast<int>(utf8.size()), true);
-        const bool exists = table.next();
-        table.reset();
-        return exists;
-    }
-    QString beginWrite() const override { return QStringLiteral("BEGIN IMMEDIATE"); }
+    QString tableLookup() const override { return QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1"); }
 
     void useWriteAheadLog() override
     {
