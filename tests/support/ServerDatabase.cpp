@@ -93,6 +93,11 @@ public:
         m_admin = PQconnectdb(connection(QStringLiteral("postgres")).toUtf8().constData());
         if (PQstatus(m_admin) != CONNECTION_OK)
             throw std::runtime_error(PQerrorMessage(m_admin));
+        exec("CREATE DATABASE runs");
+        PQfinish(m_admin);
+        m_admin = PQconnectdb(connection(QStringLiteral("runs")).toUtf8().constData());
+        if (PQstatus(m_admin) != CONNECTION_OK)
+            throw std::runtime_error(PQerrorMessage(m_admin));
     }
     ~Cluster()
     {
@@ -111,15 +116,22 @@ public:
         return QStringLiteral("postgresql://sendrel@/%1?host=%2").arg(database, m_dir.path());
     }
 
+    // A schema of its own in the one database, which the connection text makes its only one: as
+    // empty as a new database, made in a thousandth of the time.
     QString newDatabase()
     {
         const QString name = QStringLiteral("run%1").arg(++m_databases);
-        PGresult *r = PQexec(m_admin, ("CREATE DATABASE " + name).toUtf8().constData());
+        exec("CREATE SCHEMA " + name.toUtf8());
+        return connection(QStringLiteral("runs")) + QStringLiteral("&options=-csearch_path%3D") + name;
+    }
+
+    void exec(const QByteArray &sql)
+    {
+        PGresult *r = PQexec(m_admin, sql.constData());
         const bool ok = PQresultStatus(r) == PGRES_COMMAND_OK;
         PQclear(r);
         if (!ok)
             throw std::runtime_error(PQerrorMessage(m_admin));
-        return connection(name);
     }
 
 private:
