@@ -271,23 +271,26 @@ private slots:
         QCOMPARE(tool({"import", writeList(QStringLiteral("plot.lst"), "PLOT 7", 3), "--kind", "S"}).code, 0);
         QCOMPARE(tool({"import", writeList(QStringLiteral("other.lst"), "OTHER", 2), "--kind", "H"}).code, 0);
         QCOMPARE(tool({"describe", "PLOT 7", "--description", "Thinned"}).code, 0);
+        m_db->addRun(QStringLiteral("NULLS"), QStringLiteral("S"));  // a tree with most of its columns NULL
+        m_db->addTree(QStringLiteral("NULLS"), QStringLiteral("S"), 1, 3, 25, 40, 0.5);
         const QString file = m_db->filePath(QStringLiteral("copy.mdb"));
         CreateRunDatabase(file);
-        QCOMPARE(RunTool({"copy", "--from", m_db->path(), "--to", file, "plot 7"}).out, QStringLiteral("PLOT 7\tS\n"));
+        QCOMPARE(RunTool({"copy", "--from", m_db->path(), "--to", file, "plot 7", "NULLS"}).out, QStringLiteral("PLOT 7\tS\nNULLS\tS\n"));
         RunDatabase back(RunDatabase::Db::Created);
-        QCOMPARE(RunTool({"copy", "--from", file, "--to", back.path()}).out, QStringLiteral("PLOT 7\tS\n"));
+        QCOMPARE(RunTool({"copy", "--from", file, "--to", back.path()}).out, QStringLiteral("PLOT 7\tS\nNULLS\tS\n"));
         const QStringList summary{"summary", "PLOT 7", "--kind", "S", "--format", "csv", "-o", "-"};
         QCOMPARE(RunTool(QStringList{"--db", back.path()} + summary).out, tool(summary).out);
         back.db.open(back.path());
         const QString sums = QStringLiteral("SELECT Run_Id, Cycle_Number, Species_Code, Sph, Basal_Area, Total_Volume, Gross_Merch_Volume, "
                                             "Merch_Vol_Less_DWB FROM Model_Cycle_Sums WHERE Run_Id = 'PLOT 7' ORDER BY First_Record");
         QCOMPARE(back.rows(sums), m_db->rows(sums));
-        QCOMPARE(back.count(QStringLiteral("Model_Entries")), 3);
+        const QString entries = QStringLiteral("SELECT * FROM Model_Entries WHERE Run_Id <> 'OTHER' ORDER BY rowid");
+        QCOMPARE(back.rows(entries), m_db->rows(entries));
 
         const CliRun again = RunTool({"copy", "--from", m_db->path(), "--to", file});
         QCOMPARE(again.code, 1);
         QVERIFY2(again.err.contains(QLatin1String("PLOT 7:Standing is in")), qPrintable(again.err));
-        QCOMPARE(RunTool({"--db", file, "runs"}).out, QStringLiteral("PLOT 7\tS\tThinned\n"));
+        QCOMPARE(RunTool({"--db", file, "runs"}).out, QStringLiteral("NULLS\tS\t\nPLOT 7\tS\tThinned\n"));
     }
 
     void aFailedImportSaysWhere()
