@@ -5,6 +5,7 @@
 #include "base/UserQuestions.h"
 #include "domain/composition/StandLevelsReport.h"
 #include "domain/table/TableFile.h"
+#include "windows/common/EventHandler.h"
 #include "windows/common/ExportStatus.h"
 #include "domain/standstock/ClassCharts.h"
 #include "graph/Graph.h"
@@ -68,12 +69,7 @@ template <typename T> T *named(T *widget, const QString &name)
 
 template <typename F> void frmStandLevels::handled(F &&handler)
 {
-    try {
-        handler();
-    } catch (const SendrelError &e) {
-        setPointer(kPointerDefault);
-        m_tm.questions.ShowErrorMessage(e.description());
-    }
+    RunHandler(m_tm.questions, std::forward<F>(handler), [this] { setPointer(kPointerDefault); });
 }
 
 frmStandLevels::frmStandLevels(TreeModel &tm, ReportWindowHost &host, QWidget *parent)
