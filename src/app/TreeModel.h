@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Settings.h"
+#include "base/UserQuestions.h"
 #include "store/RunStore.h"
 
 #include <QString>
@@ -30,7 +31,7 @@ struct TreeModel {
     qint16 ModelVariant = 0;
     QString CurrentRunId;
     bool RunOnCommandLine = false;
-    QString DialogResult;
+    DialogEnd DialogResult = DialogEnd::Cancel;
 
     // Ends the process at once. The desktop exits; tests record the call instead.
     std::function<void(int)> EndProcess;

@@ -180,7 +180,7 @@ GuiQuestions::~GuiQuestions()
     delete m_duplicate;
 }
 
-QString GuiQuestions::askRunId(QString &name)
+DialogEnd GuiQuestions::askRunId(QString &name)
 {
     NormalPointer pointer;
     if (!m_runId)
@@ -189,19 +189,19 @@ QString GuiQuestions::askRunId(QString &name)
     return m_runId->AskRunId(name);
 }
 
-QString GuiQuestions::askDuplicateId(const QString &name)
+DialogEnd GuiQuestions::askDuplicateId(const QString &name)
 {
     NormalPointer pointer;
     if (!m_duplicate)
         m_duplicate = new frmDuplicateId(m_parent);
     m_duplicate->HelpFile = m_helpFile;
     m_duplicate->NextFreeRunId = m_nextFree;
-    const QString result = m_duplicate->AskDuplicateId(name);
-    m_lastRenamed = result == kDialogRename ? m_duplicate->lblRunId->text() : QString();
+    const DialogEnd result = m_duplicate->AskDuplicateId(name);
+    m_lastRenamed = result == DialogEnd::Rename ? m_duplicate->lblRunId->text() : QString();
     return result;
 }
 
-QString GuiQuestions::askStandingOrHarvested()
+std::optional<RunKind> GuiQuestions::askStandingOrHarvested()
 {
     NormalPointer pointer;
     // A new window for each import.
@@ -210,8 +210,8 @@ QString GuiQuestions::askStandingOrHarvested()
     form.ClearOptions();
     form.exec();
     if (form.bImportCancelled)
-        return QString();
-    return form.optHarvested->isChecked() ? QStringLiteral("H") : QStringLiteral("S");
+        return std::nullopt;
+    return form.optHarvested->isChecked() ? RunKind::Harvested : RunKind::Standing;
 }
 
 void GuiQuestions::showBusyMessage(const QString &title, const QString &message)

@@ -30,9 +30,9 @@ public:
     QString openFile(const FileRequest &request) override;
     QString saveFile(const FileRequest &request) override;
     QString chooseFolder(const QString &title, const QString &startFolder) override;
-    QString askRunId(QString &name) override;
-    QString askDuplicateId(const QString &name) override;
-    QString askStandingOrHarvested() override;
+    DialogEnd askRunId(QString &name) override;
+    DialogEnd askDuplicateId(const QString &name) override;
+    std::optional<RunKind> askStandingOrHarvested() override;
     bool askReportText(ReportTextRequest &request) override;
     bool askOptions(OptionsRequest &request) override;
     bool askPrint(PrintRequest &request) override;

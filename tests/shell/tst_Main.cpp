@@ -13,6 +13,7 @@
 #include <QTimer>
 
 using namespace sendrel;
+using namespace sendrel::test;
 
 namespace {
 
@@ -76,7 +77,7 @@ private slots:
         QVERIFY(!b.tm.RunOnCommandLine);
         frmMarquel *m = f.frame->Marquel;
         QVERIFY(m && m->isVisible());
-        QCOMPARE(m->lstRuns->count(), 3);
+        QCOMPARE(RunList(m)->count(), 3);
         QVERIFY(reportWindows(*f.frame).isEmpty());
     }
 
@@ -96,7 +97,7 @@ private slots:
         QVERIFY(f.frame->windowState() & Qt::WindowMaximized);
         frmMarquel *m = f.frame->Marquel;
         QCOMPARE(m->RunEntries(), (QStringList{QStringLiteral("R1:Harvested\tone"), QStringLiteral("R1:Standing\tone")}));
-        QVERIFY(m->chkSS->isChecked() && !m->chkStandLevels->isChecked());
+        QVERIFY(Control<QCheckBox>(m, QStringLiteral("chkSS"))->isChecked() && !Control<QCheckBox>(m, QStringLiteral("chkStandLevels"))->isChecked());
         const QList<QWidget *> windows = reportWindows(*f.frame);
         QCOMPARE(windows.size(), 1);
         QCOMPARE(windows[0]->windowTitle(), QStringLiteral("Stand & Stock Tables: R1 (Standing)"));

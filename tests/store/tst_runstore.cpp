@@ -89,12 +89,6 @@ private slots:
         QCOMPARE(rs.Fields(1).toInt(), 2);
         QCOMPARE(failureOf([&] { rs.Fields(QStringLiteral("Nope")); }).number(), ErrNo::ItemNotFound);
 
-        engine.SQLString = QStringLiteral("SELECT * FROM Model_Run");
-        Recordset all = engine.RetreiveRecords();
-        QVERIFY(all.Find(QStringLiteral("Run_Id = 'it''s'")));
-        QCOMPARE(all.Fields(QStringLiteral("Standing_Harvested")).toString(), QStringLiteral("H"));
-        QVERIFY(!all.Find(QStringLiteral("Run_Id = 'R1'")));   // Find goes forward from the current row
-        QVERIFY(all.Eof());
         engine.SQLString = QStringLiteral("SELECT * FROM Model_Header");
         QVERIFY(engine.RetreiveRecords().Eof());   // no rows is no failure
     }

@@ -10,6 +10,7 @@
 #include "windows/browser/frmMarquel.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QLineEdit>
 #include <QListWidget>
@@ -165,5 +166,15 @@ template <typename T> T *Control(QWidget *form, const QString &name)
             return c;
     }
     return nullptr;
+}
+
+// The browser's list of runs and a command of its menus, by objectName.
+inline QListWidget *RunList(QWidget *browser)
+{
+    return Control<QListWidget>(browser, QStringLiteral("lstRuns"));
+}
+inline QAction *MenuCommand(QWidget *browser, const QString &name)
+{
+    return browser->findChild<QAction *>(name);
 }
 }  // namespace sendrel::test

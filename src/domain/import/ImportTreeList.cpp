@@ -59,14 +59,14 @@ QString warningsText(const QString &fileName, const ImportResult &result)
 
 // Settles the Run Id with the user. renamedFrom: the Id whose next free name the user took
 // unchanged through Rename, else "".
-QString settle(RunStore &db, UserQuestions &questions, QString &runId, RunKind kind, QString &renamedFrom)
+DialogEnd settle(RunStore &db, UserQuestions &questions, QString &runId, RunKind kind, QString &renamedFrom)
 {
-    QString dialogResult = kDialogRename;
+    DialogEnd dialogResult = DialogEnd::Rename;
     renamedFrom.clear();
-    while (dialogResult == kDialogRename || dialogResult == kDialogCheck) {
+    while (dialogResult == DialogEnd::Rename || dialogResult == DialogEnd::Check) {
         if (db.runExists({runId, kind})) {
             dialogResult = questions.askDuplicateId(runId);
-            if (dialogResult == kDialogRename) {
+            if (dialogResult == DialogEnd::Rename) {
                 const QString base = runId;
                 runId = NextFreeRunId(db, base);
                 const QString offered = runId;
@@ -74,12 +74,12 @@ QString settle(RunStore &db, UserQuestions &questions, QString &runId, RunKind k
                 runId = TakenRunId(runId);
                 renamedFrom = runId == offered ? base : QString();
             }
-        } else if (dialogResult == kDialogRename) {
+        } else if (dialogResult == DialogEnd::Rename) {
             dialogResult = questions.askRunId(runId);
             runId = TakenRunId(runId);
             renamedFrom.clear();
         } else {
-            dialogResult = kDialogOK;
+            dialogResult = DialogEnd::OK;
         }
     }
     return dialogResult;
@@ -108,12 +108,6 @@ QString NextFreeRunId(RunStore &db, const QString &name)
         if (db.storedRunId(candidate).isNull())
             return candidate;
     }
-}
-
-QString SettleRunId(RunStore &db, UserQuestions &questions, QString &runId, RunKind kind)
-{
-    QString renamedFrom;
-    return settle(db, questions, runId, kind, renamedFrom);
 }
 
 QList<MessageRequest> ImportMessages(const QString &fileName, const ImportResult &result)
@@ -204,7 +198,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     const auto settled = [&] {
         result.dialogResult = settle(db, questions, runId, runKind, renamedFrom);
         result.runId = runId;
-        if (result.dialogResult == kDialogCancel) {
+        if (result.dialogResult == DialogEnd::Cancel) {
             result.ending = ImportEnding::Cancelled;
             return false;
         }
@@ -235,7 +229,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
             transaction.emplace(engine);
             // What the user settled is looked up again under the write lock: another program may
             // have imported the Run Id since.
-            if (result.dialogResult == kDialogOverwrite || !db.runExists({runId, runKind}))
+            if (result.dialogResult == DialogEnd::Overwrite || !db.runExists({runId, runKind}))
                 break;
             if (!renamedFrom.isEmpty()) {
                 // Rename takes the next free name, chosen here where no other import can take it too.

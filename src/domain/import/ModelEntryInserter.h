@@ -12,7 +12,7 @@
 
 namespace sendrel {
 
-// Adds Model_Entries rows by position, as AddModelEntry does, through statements prepared on the
+// Adds Model_Entries rows by position (kModelEntryTypes), through statements prepared on the
 // engine's connection, so they stand inside the engine's transaction.
 //
 // Why values bound one by one with their own types: an import adds a million rows in one

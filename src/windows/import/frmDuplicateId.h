@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "base/SendrelError.h"
+#include "base/UserQuestions.h"
 
 class QLabel;
 class QPushButton;
@@ -20,7 +21,7 @@ public:
     explicit frmDuplicateId(QWidget *parent = nullptr);
 
     // Puts the name in lblRunId and waits for the user; gives DialogResult.
-    QString AskDuplicateId(const QString &name);
+    DialogEnd AskDuplicateId(const QString &name);
 
     QLabel *lblDuplicateId;
     QLabel *Label1;
@@ -30,7 +31,7 @@ public:
     QPushButton *cmdCancel;
     QPushButton *cmdHelp;
 
-    QString DialogResult;
+    DialogEnd DialogResult = DialogEnd::Cancel;
     QString HelpFile;
     // The next free name for Rename (the name, ":", n).
     std::function<QString(const QString &)> NextFreeRunId;

@@ -6,6 +6,7 @@
 
 #include "base/SendrelError.h"
 #include "shell/GuiQuestions.h"
+#include "store/Run.h"
 #include "windows/common/ShowHelp.h"
 #include "windows/common/frmHelp.h"
 #include "windows/import/frmDeleteRuns.h"
@@ -22,6 +23,7 @@
 #include <QTextBrowser>
 
 using namespace sendrel;
+using namespace sendrel::test;
 
 class tst_ImportWindows : public QObject {
     Q_OBJECT
@@ -63,7 +65,8 @@ private slots:
             clickBox(f->findChild<QRadioButton *>(option));
             leaveDialog(f, leave);
         });
-        QCOMPARE(q.askStandingOrHarvested(), kind);
+        const std::optional<RunKind> chosen = q.askStandingOrHarvested();
+        QCOMPARE(chosen ? KindLetter(*chosen) : QString(), kind);
         QVERIFY(cleared);
     }
 
@@ -86,16 +89,16 @@ private slots:
             QTest::keyClicks(f->txtRunId, QStringLiteral("Thin 40%"));
             QTest::mouseClick(f->cmdOK, Qt::LeftButton);
         });
-        QCOMPARE(q.askRunId(name), kDialogCheck);
+        QCOMPARE(q.askRunId(name), DialogEnd::Check);
         QCOMPARE(name, QStringLiteral("Thin 40%"));
         onNextModal([&](QWidget *w) {
             seen << qobject_cast<frmRunId *>(w)->lblNameProblem->text();
             w->close();
         });
-        QCOMPARE(q.askRunId(name), kDialogCancel);
+        QCOMPARE(q.askRunId(name), DialogEnd::Cancel);
         QCOMPARE(seen, (QStringList{"RUN1", "disabled", ""}));
         onNextModal([](QWidget *w) { leaveDialog(w, QStringLiteral("cmdCancel")); });
-        QCOMPARE(q.askRunId(name), kDialogCancel);
+        QCOMPARE(q.askRunId(name), DialogEnd::Cancel);
     }
 
     // 25 characters bind what is typed; a longer name given by the program stays until edited.
@@ -120,19 +123,19 @@ private slots:
     void duplicateIdButtons_data()
     {
         QTest::addColumn<QString>("leave");
-        QTest::addColumn<QString>("result");
+        QTest::addColumn<int>("result");
         QTest::addColumn<QString>("renamed");
-        QTest::newRow("Overwrite") << "cmdOverWrite" << "OVERWRITE" << "";
-        QTest::newRow("Rename") << "cmdRename" << "RENAME" << "X:3";
-        QTest::newRow("Return") << "Return" << "RENAME" << "X:3";
-        QTest::newRow("Cancel") << "cmdCancel" << "CANCEL" << "";
-        QTest::newRow("Escape") << "Escape" << "CANCEL" << "";
+        QTest::newRow("Overwrite") << "cmdOverWrite" << int(DialogEnd::Overwrite) << "";
+        QTest::newRow("Rename") << "cmdRename" << int(DialogEnd::Rename) << "X:3";
+        QTest::newRow("Return") << "Return" << int(DialogEnd::Rename) << "X:3";
+        QTest::newRow("Cancel") << "cmdCancel" << int(DialogEnd::Cancel) << "";
+        QTest::newRow("Escape") << "Escape" << int(DialogEnd::Cancel) << "";
     }
 
     void duplicateIdButtons()
     {
         QFETCH(QString, leave);
-        QFETCH(QString, result);
+        QFETCH(int, result);
         QFETCH(QString, renamed);
         GuiQuestions q;
         q.setNextFreeRunId([](const QString &name) { return name + QStringLiteral(":3"); });
@@ -141,7 +144,7 @@ private slots:
             shown = qobject_cast<frmDuplicateId *>(w)->lblRunId->text();
             leaveDialog(w, leave);
         });
-        QCOMPARE(q.askDuplicateId(QStringLiteral("X")), result);
+        QCOMPARE(q.askDuplicateId(QStringLiteral("X")), DialogEnd(result));
         QCOMPARE(shown, QStringLiteral("X"));
         QCOMPARE(q.lastRenamedId(), renamed);
         QVERIFY(!q.duplicateIdWindow()->isVisible());
@@ -190,10 +193,10 @@ private slots:
             b.addListedRun(QString::fromLatin1(run), QString::fromLatin1(kind), QString());
         frmMarquel *m = b.start();
         if (openBox.startsWith(QLatin1String("chk"))) {
-            clickRow(m->lstRuns, 0);
-            clickRow(m->lstRuns, rowOf(m->lstRuns, QStringLiteral("A:Standing")));
+            clickRow(RunList(m), 0);
+            clickRow(RunList(m), rowOf(RunList(m), QStringLiteral("A:Standing")));
             clickBox(m->findChild<QCheckBox *>(openBox));
-            QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+            QTest::mouseClick(Control<QPushButton>(m, QStringLiteral("cmdOK")), Qt::LeftButton);
             QCOMPARE(reportWindows(*b.frame).size(), 1);
         }
         if (message.startsWith(QLatin1String("Delete run")))
@@ -214,7 +217,7 @@ private slots:
                 afterDelete = rowTexts(list);
             QTest::mouseClick(d->findChild<QPushButton *>(QStringLiteral("cmdCancel")), Qt::LeftButton);
         });
-        m->mnu_Runs_Delete->trigger();
+        MenuCommand(m, QStringLiteral("mnu_Runs_Delete"))->trigger();
         QCOMPARE(shown, before);
         QCOMPARE(b.questions.messageTexts(), QStringList{message});
         QCOMPARE(afterDelete, left);
@@ -242,7 +245,7 @@ private slots:
             HelpWindow()->close();
             QTimer::singleShot(0, w, [w] { static_cast<QDialog *>(w)->reject(); });
         });
-        m->mnu_Runs_Delete->trigger();
+        MenuCommand(m, QStringLiteral("mnu_Runs_Delete"))->trigger();
         QCOMPARE(pages, (QStringList{QStringLiteral("delete.html"), QStringLiteral("delete.html")}));
     }
 
@@ -263,7 +266,7 @@ private slots:
             stayed = d->isVisible();
             d->reject();
         });
-        m->mnu_Runs_Delete->trigger();
+        MenuCommand(m, QStringLiteral("mnu_Runs_Delete"))->trigger();
         QVERIFY(stayed);
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The following error occured:\nlocked")});
         QCOMPARE(b.frame->MousePointer(), 0);

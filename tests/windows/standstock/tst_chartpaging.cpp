@@ -89,12 +89,12 @@ struct Paging {
     }
     static frmChart *next(frmChart *c)
     {
-        QTest::mouseClick(c->cmdNext, Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(c, QStringLiteral("cmdNext")), Qt::LeftButton);
         return c->nextChart;
     }
     static frmChart *previous(frmChart *c)
     {
-        QTest::mouseClick(c->cmdPrev, Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(c, QStringLiteral("cmdPrev")), Qt::LeftButton);
         return c->prevChart;
     }
 };
@@ -172,15 +172,15 @@ void tst_chartpaging::viewCharts()
     QVERIFY(!p.w->isVisible() && c->isVisible());
     QCOMPARE(p.host.LeftForm().data(), c);
     QCOMPARE(p.env.count(QStringLiteral("Report_Header")), 0);
-    QCOMPARE(c->cmdPrev->isEnabled(), previous);
-    QCOMPARE(c->cmdNext->isEnabled(), next);
+    QCOMPARE(Control<QPushButton>(c, QStringLiteral("cmdPrev"))->isEnabled(), previous);
+    QCOMPARE(Control<QPushButton>(c, QStringLiteral("cmdNext"))->isEnabled(), next);
     QCOMPARE(c->windowTitle(), caption);
-    QCOMPARE(c->txtGraphTitle->text(), caption.section(QStringLiteral(": "), 1) + QStringLiteral(": Density"));
-    QCOMPARE(c->gphDensity->ChartTopTitle(), c->txtGraphTitle->text());
-    QVERIFY(c->gphDensity->Visible() && !c->gphMerchVol->Visible());
+    QCOMPARE(Control<QLineEdit>(c, QStringLiteral("txtGraphTitle"))->text(), caption.section(QStringLiteral(": "), 1) + QStringLiteral(": Density"));
+    QCOMPARE(Control<Graph>(c, QStringLiteral("gphDensity"))->ChartTopTitle(), Control<QLineEdit>(c, QStringLiteral("txtGraphTitle"))->text());
+    QVERIFY(Control<Graph>(c, QStringLiteral("gphDensity"))->Visible() && !Control<Graph>(c, QStringLiteral("gphMerchVol"))->Visible());
     QCOMPARE(p.env.questions.lastBusyMessage(), QStringLiteral("Compiling report data for cycle: %1").arg(selected.first() + 1));
     QVERIFY(!p.env.questions.busyVisible());
-    QTest::mouseClick(c->cmdHelp, Qt::LeftButton);
+    QTest::mouseClick(Control<QPushButton>(c, QStringLiteral("cmdHelp")), Qt::LeftButton);
     QCOMPARE(p.host.HelpTopics, QList<int>{76});
 }
 
@@ -201,18 +201,18 @@ void tst_chartpaging::pagesAreMadeOnceAndKept()
     QCOMPARE(Paging::liveCharts().size(), 3);
     QCOMPARE(p.calcReports, 3);
     QCOMPARE(third->windowTitle(), QStringLiteral("Density: R1 (Standing, 2020)"));
-    QCOMPARE(third->gphDensity->value(1, 1), 300.0);
+    QCOMPARE(Control<Graph>(third, QStringLiteral("gphDensity"))->value(1, 1), 300.0);
     QCOMPARE(p.host.LeftForm().data(), third);
     // The last page has no ">", and the pages are those a file of the same years holds.
     frmChart *fifth = Paging::next(Paging::next(third));
-    QVERIFY(fifth->cmdPrev->isEnabled() && !fifth->cmdNext->isEnabled());
+    QVERIFY(Control<QPushButton>(fifth, QStringLiteral("cmdPrev"))->isEnabled() && !Control<QPushButton>(fifth, QStringLiteral("cmdNext"))->isEnabled());
     StandStockData data(p.w->Layout, p.env.tm.db.NumSpecies);
     for (frmChart *c = p.w->FirstChart; c; c = c->nextChart) {
         ChartData density;
         ChartData volume;
         const ChartPageRequest request{{QStringLiteral("R1"), RunKind::Standing}, {QString::number(1990 + 10 * c->cycleNum), c->cycleNum}, true, {}, 0};
         MakeChartPage(p.env.db, p.env.tm.settings, p.w->Layout, data, request, density, volume);
-        QCOMPARE(Shown(*c->gphDensity), Shown(density));
+        QCOMPARE(Shown(*Control<Graph>(c, QStringLiteral("gphDensity"))), Shown(density));
     }
 }
 
@@ -235,7 +235,7 @@ void tst_chartpaging::firstLastYearBoxAndKeys()
     frmChart *last = shown();
     QCOMPARE(last->cycleNum, qint16(5));
     QCOMPARE(Control<QLabel>(last, QStringLiteral("lblPage"))->text(), QStringLiteral("Year 5 of 5"));
-    QVERIFY(!Control<QPushButton>(last, QStringLiteral("cmdLast"))->isEnabled() && !last->cmdNext->isEnabled());
+    QVERIFY(!Control<QPushButton>(last, QStringLiteral("cmdLast"))->isEnabled() && !Control<QPushButton>(last, QStringLiteral("cmdNext"))->isEnabled());
     key(last, Qt::Key_PageUp);
     frmChart *fourth = shown();
     QCOMPARE(fourth->cycleNum, qint16(4));
@@ -269,34 +269,34 @@ void tst_chartpaging::optionsTravelTitlesStay()
     Paging p(4, {0, 1, 2, 3});
     frmChart *first = p.viewCharts();
     ChildFrame(first)->move(30, 40);
-    clickBox(first->chkVertical);
-    clickBox(first->optClipboard);
-    clickBox(first->optColour);
-    Retype(first->txtLeftTitle, QStringLiteral("Stems"));
+    clickBox(Control<QCheckBox>(first, QStringLiteral("chkVertical")));
+    clickBox(Control<QRadioButton>(first, QStringLiteral("optClipboard")));
+    clickBox(Control<QRadioButton>(first, QStringLiteral("optColour")));
+    Retype(Control<QLineEdit>(first, QStringLiteral("txtLeftTitle")), QStringLiteral("Stems"));
     frmChart *second = Paging::next(first);
     // Letters are refused; the digits typed here go to the next page, applied there at once.
-    QTest::keyClicks(second->txtYAxisMax, QStringLiteral("5x00"));
-    QCOMPARE(second->txtYAxisMax->text(), QStringLiteral("500"));
-    QTest::mouseClick(second->cmdApply, Qt::LeftButton);
-    QCOMPARE(second->gphDensity->ChartYAxisMax(), 500.0);
+    QTest::keyClicks(Control<QLineEdit>(second, QStringLiteral("txtYAxisMax")), QStringLiteral("5x00"));
+    QCOMPARE(Control<QLineEdit>(second, QStringLiteral("txtYAxisMax"))->text(), QStringLiteral("500"));
+    QTest::mouseClick(Control<QPushButton>(second, QStringLiteral("cmdApply")), Qt::LeftButton);
+    QCOMPARE(Control<Graph>(second, QStringLiteral("gphDensity"))->ChartYAxisMax(), 500.0);
     frmChart *third = Paging::next(second);
-    QCOMPARE(third->txtYAxisMax->text(), QStringLiteral("500"));
-    QCOMPARE(third->gphDensity->ChartYAxisMax(), 500.0);
+    QCOMPARE(Control<QLineEdit>(third, QStringLiteral("txtYAxisMax"))->text(), QStringLiteral("500"));
+    QCOMPARE(Control<Graph>(third, QStringLiteral("gphDensity"))->ChartYAxisMax(), 500.0);
     QCOMPARE(ChildFrame(third)->pos(), QPoint(30, 40));
-    QVERIFY(third->chkVertical->isChecked() && !third->chkHorizontal->isChecked());
-    QCOMPARE(third->gphDensity->ChartGrid(), qint16(2));
-    QVERIFY(third->optClipboard->isChecked() && third->optColour->isChecked());
-    QCOMPARE(third->txtLeftTitle->text(), QStringLiteral("Density (SPH)"));
+    QVERIFY(Control<QCheckBox>(third, QStringLiteral("chkVertical"))->isChecked() && !Control<QCheckBox>(third, QStringLiteral("chkHorizontal"))->isChecked());
+    QCOMPARE(Control<Graph>(third, QStringLiteral("gphDensity"))->ChartGrid(), qint16(2));
+    QVERIFY(Control<QRadioButton>(third, QStringLiteral("optClipboard"))->isChecked() && Control<QRadioButton>(third, QStringLiteral("optColour"))->isChecked());
+    QCOMPARE(Control<QLineEdit>(third, QStringLiteral("txtLeftTitle"))->text(), QStringLiteral("Density (SPH)"));
     // Emptied and taken back to a page already made: that page follows its data again.
-    QTest::keyClick(third->txtYAxisMax, Qt::Key_End);
+    QTest::keyClick(Control<QLineEdit>(third, QStringLiteral("txtYAxisMax")), Qt::Key_End);
     for (int i = 0; i < 3; ++i)
-        QTest::keyClick(third->txtYAxisMax, Qt::Key_Backspace);
+        QTest::keyClick(Control<QLineEdit>(third, QStringLiteral("txtYAxisMax")), Qt::Key_Backspace);
     QCOMPARE(Paging::previous(third), second);
-    QCOMPARE(second->txtYAxisMax->text(), QString());
-    QCOMPARE(second->gphDensity->ChartYAxisMax(), 200.0);
+    QCOMPARE(Control<QLineEdit>(second, QStringLiteral("txtYAxisMax"))->text(), QString());
+    QCOMPARE(Control<Graph>(second, QStringLiteral("gphDensity"))->ChartYAxisMax(), 200.0);
     QCOMPARE(Paging::previous(second), first);
-    QCOMPARE(first->txtLeftTitle->text(), QStringLiteral("Stems"));
-    QCOMPARE(first->gphDensity->ChartLeftTitle(), QStringLiteral("Stems"));
+    QCOMPARE(Control<QLineEdit>(first, QStringLiteral("txtLeftTitle"))->text(), QStringLiteral("Stems"));
+    QCOMPARE(Control<Graph>(first, QStringLiteral("gphDensity"))->ChartLeftTitle(), QStringLiteral("Stems"));
 }
 
 void tst_chartpaging::secondViewChartsAndUnloadEndTheChain()
@@ -327,7 +327,7 @@ void tst_chartpaging::cancelGivesThePlaceBack()
     auto *sample = Control<Graph>(p.w, QStringLiteral("gphDensity"));
     QCOMPARE(sample->value(1, 1), 100.0);
     p.env.exec(QStringLiteral("DELETE FROM Model_Entries"));
-    QTest::mouseClick(second->cmdCancel, Qt::LeftButton);
+    QTest::mouseClick(Control<QPushButton>(second, QStringLiteral("cmdCancel")), Qt::LeftButton);
     QCOMPARE(p.host.RightForm().data(), p.w.data());
     QVERIFY(p.w->bChartsCancelled);
     QVERIFY(p.w->isVisible() && !second->isVisible());
@@ -376,15 +376,15 @@ void tst_chartpaging::printAndCopyLeaveTheScreenInColour()
     // The print dialog offers a PDF file in the Work folder, named by run, kind, table and year.
     const QString pdf = p.env.filePath(QStringLiteral("chart.pdf"));
     p.env.questions.answerPrint(pdf);
-    clickBox(c->optBandW);
-    QTest::mouseClick(c->cmdPrint, Qt::LeftButton);
+    clickBox(Control<QRadioButton>(c, QStringLiteral("optBandW")));
+    QTest::mouseClick(Control<QPushButton>(c, QStringLiteral("cmdPrint")), Qt::LeftButton);
     QCOMPARE(p.env.questions.asked().last().text, QDir(p.env.tm.ReportFolder()).filePath(QStringLiteral("R1_Standing_Stand_2000.pdf")));
     QCOMPARE(ReadWholeFile(pdf).count("/Type /Page\n"), 1);
-    QCOMPARE(c->gphDensity->ChartPrintStyle(), qint16(2));
-    QCOMPARE(c->gphMerchVol->ChartPrintStyle(), qint16(2));
+    QCOMPARE(Control<Graph>(c, QStringLiteral("gphDensity"))->ChartPrintStyle(), qint16(2));
+    QCOMPARE(Control<Graph>(c, QStringLiteral("gphMerchVol"))->ChartPrintStyle(), qint16(2));
 
-    clickBox(c->optClipboard);
-    QTest::mouseClick(c->cmdPrint, Qt::LeftButton);
+    clickBox(Control<QRadioButton>(c, QStringLiteral("optClipboard")));
+    QTest::mouseClick(Control<QPushButton>(c, QStringLiteral("cmdPrint")), Qt::LeftButton);
     const QImage copy = QGuiApplication::clipboard()->image();
     QVERIFY(!copy.isNull());
     for (int y = 0; y < copy.height(); y += 7) {
@@ -393,8 +393,8 @@ void tst_chartpaging::printAndCopyLeaveTheScreenInColour()
             QVERIFY2(qRed(px) == qGreen(px) && qGreen(px) == qBlue(px), "the copy is black and white");
         }
     }
-    QCOMPARE(c->gphDensity->ChartScreenStyle(), qint16(1));
-    auto *bars = qobject_cast<QBarSeries *>(c->gphDensity->shownChart()->series().first());
+    QCOMPARE(Control<Graph>(c, QStringLiteral("gphDensity"))->ChartScreenStyle(), qint16(1));
+    auto *bars = qobject_cast<QBarSeries *>(Control<Graph>(c, QStringLiteral("gphDensity"))->shownChart()->series().first());
     QCOMPARE(bars->barSets().first()->brush().color(), Graph::PaletteColour(3));
 }
 
@@ -406,16 +406,16 @@ void tst_chartpaging::speciesAndClasses()
     for (int code = 1; code <= 5; ++code)
         p.env.addTree(QStringLiteral("R1"), QStringLiteral("S"), 1, code, code * 3, code, 1);
     frmChart *many = p.viewCharts();
-    QChart *chart = many->gphDensity->shownChart();
+    QChart *chart = Control<Graph>(many, QStringLiteral("gphDensity"))->shownChart();
     auto *classes = qobject_cast<QBarCategoryAxis *>(chart->axes(Qt::Horizontal).first());
     QCOMPARE(classes->count(), 3);
     QCOMPARE(ChartKey::of(chart)->labels(), (QStringList{"PW", "LW", "FD", "BG", "HW"}));
 
     frmChart *none = Paging::next(many);
-    QCOMPARE(none->gphDensity->ChartSeriesCount(), qint16(1));
-    QCOMPARE(none->gphDensity->series().first().values, (QVector<double>{0, 0, 0}));
-    QCOMPARE(none->gphDensity->pointLabels(), (QVector<QString>{"5", "15", "25"}));
-    QVERIFY(!ChartKey::of(none->gphDensity->shownChart())->isVisible());
+    QCOMPARE(Control<Graph>(none, QStringLiteral("gphDensity"))->ChartSeriesCount(), qint16(1));
+    QCOMPARE(Control<Graph>(none, QStringLiteral("gphDensity"))->series().first().values, (QVector<double>{0, 0, 0}));
+    QCOMPARE(Control<Graph>(none, QStringLiteral("gphDensity"))->pointLabels(), (QVector<QString>{"5", "15", "25"}));
+    QVERIFY(!ChartKey::of(Control<Graph>(none, QStringLiteral("gphDensity"))->shownChart())->isVisible());
 }
 
 SENDREL_TEST_MAIN(tst_chartpaging)
