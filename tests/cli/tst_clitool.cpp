@@ -219,6 +219,8 @@ private slots:
         QCOMPARE(refused.code, 1);
         QVERIFY2(refused.err.contains(QLatin1String("control character U+000a at position 2")), qPrintable(refused.err));
         QCOMPARE(m_db->count(QStringLiteral("Model_Run")), 2);
+        // No name in the header nor before the file's suffix: nothing to confirm.
+        QCOMPARE(tool({"import", writeList(QStringLiteral(".lst"), "", 1), "--kind", "S"}).err, QStringLiteral("Import cancelled.\n"));
     }
 
     void initMakesANewDatabaseOnce()

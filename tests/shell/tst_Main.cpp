@@ -97,7 +97,7 @@ private slots:
         QVERIFY(f.frame->windowState() & Qt::WindowMaximized);
         frmMarquel *m = f.frame->Marquel;
         QCOMPARE(m->RunEntries(), (QStringList{QStringLiteral("R1:Harvested\tone"), QStringLiteral("R1:Standing\tone")}));
-        QVERIFY(Control<QCheckBox>(m, QStringLiteral("chkSS"))->isChecked() && !Control<QCheckBox>(m, QStringLiteral("chkStandLevels"))->isChecked());
+        QVERIFY(Control<QCheckBox>(m, "chkSS")->isChecked() && !Control<QCheckBox>(m, "chkStandLevels")->isChecked());
         const QList<QWidget *> windows = reportWindows(*f.frame);
         QCOMPARE(windows.size(), 1);
         QCOMPARE(windows[0]->windowTitle(), QStringLiteral("Stand & Stock Tables: R1 (Standing)"));

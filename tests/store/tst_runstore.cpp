@@ -66,6 +66,17 @@ private slots:
         QCOMPARE(failureOf([&] { engine.OpenDB(); }).number(), ErrNo::DatabaseFailure);
         QVERIFY(!QFile::exists(engine.PathToDB));   // a missing file is never made
         QCOMPARE(failureOf([&] { engine.SQLString = QStringLiteral("SELECT 1"); engine.RetreiveRecords(); }).number(), ErrNo::ClosedObject);
+
+        // A database with species but without the run tables is no run database.
+        const QString other = dir.filePath(QStringLiteral("other.mdb"));
+        {
+            OtherProgram maker(other);
+            QCOMPARE(maker.exec("CREATE TABLE Species (Variant_ID, Num_Code, Str_Code, Name); INSERT INTO Species VALUES (2, 1, 'FD', 'Fir');"
+                                "CREATE TABLE Model_Run (Run_Id); CREATE TABLE Model_Header (Run_Id)"),
+                     SQLITE_OK);
+        }
+        RunStore store;
+        QCOMPARE(failureOf([&] { store.open(other); }).number(), ErrNo::CommandFailure);
     }
 
     void recordsetsAndRows()

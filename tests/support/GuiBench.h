@@ -167,14 +167,18 @@ template <typename T> T *Control(QWidget *form, const QString &name)
     }
     return nullptr;
 }
+template <typename T> T *Control(QWidget *form, const char *name)
+{
+    return Control<T>(form, QString::fromLatin1(name));
+}
 
 // The browser's list of runs and a command of its menus, by objectName.
 inline QListWidget *RunList(QWidget *browser)
 {
-    return Control<QListWidget>(browser, QStringLiteral("lstRuns"));
+    return Control<QListWidget>(browser, "lstRuns");
 }
-inline QAction *MenuCommand(QWidget *browser, const QString &name)
+inline QAction *MenuCommand(QWidget *browser, const char *name)
 {
-    return browser->findChild<QAction *>(name);
+    return browser->findChild<QAction *>(QString::fromLatin1(name));
 }
 }  // namespace sendrel::test

@@ -33,7 +33,7 @@ class tst_frmMarquel : public QObject {
     static QStringList checkedBoxes(frmMarquel *m)
     {
         QStringList checked;
-        for (QCheckBox *box : {Control<QCheckBox>(m, QStringLiteral("chkSS")), Control<QCheckBox>(m, QStringLiteral("chkStandLevels"))}) {
+        for (QCheckBox *box : {Control<QCheckBox>(m, "chkSS"), Control<QCheckBox>(m, "chkStandLevels")}) {
             if (box->isChecked())
                 checked << box->objectName();
         }
@@ -50,7 +50,7 @@ private slots:
         QCOMPARE(highlightedRows(RunList(m)), QList<int>{0});
         QCOMPARE(b.frame->windowTitle(), QStringLiteral("Sendrel - Variant KDM"));
         QCOMPARE(b.frame->LeftForm().data(), m);
-        QVERIFY(Control<QPushButton>(m, QStringLiteral("cmdOK"))->isEnabled() && Control<QCheckBox>(m, QStringLiteral("chkSS"))->isEnabled() && MenuCommand(m, QStringLiteral("mnu_Runs_Delete"))->isEnabled());
+        QVERIFY(Control<QPushButton>(m, "cmdOK")->isEnabled() && Control<QCheckBox>(m, "chkSS")->isEnabled() && MenuCommand(m, "mnu_Runs_Delete")->isEnabled());
     }
 
     void emptyDatabaseDisablesReportsAndDelete()
@@ -58,8 +58,8 @@ private slots:
         GuiBench b;
         frmMarquel *m = b.start();
         QCOMPARE(RunList(m)->count(), 0);
-        QVERIFY(!Control<QPushButton>(m, QStringLiteral("cmdOK"))->isEnabled() && !Control<QCheckBox>(m, QStringLiteral("chkSS"))->isEnabled() && !Control<QCheckBox>(m, QStringLiteral("chkStandLevels"))->isEnabled());
-        QVERIFY(!MenuCommand(m, QStringLiteral("mnu_Runs_Delete"))->isEnabled() && MenuCommand(m, QStringLiteral("mnu_Runs_Import"))->isEnabled());
+        QVERIFY(!Control<QPushButton>(m, "cmdOK")->isEnabled() && !Control<QCheckBox>(m, "chkSS")->isEnabled() && !Control<QCheckBox>(m, "chkStandLevels")->isEnabled());
+        QVERIFY(!MenuCommand(m, "mnu_Runs_Delete")->isEnabled() && MenuCommand(m, "mnu_Runs_Import")->isEnabled());
         QCOMPARE(m->SelectedItems, qint16(0));
     }
 
@@ -193,7 +193,7 @@ private slots:
             clickBox(m->findChild<QCheckBox *>(box));
         if (!change.isEmpty())
             b.exec(change);
-        QTest::mouseClick(Control<QPushButton>(m, QStringLiteral("cmdOK")), Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(m, "cmdOK"), Qt::LeftButton);
         QCOMPARE(b.questions.messageTexts(), message.isEmpty() ? QStringList() : QStringList{message});
         QStringList titles;
         for (const QWidget *w : reportWindows(*b.frame))
@@ -212,8 +212,8 @@ private slots:
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
         clickRow(RunList(m), 2);
-        clickBox(Control<QCheckBox>(m, QStringLiteral("chkSS")));
-        QTest::mouseClick(Control<QPushButton>(m, QStringLiteral("cmdOK")), Qt::LeftButton);
+        clickBox(Control<QCheckBox>(m, "chkSS"));
+        QTest::mouseClick(Control<QPushButton>(m, "cmdOK"), Qt::LeftButton);
         const QList<QWidget *> windows = reportWindows(*b.frame);
         QCOMPARE(windows[0]->property("This_RunDesc").toString(), QStringLiteral("Thinned to 600 sph"));
         QCOMPARE(windows[1]->property("This_SorH").toString(), QStringLiteral("H"));
@@ -227,7 +227,7 @@ private slots:
         // A stand summary is no report window: it opens beside the two.
         b.frame->SubWindowOf(m)->showNormal();
         clickRow(RunList(m), 1);
-        QTest::mouseClick(Control<QPushButton>(m, QStringLiteral("cmdSummary")), Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(m, "cmdSummary"), Qt::LeftButton);
         QVERIFY(b.frame->findChild<QWidget *>(QStringLiteral("frmStandSummary")));
         QVERIFY(b.questions.messageTexts().isEmpty());
         QCOMPARE(m->NumOpenWindows, qint16(2));
@@ -279,12 +279,12 @@ private slots:
         QWidget *form = nullptr;
         QString button;
         if (kind == QLatin1String("cmdSummary")) {
-            QTest::mouseClick(Control<QPushButton>(m, QStringLiteral("cmdSummary")), Qt::LeftButton);
+            QTest::mouseClick(Control<QPushButton>(m, "cmdSummary"), Qt::LeftButton);
             form = b.frame->findChild<QWidget *>(QStringLiteral("frmStandSummary"));
             button = QStringLiteral("cmdClose");
         } else {
             clickBox(m->findChild<QCheckBox *>(kind == QLatin1String("chart") ? QStringLiteral("chkSS") : kind));
-            QTest::mouseClick(Control<QPushButton>(m, QStringLiteral("cmdOK")), Qt::LeftButton);
+            QTest::mouseClick(Control<QPushButton>(m, "cmdOK"), Qt::LeftButton);
             form = reportWindows(*b.frame).value(0);
             button = QStringLiteral("cmdOK");
         }
@@ -292,7 +292,7 @@ private slots:
         int expected = before;
         if (kind == QLatin1String("chart")) {
             expected = visibleWindows();
-            QTest::mouseClick(Control<QPushButton>(form, QStringLiteral("cmdPrintCharts")), Qt::LeftButton);
+            QTest::mouseClick(Control<QPushButton>(form, "cmdPrintCharts"), Qt::LeftButton);
             form = b.frame->findChild<QWidget *>(QStringLiteral("frmChart"));
             QVERIFY(form && form->isVisible());
             button = QStringLiteral("cmdCancel");
@@ -325,17 +325,17 @@ private slots:
                                                                                    TreeLine("1", "FD", 3, 250, 30, 0.9, 0.7)}));
         // Cancelled at the file dialog, then at the kind: nothing is imported.
         b.questions.answerOpenFile(QString());
-        MenuCommand(m, QStringLiteral("mnu_Runs_Import"))->trigger();
+        MenuCommand(m, "mnu_Runs_Import")->trigger();
         b.questions.answerOpenFile(list);
         b.questions.answerStandingOrHarvested(std::nullopt);
-        MenuCommand(m, QStringLiteral("mnu_Runs_Import"))->trigger();
+        MenuCommand(m, "mnu_Runs_Import")->trigger();
         QCOMPARE(b.count(QStringLiteral("Model_Run")), 3);
 
         clickRow(RunList(m), 0);   // nothing selected now
         b.questions.answerOpenFile(list);
         b.questions.answerStandingOrHarvested(RunKind::Harvested);
         b.questions.answerRunId(DialogEnd::Check);
-        MenuCommand(m, QStringLiteral("mnu_Runs_Import"))->trigger();
+        MenuCommand(m, "mnu_Runs_Import")->trigger();
         QCOMPARE(b.questions.asked().first().text, b.tm.settings.WorkDir + QStringLiteral("|"));
         QCOMPARE(b.count(QStringLiteral("Model_Entries"), QStringLiteral("Standing_Harvested = 'H'")), 1);
         QCOMPARE(RunList(m)->item(3)->text(), QStringLiteral("NEW:Harvested\t"));
@@ -347,7 +347,7 @@ private slots:
         b.questions.clear();
         b.questions.answerOpenFile(b.writeFile(QStringLiteral("invalid.lst"), "no header\r\n"));
         b.questions.answerStandingOrHarvested(RunKind::Standing);
-        MenuCommand(m, QStringLiteral("mnu_Runs_Import"))->trigger();
+        MenuCommand(m, "mnu_Runs_Import")->trigger();
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Invalid File Format.  Expecting a Marquel file with -999 header.")});
         b.questions.clear();
 
@@ -357,7 +357,7 @@ private slots:
         };
         b.questions.answerOpenFile(list);
         b.questions.answerStandingOrHarvested(RunKind::Standing);
-        MenuCommand(m, QStringLiteral("mnu_Runs_Import"))->trigger();
+        MenuCommand(m, "mnu_Runs_Import")->trigger();
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The following error occured:\nFile not found")});
         QCOMPARE(RunList(m)->count(), 4);
         QCOMPARE(b.frame->MousePointer(), 0);
@@ -369,7 +369,7 @@ private slots:
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
         b.questions.answerOpenFile(QString());
-        MenuCommand(m, QStringLiteral("MenuFileDB"))->trigger();
+        MenuCommand(m, "MenuFileDB")->trigger();
         QCOMPARE(b.questions.asked().size(), 1);
         QCOMPARE(b.questions.asked()[0].title, QStringLiteral("Sendrel - Locate Tolv Game Database"));
         QCOMPARE(RunList(m)->count(), 3);
@@ -377,9 +377,9 @@ private slots:
 
         sendrel::test::RunDatabase other{sendrel::test::RunDatabase::Db::Created};
         b.questions.answerOpenFile(other.path());
-        MenuCommand(m, QStringLiteral("MenuFileDB"))->trigger();
+        MenuCommand(m, "MenuFileDB")->trigger();
         QCOMPARE(RunList(m)->count(), 0);
-        QVERIFY(!Control<QPushButton>(m, QStringLiteral("cmdOK"))->isEnabled());
+        QVERIFY(!Control<QPushButton>(m, "cmdOK")->isEnabled());
     }
 
     // File, Options: Cancel keeps the settings; OK keeps the choices at once, in the store too.

@@ -196,7 +196,7 @@ private slots:
             clickRow(RunList(m), 0);
             clickRow(RunList(m), rowOf(RunList(m), QStringLiteral("A:Standing")));
             clickBox(m->findChild<QCheckBox *>(openBox));
-            QTest::mouseClick(Control<QPushButton>(m, QStringLiteral("cmdOK")), Qt::LeftButton);
+            QTest::mouseClick(Control<QPushButton>(m, "cmdOK"), Qt::LeftButton);
             QCOMPARE(reportWindows(*b.frame).size(), 1);
         }
         if (message.startsWith(QLatin1String("Delete run")))
@@ -217,7 +217,7 @@ private slots:
                 afterDelete = rowTexts(list);
             QTest::mouseClick(d->findChild<QPushButton *>(QStringLiteral("cmdCancel")), Qt::LeftButton);
         });
-        MenuCommand(m, QStringLiteral("mnu_Runs_Delete"))->trigger();
+        MenuCommand(m, "mnu_Runs_Delete")->trigger();
         QCOMPARE(shown, before);
         QCOMPARE(b.questions.messageTexts(), QStringList{message});
         QCOMPARE(afterDelete, left);
@@ -245,7 +245,7 @@ private slots:
             HelpWindow()->close();
             QTimer::singleShot(0, w, [w] { static_cast<QDialog *>(w)->reject(); });
         });
-        MenuCommand(m, QStringLiteral("mnu_Runs_Delete"))->trigger();
+        MenuCommand(m, "mnu_Runs_Delete")->trigger();
         QCOMPARE(pages, (QStringList{QStringLiteral("delete.html"), QStringLiteral("delete.html")}));
     }
 
@@ -266,7 +266,7 @@ private slots:
             stayed = d->isVisible();
             d->reject();
         });
-        MenuCommand(m, QStringLiteral("mnu_Runs_Delete"))->trigger();
+        MenuCommand(m, "mnu_Runs_Delete")->trigger();
         QVERIFY(stayed);
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The following error occured:\nlocked")});
         QCOMPARE(b.frame->MousePointer(), 0);

@@ -37,7 +37,7 @@ private slots:
     {
         GuiBench b;
         frmMarquel *m = start(b);
-        QTest::mouseClick(Control<QPushButton>(m, QStringLiteral("cmdSummary")), Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(m, "cmdSummary"), Qt::LeftButton);
         auto *w = b.frame->findChild<frmStandSummary *>();
         QVERIFY(w && w->isVisible());
         QCOMPARE(w->windowTitle(), QStringLiteral("Stand Summary: CLIRPT (Standing)"));
@@ -55,7 +55,7 @@ private slots:
 
         // Without a selected run the browser says so.
         clickRow(RunList(m), 1);
-        QTest::mouseClick(Control<QPushButton>(m, QStringLiteral("cmdSummary")), Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(m, "cmdSummary"), Qt::LeftButton);
         QCOMPARE(b.questions.messageTexts().last(), QStringLiteral("No run selected"));
         QVERIFY(QFile::exists(QStringLiteral(SENDREL_SOURCE_DIR "/install/Help/%1.html").arg(w->HelpContextID)));
     }
@@ -103,7 +103,7 @@ private slots:
         window->UpdateHeaderList();
         const QString path = db.filePath(QStringLiteral("stand.csv"));
         db.questions.answerSaveFile(path);
-        QTest::mouseClick(Control<QPushButton>(window, QStringLiteral("cmdExport")), Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(window, "cmdExport"), Qt::LeftButton);
         QCOMPARE(db.questions.asked().last().title, QStringLiteral("Export Stand Table"));
         QVERIFY2(db.questions.asked().last().text.endsWith(QStringLiteral("|CLIRPT_Standing_Stand.xlsx")), qPrintable(db.questions.asked().last().text));
         // The years selected, the first of the list after loading.
