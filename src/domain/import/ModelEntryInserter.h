@@ -37,6 +37,7 @@ public:
     // Writes the rows that wait.
     void flush();
 
+    clsDBEngine &engine() const { return m_engine; }
     // The sums of the rows written so far, by cycle and species, for the run's kept sums.
     const CycleSumsBuilder &sums() const { return m_sums; }
 
