@@ -86,6 +86,12 @@ int main(int argc, char *argv[])
         if (summary.rows.size() != kCycles || !summary.hasHarvest)
             qFatal("summary of %d rows", static_cast<int>(summary.rows.size()));
     });
+    // The summation method reads every record of both lists, where the rest reads the kept sums.
+    if (only != QLatin1String("export"))
+        measure("stand summary by the summation SDI, 20 cycles, standing and harvested", [&] {
+        if (!ReadStandSummary(db, run, SdiMethod::Summation).rows.first().summedSdi.before)
+            qFatal("no summed SDI");
+    });
 
     ClassLayout layout;
     if (!layout.SetClasses(u"2", u"2.5", u"30").passed())

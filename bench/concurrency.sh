@@ -69,7 +69,8 @@ run() {
 }
 # The slowest wall time and the largest peak memory of the named processes.
 slowest() { cat "$@" | awk '$1 !~ /^[0-9.]+$/ { next } $1 > t { t = $1 } $2 > m { m = $2 } END { printf "slowest %.2f s, peak RSS %d MB", t, m / 1024 }'; }
-rows() { sqlite3 "$db" "SELECT count(*) FROM $1 WHERE Run_Id = '$2' AND Standing_Harvested = 'S'"; }
+# The shell of SQLite waits for no lock of its own; a reader here must wait as the program does.
+rows() { sqlite3 -cmd ".timeout 10000" "$db" "SELECT count(*) FROM $1 WHERE Run_Id = '$2' AND Standing_Harvested = 'S'"; }
 
 echo "sendrel-cli concurrency, $(nproc) cores, load average $(load) at the start"
 "$cli" --db "$db" init

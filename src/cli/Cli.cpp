@@ -33,8 +33,8 @@ QString toolHelp(const std::vector<std::unique_ptr<Command>> &commands)
                                                 "  --db PATH        the run database (default: the Data folder of the settings)\n"
                                                 "  --wait SECONDS   how long to wait for a database another program is writing (default 10)\n"
                                                 "  --units metric|imperial\n"
-                                                "                   units of the summary and of csv, xlsx and json tables (default: the settings', "
-                                                "metric); report files are always metric\n"
+                                                "                   units of the summary, the comparison (tables and charts) and of csv, xlsx and json "
+                                                "tables (default: the settings', metric); report files are always metric\n"
                                                 "  -h, --help       this help; after a command, that command's help\n\nCommands:\n");
     for (const auto &c : commands)
         text += QStringLiteral("  %1%2\n").arg(c->name().leftJustified(22), c->summary());

@@ -21,7 +21,7 @@ public:
     QString synopsis() const override
     {
         return QStringLiteral("RUN RUN [RUN...] [--base RUN] [--table summary|stand|stock] [--year Y] [--classes S,W,N] "
-                              "[--format txt|csv|xlsx|json] [-o FILE|-]");
+                              "[--format txt|csv|xlsx|json] [--definitions] [-o FILE|-]");
     }
     QString summary() const override
     {
@@ -40,6 +40,7 @@ public:
                                    QStringLiteral("START,WIDTH,COUNT")),
                 QCommandLineOption(QStringLiteral("format"), QStringLiteral("txt (default, fixed columns), csv, xlsx or json."),
                                    QStringLiteral("FORMAT")),
+                DefinitionsOption(),
                 QCommandLineOption(QStringLiteral("o"), QStringLiteral("Where the comparison goes: a file, or - for stdout."),
                                    QStringLiteral("FILE"))};
     }
@@ -69,20 +70,21 @@ public:
         const QString output = parser.value(QStringLiteral("o"));
         if (parser.isSet(QStringLiteral("o")) && output.isEmpty())
             throw CliUsageFault{QStringLiteral("-o needs a file, or - for the standard output")};
+        const bool definitions = DefinitionsAsked(parser, format);
 
         CliSession session(ctx);
         ClassLayout layout;
         if (!summaryTable)
             LayoutFromFlagsOrSettings(parser, session.tm.settings, layout);
         session.open();
-        const Comparison comparison = ReadComparison(session.tm.db, runs, base);
+        const Comparison comparison = ReadComparison(session.tm.db, runs, base, session.units());
         const TableDocument document = summaryTable ? SummaryComparisonDocument(comparison)
                                                     : DifferenceTableDocument(session.tm.db, comparison, layout,
                                                                               static_cast<qint32>(year.first()), table == 1);
         const QString stem = SafeFileStem(comparison.runIds().join(QLatin1Char('_'))) + QStringLiteral("_Compare")
                              + (summaryTable ? QString() : QLatin1Char('_') + kTables.at(table) + QString::number(year.first()));
         const QString defaultPath = QDir(session.tm.ReportFolder()).filePath(stem + TableFileSuffix(format));
-        WriteTableOutput(ctx, format, output, defaultPath, document);
+        WriteTableOutput(ctx, format, output, defaultPath, document, definitions);
         return CliOk;
     }
 };
@@ -123,7 +125,7 @@ int RunCompareChart(CliContext &ctx, const QCommandLineParser &parser, const QSt
 
     CliSession session(ctx);
     session.open();
-    const Comparison comparison = ReadComparison(session.tm.db, runs, base);
+    const Comparison comparison = ReadComparison(session.tm.db, runs, base, session.units());
     const double maxSdi = session.tm.settings.MaxSDI;
     QList<ChartData> pages;
     QStringList names;

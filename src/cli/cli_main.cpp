@@ -16,10 +16,12 @@ namespace {
 bool drawsChart(int argc, char *argv[])
 {
     for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--db") == 0 || std::strcmp(argv[i], "--wait") == 0) {
+        if (std::strcmp(argv[i], "--db") == 0 || std::strcmp(argv[i], "--wait") == 0 || std::strcmp(argv[i], "--units") == 0) {
             ++i;
             continue;
         }
+        if (std::strncmp(argv[i], "--", 2) == 0)
+            continue;   // a global option with its value joined: --units=imperial
         return std::strcmp(argv[i], "chart") == 0;
     }
     return false;

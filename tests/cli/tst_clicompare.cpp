@@ -4,6 +4,7 @@
 #include "support/CliRun.h"
 #include "support/CompareRuns.h"
 #include "support/RunDatabase.h"
+#include "support/TableReadBack.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -92,6 +93,33 @@ private slots:
         const CliRun file = tool({QStringLiteral("compare"), QStringLiteral("GROW"), QStringLiteral("THIN"), QStringLiteral("--format"), QStringLiteral("csv")});
         QCOMPARE(file.code, 0);
         QVERIFY2(file.out.trimmed().endsWith(QStringLiteral("GROW_THIN_Compare.csv")) && QFile::exists(file.out.trimmed()), qPrintable(file.out));
+    }
+
+    // --units imperial reaches compare and chart compare; --definitions puts a CSV file's beside it:
+    // each column and statistic with its unit and formula, the file, both lists of a Run Id.
+    void imperial()
+    {
+        const QString csv = m_db->filePath(QStringLiteral("imperial.csv"));
+        QCOMPARE(tool({"--units", "imperial", "compare", "GROW", "THIN", "--format", "csv", "--definitions", "-o", csv}).code, 0);
+        // 2010: GROW 100 stems/ha before harvest, THIN 150, as trees/acre.
+        QVERIFY(ReadWholeFile(csv).contains("\nBefore harvest SPH (trees/acre),2010,40.46856422,60.70284634,20.23428211,50\r\n"));
+        QMap<QString, QString> defined;   // "Section|Name|Unit": definition
+        for (const QList<QVariant> &row : ReadCsv(ReadWholeFile(m_db->filePath(QStringLiteral("imperial.definitions.csv")))).rows)
+            defined.insert(row.at(0).toString() + QLatin1Char('|') + row.at(1).toString() + QLatin1Char('|') + row.at(2).toString(), row.at(3).toString());
+        const std::pair<const char *, const char *> rows[] = {
+            {"Column|GROW|", "Run GROW's value"},
+            {"Column|THIN % of GROW|%", "\"n/a\" where the base is 0"},
+            {"Statistic|Total yield GTV|cu.ft/acre", "plus the cumulative removals"},
+            {"Statistic|Cumulative removals NMV|cu.ft/acre", "Converted from the stored cu.m/ha to cu.ft/acre"},
+            {"Statistic|Before harvest SDI|trees/acre", "reference diameter 10 in"},
+            {"File|Units|", "imperial: trees/acre"},
+            {"File|SDI method|", "Reineke's formula"},
+            {"File|Made|", "2023-11-14T22:13:20Z"},
+            {"Run|THIN:Harvested|", "Imported 2023-11-14 22:13:20. THIN treatment"}};
+        for (const auto &[row, words] : rows)
+            QVERIFY2(defined.value(QLatin1String(row)).contains(QLatin1String(words)), row);
+        QCOMPARE(tool({"--units", "imperial", "chart", "compare", "GROW", "THIN", "--density", "-o", "d.png"}).code, 0);
+        QCOMPARE(m_written.last().second.first().ChartBottomTitle(), QStringLiteral("QMD (in)"));
     }
 
     // A PDF without --statistic: each statistic, then the density diagram; PNG files one each.

@@ -45,15 +45,17 @@ template <bool Yield, bool Net> Value accumulated(const ComparedRun &run, qint32
     return v;
 }
 
-template <std::size_t... Column> void addSummaryMeasures(QList<CompareMeasure> &measures, std::index_sequence<Column...>)
+template <std::size_t... Column>
+void addSummaryMeasures(QList<CompareMeasure> &measures, UnitSystem units, std::index_sequence<Column...>)
 {
-    const QList<SummaryColumn> columns = StandSummaryColumns(RunKind::Standing);
+    // The comparison's SDI is Reineke's, as the kept sums give it.
+    const QList<SummaryColumn> columns = StandSummaryColumns(RunKind::Standing, units, SdiMethod::Reineke);
     const auto add = [&](std::size_t c, Value (*value)(const ComparedRun &, qint32)) {
         if (c >= static_cast<std::size_t>(columns.size()))
             return;
         const SummaryColumn &s = columns.at(static_cast<qsizetype>(c));
         if (s.group == QLatin1String("Before") || s.group == QLatin1String("Removed") || s.group == QLatin1String("After"))
-            measures.append({s.key, SummaryGroupTitle(s.group), s.name, s.unit, s.decimals, value});
+            measures.append({s.key, SummaryGroupTitle(s.group), s.name, s.unit, s.decimals, value, s.quantity, units, s.definition});
     };
     (add(Column, &summaryCell<static_cast<int>(Column)>), ...);
 }
@@ -61,17 +63,33 @@ template <std::size_t... Column> void addSummaryMeasures(QList<CompareMeasure> &
 // Enough for every column of a standing run's summary; those beyond it are skipped.
 constexpr std::size_t kSummaryColumnsAtMost = 32;
 
-QList<CompareMeasure> makeMeasures()
+QList<CompareMeasure> makeMeasures(UnitSystem units)
 {
     QList<CompareMeasure> measures;
-    addSummaryMeasures(measures, std::make_index_sequence<kSummaryColumnsAtMost>());
-    const QString volume = QStringLiteral("cu.m/ha");
-    measures.append({QStringLiteral("cumulative_gtv"), QStringLiteral("Cumulative removals"), QStringLiteral("GTV"), volume, 1,
-                     &accumulated<false, false>});
-    measures.append({QStringLiteral("cumulative_nmv"), QStringLiteral("Cumulative removals"), QStringLiteral("NMV"), volume, 1,
-                     &accumulated<false, true>});
-    measures.append({QStringLiteral("yield_gtv"), QStringLiteral("Total yield"), QStringLiteral("GTV"), volume, 1, &accumulated<true, false>});
-    measures.append({QStringLiteral("yield_nmv"), QStringLiteral("Total yield"), QStringLiteral("NMV"), volume, 1, &accumulated<true, true>});
+    addSummaryMeasures(measures, units, std::make_index_sequence<kSummaryColumnsAtMost>());
+    const Quantity volume = Quantity::VolumePerArea;
+    const QString unit = UnitLabel(volume, units);
+    const QString conversion = ConversionWords(volume, units);
+    const QString gtv = QStringLiteral("gross total volume per hectare (Total_Volume x Trees_per_ha)");
+    const QString nmv = QStringLiteral("net merchantable volume per hectare (gross merchantable less the deductions for decay, waste and breakage)");
+    const QString converted = conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion;
+    const auto cumulative = [&](const QString &what) {
+        return QStringLiteral("Cumulative removals of %1: the sum of the removals (the harvested list's trees of the calendar year) of "
+                              "every year of the run up to and with this one; 0 for a run without a harvested list.")
+                   .arg(what)
+               + converted;
+    };
+    const auto yield = [&](const QString &what) {
+        return QStringLiteral("Total yield of %1: the stand after harvest in the year plus the cumulative removals up to and with the year.")
+                   .arg(what)
+               + converted;
+    };
+    const QString removals = QStringLiteral("Cumulative removals");
+    const QString total = QStringLiteral("Total yield");
+    measures.append({QStringLiteral("cumulative_gtv"), removals, QStringLiteral("GTV"), unit, 1, &accumulated<false, false>, volume, units, cumulative(gtv)});
+    measures.append({QStringLiteral("cumulative_nmv"), removals, QStringLiteral("NMV"), unit, 1, &accumulated<false, true>, volume, units, cumulative(nmv)});
+    measures.append({QStringLiteral("yield_gtv"), total, QStringLiteral("GTV"), unit, 1, &accumulated<true, false>, volume, units, yield(gtv)});
+    measures.append({QStringLiteral("yield_nmv"), total, QStringLiteral("NMV"), unit, 1, &accumulated<true, true>, volume, units, yield(nmv)});
     return measures;
 }
 
@@ -88,7 +106,7 @@ StandSums &operator+=(StandSums &a, const StandSums &b)
 ComparedRun compared(RunStore &db, const RunKey &run, const QString &description)
 {
     const StandSummary summary = ReadStandSummary(db, run);
-    ComparedRun c{run, description, {}, {}};
+    ComparedRun c{run, description, summary.sources, {}, {}};
     for (StandSummaryRow row : summary.rows) {
         if (c.byYear.contains(row.year))
             continue;   // a second cycle of a year: its removals and after-harvest stand are the year's, already there
@@ -111,6 +129,12 @@ QString CompareMeasure::title() const
     return group + QLatin1Char(' ') + name;
 }
 
+std::optional<double> CompareMeasure::shown(const ComparedRun &run, qint32 year) const
+{
+    const Value v = value(run, year);
+    return v ? Value(ToUnits(*v, quantity, units)) : Value();
+}
+
 QStringList Comparison::runIds() const
 {
     QStringList ids;
@@ -119,13 +143,14 @@ QStringList Comparison::runIds() const
     return ids;
 }
 
-const QList<CompareMeasure> &CompareMeasures()
+const QList<CompareMeasure> &CompareMeasures(UnitSystem units)
 {
-    static const QList<CompareMeasure> measures = makeMeasures();
-    return measures;
+    static const QList<CompareMeasure> metric = makeMeasures(UnitSystem::Metric);
+    static const QList<CompareMeasure> imperial = makeMeasures(UnitSystem::Imperial);
+    return units == UnitSystem::Imperial ? imperial : metric;
 }
 
-Comparison ReadComparison(RunStore &db, const QStringList &runIds, const QString &base)
+Comparison ReadComparison(RunStore &db, const QStringList &runIds, const QString &base, UnitSystem units)
 {
     if (runIds.size() < kFewestComparedRuns || runIds.size() > kMostComparedRuns)
         throw refused(QStringLiteral("A comparison takes %1 to %2 runs, not %3.").arg(kFewestComparedRuns).arg(kMostComparedRuns).arg(runIds.size()));
@@ -142,6 +167,7 @@ Comparison ReadComparison(RunStore &db, const QStringList &runIds, const QString
         throw refused(QStringLiteral("The base %1 is not one of the runs compared.").arg(base));
 
     Comparison comparison;
+    comparison.units = units;
     for (const QString &id : runIds) {
         const RunKey asGiven{id, RunKind::Standing};
         const QString stored = db.storedRunId(asGiven);
@@ -182,14 +208,18 @@ Comparison WithBase(Comparison comparison, int base)
 CompareCell CompareValue(const Comparison &comparison, const CompareMeasure &measure, int run, qint32 year)
 {
     CompareCell cell;
-    cell.value = measure.value(comparison.runs.at(run), year);
+    // Worked out from the stored values, then shown in the measure's units: a percentage has none.
+    const Value value = measure.value(comparison.runs.at(run), year);
     const Value base = measure.value(comparison.baseRun(), year);
-    if (!cell.value || !base)
+    if (value)
+        cell.value = ToUnits(*value, measure.quantity, measure.units);
+    if (!value || !base)
         return cell;
-    cell.difference = *cell.value - *base;
+    const double difference = *value - *base;
+    cell.difference = ToUnits(difference, measure.quantity, measure.units);
     cell.baseIsZero = *base == 0;
     if (!cell.baseIsZero)
-        cell.percent = 100.0 * *cell.difference / *base;
+        cell.percent = 100.0 * difference / *base;
     return cell;
 }
 

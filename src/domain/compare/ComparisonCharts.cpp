@@ -16,9 +16,9 @@ constexpr double kRunWidth = 2.0;
 constexpr double kReferenceWidth = 1.0;
 constexpr qint16 kReferenceColour = 0;
 
-const CompareMeasure *measureOf(const QString &key)
+const CompareMeasure *measureOf(const QString &key, UnitSystem units)
 {
-    for (const CompareMeasure &m : CompareMeasures()) {
+    for (const CompareMeasure &m : CompareMeasures(units)) {
         if (m.key == key)
             return &m;
     }
@@ -106,6 +106,11 @@ const QList<CompareStatistic> &CompareStatistics()
     return statistics;
 }
 
+QString CompareStatistic::titleIn(UnitSystem units) const
+{
+    return units == UnitSystem::Imperial && name == QLatin1String("sph") ? QStringLiteral("Trees per acre") : title;
+}
+
 int CompareStatisticIndex(const QString &name)
 {
     const QList<CompareStatistic> &all = CompareStatistics();
@@ -119,9 +124,9 @@ int CompareStatisticIndex(const QString &name)
 ChartData CompareChart(const Comparison &comparison, int statistic, bool difference)
 {
     const CompareStatistic &s = CompareStatistics().at(statistic);
-    QList<const CompareMeasure *> parts{measureOf(s.before)};
+    QList<const CompareMeasure *> parts{measureOf(s.before, comparison.units)};
     if (!s.after.isEmpty())
-        parts.append(measureOf(s.after));
+        parts.append(measureOf(s.after, comparison.units));
     ChartData chart;
     chart.setKind(ChartData::Kind::TimeLines);
     chart.ChartSeriesCount(static_cast<qint16>(comparison.runs.size()));
@@ -151,7 +156,7 @@ ChartData CompareChart(const Comparison &comparison, int statistic, bool differe
     }
     setAxes(chart, comparison.years.first(), comparison.years.last(), lowest, highest);
     const CompareMeasure &first = *parts.first();
-    chart.ChartTopTitle((difference ? QStringLiteral("Difference from %1: ").arg(comparison.baseRun().run.runId) : QString()) + s.title
+    chart.ChartTopTitle((difference ? QStringLiteral("Difference from %1: ").arg(comparison.baseRun().run.runId) : QString()) + s.titleIn(comparison.units)
                         + (parts.size() > 1 ? QStringLiteral(", before and after harvest") : QString()));
     chart.ChartLeftTitle(first.name + QStringLiteral(" (") + first.unit + QLatin1Char(')'));
     chart.ChartBottomTitle(QStringLiteral("Year"));
@@ -161,8 +166,13 @@ ChartData CompareChart(const Comparison &comparison, int statistic, bool differe
 
 ChartData DensityDiagram(const Comparison &comparison, double maxSdi)
 {
-    const CompareMeasure *sph[] = {measureOf(QStringLiteral("before_sph")), measureOf(QStringLiteral("after_sph"))};
-    const CompareMeasure *qmd[] = {measureOf(QStringLiteral("before_qmd")), measureOf(QStringLiteral("after_qmd"))};
+    const UnitSystem units = comparison.units;
+    const CompareMeasure *sph[] = {measureOf(QStringLiteral("before_sph"), units), measureOf(QStringLiteral("after_sph"), units)};
+    const CompareMeasure *qmd[] = {measureOf(QStringLiteral("before_qmd"), units), measureOf(QStringLiteral("after_qmd"), units)};
+    // Stems and diameters as shown, and the maximum and the reference diameter with them: the
+    // lines keep their slope, and at the reference diameter a line's stems are still its SDI.
+    const double maximum = ToUnits(maxSdi, Quantity::StemsPerArea, units);
+    const double reference = ToUnits(kReinekeReferenceDiameter, Quantity::Diameter, units);
     ChartData chart;
     chart.setKind(ChartData::Kind::TimeLines);
     chart.ChartLogAxes(true);
@@ -177,8 +187,8 @@ ChartData DensityDiagram(const Comparison &comparison, double maxSdi)
         QVector<double> xs, values;
         for (const qint32 year : comparison.years) {
             for (int part = 0; part < 2; ++part) {
-                const std::optional<double> n = sph[part]->value(run, year);
-                const std::optional<double> d = qmd[part]->value(run, year);
+                const std::optional<double> n = sph[part]->shown(run, year);
+                const std::optional<double> d = qmd[part]->shown(run, year);
                 // No point without stems; a harvest that took nothing draws no step.
                 if (!n || !d || *n <= 0 || (part == 1 && !xs.isEmpty() && xs.last() == *d && values.last() == *n))
                     continue;
@@ -204,8 +214,8 @@ ChartData DensityDiagram(const Comparison &comparison, double maxSdi)
     xHigh = logBound(xHigh, true);
     // Reineke's lines over the diameters of the axis: stems = fraction * max * (QMD / 25.4) ^ -1.605,
     // straight on log axes. The axis of stems takes in the lines where they cross the diameters.
-    const auto reineke = [maxSdi](double fraction, double d) {
-        return fraction * maxSdi * std::pow(d / kReinekeReferenceDiameter, -kReinekeSlope);
+    const auto reineke = [maximum, reference](double fraction, double d) {
+        return fraction * maximum * std::pow(d / reference, -kReinekeSlope);
     };
     yLow = std::min(yLow, reineke(kReinekeLineFractions[0], xHigh));
     yHigh = std::max(yHigh, reineke(kReinekeLineFractions[lines - 1], xLow));
@@ -217,15 +227,17 @@ ChartData DensityDiagram(const Comparison &comparison, double maxSdi)
         chart.ChartSeriesPath(series, {xLow, xHigh}, {reineke(f, xLow), reineke(f, xHigh)});
         chart.ChartSeriesLine(series, kReferenceWidth, false);
         chart.ChartSeriesColour(series, kReferenceColour);
-        chart.ChartSeriesLegend(series, QStringLiteral("SDI %1 (%2% of %3)").arg(number(f * maxSdi), number(f * 100), number(maxSdi)));
+        chart.ChartSeriesLegend(series, QStringLiteral("SDI %1 (%2% of %3)").arg(number(f * maximum), number(f * 100), number(maximum)));
     }
     chart.ChartXAxisMin(xLow);
     chart.ChartXAxisMax(xHigh);
     chart.ChartYAxisMin(yLow);
     chart.ChartYAxisMax(yHigh);
-    chart.ChartTopTitle(QStringLiteral("Density diagram: stems per hectare against QMD, maximum SDI %1").arg(number(maxSdi)));
-    chart.ChartLeftTitle(QStringLiteral("SPH (stems/ha)"));
-    chart.ChartBottomTitle(QStringLiteral("QMD (cm)"));
+    chart.ChartTopTitle(QStringLiteral("Density diagram: %1 against QMD, maximum SDI %2")
+                            .arg(units == UnitSystem::Imperial ? QStringLiteral("trees per acre") : QStringLiteral("stems per hectare"),
+                                 number(maximum)));
+    chart.ChartLeftTitle(QStringLiteral("SPH (%1)").arg(sph[0]->unit));
+    chart.ChartBottomTitle(QStringLiteral("QMD (%1)").arg(qmd[0]->unit));
     chart.ChartGrid(3);
     return chart;
 }

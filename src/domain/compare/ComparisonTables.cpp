@@ -3,6 +3,8 @@
 #include "base/SendrelError.h"
 #include "domain/standstock/ClassLayout.h"
 #include "domain/standstock/StandStockData.h"
+#include "domain/summary/StandSummaryTable.h"
+#include "domain/table/TableFile.h"
 #include "store/RunStore.h"
 
 #include <QMap>
@@ -33,8 +35,11 @@ TableDocument documentOf(const Comparison &comparison, const QString &title)
     TableDocument document;
     document.title = title;
     document.made = TableMadeNow();
-    for (const ComparedRun &r : comparison.runs)
-        document.runs.append({r.run.runId, r.run.word(), r.description, QString()});
+    document.units = UnitSystemName(comparison.units);
+    for (const ComparedRun &r : comparison.runs) {
+        for (const RunInfo &source : r.sources)
+            document.runs.append(TableSourceOf(source));
+    }
     return document;
 }
 
@@ -44,7 +49,8 @@ struct YearCells {
     QMap<qint64, QList<double>> bySpecies;   // a value per class
 };
 
-YearCells yearCells(RunStore &db, const ComparedRun &run, const ClassLayout &layout, StandStockData &data, qint32 year, bool density)
+YearCells yearCells(RunStore &db, const ComparedRun &run, const ClassLayout &layout, StandStockData &data, qint32 year, bool density,
+                    UnitSystem units)
 {
     YearCells cells;
     const auto row = run.byYear.constFind(year);
@@ -57,7 +63,7 @@ YearCells yearCells(RunStore &db, const ComparedRun &run, const ClassLayout &lay
         QList<double> &values = cells.bySpecies[code];
         for (int i = 0; i < layout.ClassCount(); ++i) {
             const ReportEntryType &e = data.ReportEntry(i, code);
-            values.append(density ? e.Density : e.MerchVol);
+            values.append(density ? ToUnits(e.Density, Quantity::StemsPerArea, units) : ToUnits(e.MerchVol, Quantity::VolumePerArea, units));
         }
     }
     return cells;
@@ -107,10 +113,13 @@ DataTable SummaryComparisonTable(const Comparison &comparison, const CompareMeas
     table.columns.append(yearColumn());
     const int n = static_cast<int>(comparison.runs.size());
     const QString base = comparison.baseRun().run.runId;
+    // The columns are runs; what they measure is the table's statistic, defined once by its name.
     for (int r = 0; r < n; ++r) {
         const QString id = comparison.runs[r].run.runId;
         TableColumn column = MakeTableColumn(QStringLiteral("value:") + id, id, measure.unit, measure.decimals,
-                                             QStringLiteral("%1 of run %2.").arg(measure.title(), id));
+                                             QStringLiteral("Run %1's value of the table's statistic, in its unit; blank where the run "
+                                                            "has no cycle in the year.")
+                                                 .arg(id));
         column.group = QStringLiteral("Values");
         table.columns.append(column);
     }
@@ -118,7 +127,9 @@ DataTable SummaryComparisonTable(const Comparison &comparison, const CompareMeas
         if (r != comparison.base) {
             TableColumn column = MakeTableColumn(QStringLiteral("difference:") + comparison.runs[r].run.runId, differenceHeading(comparison, r),
                                                  measure.unit, measure.decimals,
-                                                 QStringLiteral("The run's value less the base's (%1), where both have the year.").arg(base));
+                                                 QStringLiteral("Run %1's value of the table's statistic less the base %2's, in its unit, "
+                                                                "where both have the year; blank otherwise.")
+                                                     .arg(comparison.runs[r].run.runId, base));
             column.group = QStringLiteral("Run - base");
             column.label = comparison.runs[r].run.runId;
             table.columns.append(column);
@@ -128,7 +139,10 @@ DataTable SummaryComparisonTable(const Comparison &comparison, const CompareMeas
         if (r != comparison.base) {
             TableColumn column = MakeTableColumn(QStringLiteral("percent:") + comparison.runs[r].run.runId,
                                                  comparison.runs[r].run.runId + QStringLiteral(" % of ") + base, QStringLiteral("%"), 1,
-                                                 QStringLiteral("100 x (run - base) / base; \"n/a\" where the base is 0."));
+                                                 QStringLiteral("Percent difference: 100 x (run - base) / base of the table's statistic, "
+                                                                "worked out from the stored metric values, so the same in metric and "
+                                                                "imperial units; \"n/a\" where the base is 0, blank where either run "
+                                                                "lacks the year."));
             column.group = QStringLiteral("Percent difference");
             column.label = comparison.runs[r].run.runId;
             table.columns.append(column);
@@ -152,8 +166,11 @@ DataTable SummaryComparisonTable(const Comparison &comparison, const CompareMeas
 TableDocument SummaryComparisonDocument(const Comparison &comparison)
 {
     TableDocument document = documentOf(comparison, QStringLiteral("Comparison: ") + comparison.runIds().join(QStringLiteral(", ")));
-    for (const CompareMeasure &m : CompareMeasures())
+    for (const CompareMeasure &m : CompareMeasures(comparison.units)) {
         document.tables.append(SummaryComparisonTable(comparison, m));
+        document.statistics.append(MakeTableColumn(m.key, m.title(), m.unit, m.decimals, m.definition));
+    }
+    document.facts.append({QStringLiteral("SDI method"), SdiMethodDescription(SdiMethod::Reineke, comparison.units)});
     document.single = JoinedTable(document);
     return document;
 }
@@ -169,22 +186,33 @@ TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison
     QList<YearCells> cells;
     QMap<qint64, bool> union_;
     for (const ComparedRun &r : comparison.runs) {
-        cells.append(yearCells(db, r, layout, data, year, density));
+        cells.append(yearCells(db, r, layout, data, year, density, comparison.units));
         for (auto s = cells.last().bySpecies.keyBegin(); s != cells.last().bySpecies.keyEnd(); ++s)
             union_.insert(*s, true);
     }
     const QList<qint64> species = union_.keys();
-    const QString unit = density ? QStringLiteral("stems/ha") : QStringLiteral("cu.m/ha");
+    const Quantity quantity = density ? Quantity::StemsPerArea : Quantity::VolumePerArea;
+    const QString unit = UnitLabel(quantity, comparison.units);
+    const QString conversion = ConversionWords(quantity, comparison.units);
     const int decimals = density ? 0 : 1;
-    QList<TableColumn> columns{MakeTableColumn(QStringLiteral("dbh_class"), QStringLiteral("DBH class"), QStringLiteral("cm"), -1,
-                                               QStringLiteral("The class midpoint; the last class by its lower limit, holding every larger tree."))};
-    for (qint64 code : species) {
-        const QString str = db.SpeciesStrCode(code);
-        columns.append(MakeTableColumn(str.toLower(), str, unit, decimals,
-                                       density ? QStringLiteral("Stems per hectare of the species in the class.")
-                                               : QStringLiteral("Gross total volume per hectare of the species in the class.")));
-    }
-    columns.append(MakeTableColumn(QStringLiteral("total"), QStringLiteral("Total"), unit, decimals, QStringLiteral("The sum of the species.")));
+    // The same columns for the runs' tables and, defined as run less base, for the differences.
+    const auto columnsOf = [&](const QString &ofRuns) {
+        const QString suffix = ofRuns + (conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion);
+        QList<TableColumn> columns{MakeTableColumn(QStringLiteral("dbh_class"), QStringLiteral("DBH class"), QStringLiteral("cm"), -1,
+                                                   QStringLiteral("The class midpoint, in the units the class layout was given in; the last class by "
+                                                                  "its lower limit, holding every larger tree."))};
+        for (qint64 code : species) {
+            const QString str = db.SpeciesStrCode(code);
+            columns.append(MakeTableColumn(str.toLower(), str, unit, decimals,
+                                           (density ? QStringLiteral("Stems per hectare of the species in the class")
+                                                    : QStringLiteral("Gross total volume per hectare of the species in the class"))
+                                               + suffix));
+        }
+        columns.append(MakeTableColumn(QStringLiteral("total"), QStringLiteral("Total"), unit, decimals, QStringLiteral("The sum of the species") + suffix));
+        return columns;
+    };
+    const QList<TableColumn> columns = columnsOf(QStringLiteral("."));
+    const QList<TableColumn> differenceColumns = columnsOf(QStringLiteral(", the run's less the base %1's.").arg(comparison.baseRun().run.runId));
     // The labels of the classes as the aggregation just wrote them into every species' cells.
     QStringList labels;
     for (int i = 0; i < layout.ClassCount(); ++i)
@@ -211,7 +239,7 @@ TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison
             continue;
         const QString heading = differenceHeading(comparison, r);
         const bool blank = !cells[r].present || !cells[comparison.base].present;
-        DataTable t = classTable(heading, QStringLiteral("%1 %2: %3").arg(what).arg(year).arg(heading), columns, labels, species,
+        DataTable t = classTable(heading, QStringLiteral("%1 %2: %3").arg(what).arg(year).arg(heading), differenceColumns, labels, species,
                                  blank, [&](qint64 code, int i) { return valueOf(r, code, i) - valueOf(comparison.base, code, i); });
         document.tables.append(t);
     }
@@ -227,17 +255,13 @@ DataTable JoinedTable(const TableDocument &document)
     if (document.tables.isEmpty())
         return joined;
     joined.columns.append(MakeTableColumn(QStringLiteral("table"), QStringLiteral("Table"), QString(), -1, QStringLiteral("The table the row belongs to.")));
-    const bool sameUnits = std::all_of(document.tables.cbegin(), document.tables.cend(), [&](const DataTable &t) {
-        for (qsizetype c = 0; c < t.columns.size(); ++c) {
-            if (t.columns[c].unit != document.tables.first().columns.value(c).unit)
-                return false;
-        }
-        return true;
-    });
-    for (TableColumn c : document.tables.first().columns) {
-        if (!sameUnits)
-            c.unit.clear();
-        joined.columns.append(c);
+    for (qsizetype c = 0; c < document.tables.first().columns.size(); ++c) {
+        TableColumn column = document.tables.first().columns.at(c);
+        const bool sameUnit = std::all_of(document.tables.cbegin(), document.tables.cend(),
+                                          [&](const DataTable &t) { return t.columns.value(c).unit == column.unit; });
+        if (!sameUnit)
+            column.unit.clear();
+        joined.columns.append(column);
     }
     for (const DataTable &t : document.tables) {
         for (const QList<TableRow> *part : {&t.rows, &t.totals}) {

@@ -28,8 +28,9 @@ TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison
                                       bool density);
 
 // Tables of one shape as one table, for a single CSV file: a "Table" column naming each row's
-// table, then the first table's columns. Totals follow each table's rows. The units of the
-// summary comparison differ by table: the "Table" column names them, and the headings have none.
+// table, then the first table's columns. Totals follow each table's rows. Where a column's unit
+// differs by table (the summary comparison's runs) the "Table" column names it, and its heading has
+// none; a percentage keeps its "%".
 DataTable JoinedTable(const TableDocument &document);
 
 }  // namespace sendrel

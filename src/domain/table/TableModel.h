@@ -72,6 +72,9 @@ struct TableDocument {
     QList<TableSource> runs;
     QString units = QStringLiteral("metric");   // "metric" or "imperial" (UnitSystemName)
     QList<TableFact> facts;                      // methods the definitions name, in order
+    // What each table measures where its columns are runs side by side (the comparison's): the
+    // table's title as heading, its unit and formula, defined beside the columns.
+    QList<TableColumn> statistics;
     QDateTime made;                             // SOURCE_DATE_EPOCH's time when it is set
     // The one table of a CSV file when it is not the document's only table (stand and stock: the
     // years joined with Year and Cycle columns); without columns, the only table is written.

@@ -306,6 +306,8 @@ DataTable DefinitionsTable(const TableDocument &document, const QList<DataTable>
     const QString file = QStringLiteral("File");
     for (const TableColumn &c : DefinedColumns(tables))
         sheet.rows.append({column, c.heading, cell(c.unit), c.definition});
+    for (const TableColumn &c : document.statistics)
+        sheet.rows.append({QStringLiteral("Statistic"), c.heading, cell(c.unit), c.definition});
     sheet.rows.append({file, QStringLiteral("Title"), QVariant(), cell(document.title)});
     sheet.rows.append({file, QStringLiteral("Program"), QVariant(), ProgramText()});
     sheet.rows.append({file, QStringLiteral("Units"), QVariant(), cell(UnitsText(document))});
@@ -357,7 +359,9 @@ QByteArray JsonText(const TableDocument &document)
     // tables give one key different meanings, each table's columns carry their own.
     QStringList members;
     QSet<QString> keys;
-    for (const TableColumn &c : DefinedColumns(document.tables)) {
+    DataTable statistics;
+    statistics.columns = document.statistics;
+    for (const TableColumn &c : DefinedColumns(document.tables + QList<DataTable>{statistics})) {
         if (keys.contains(c.key))
             continue;
         keys.insert(c.key);

@@ -35,9 +35,9 @@ QString HtmlText(const TableDocument &document);
 QList<TableColumn> DefinedColumns(const QList<DataTable> &tables);
 
 // What a file says of itself, as a table of Section, Name, Unit and Definition: a row per defined
-// column of the tables ("Column"), then the file's title, program and version, units, methods and
-// the time it was made ("File"), then each run its numbers come from with its import date and
-// description ("Run"). The Definitions sheet of a workbook and the CSV sidecar hold it.
+// column of the tables ("Column") and per statistic of tables of runs ("Statistic"), then the
+// file's title, program and version, units, methods and the time it was made ("File"), then each
+// run its numbers come from with its import date and description ("Run"). The Definitions sheet of a workbook and the CSV sidecar hold it.
 DataTable DefinitionsTable(const TableDocument &document, const QList<DataTable> &tables);
 
 // "Sendrel Version 3.03.0004".

@@ -77,7 +77,8 @@ void fillGrid(QTableWidget *grid, const DataTable &table)
 
 }  // namespace
 
-frmCompare::frmCompare(TreeModel &tm, QWidget *parent) : QWidget(parent), m_tm(tm), m_printer(QPrinter::HighResolution)
+frmCompare::frmCompare(TreeModel &tm, QWidget *parent)
+    : QWidget(parent), m_tm(tm), m_units(UnitSystemOfSetting(tm.settings.Units)), m_printer(QPrinter::HighResolution)
 {
     setObjectName(QStringLiteral("frmCompare"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -140,7 +141,7 @@ frmCompare::frmCompare(TreeModel &tm, QWidget *parent) : QWidget(parent), m_tm(t
     cboChart = new QComboBox(chartTab);
     cboChart->setObjectName(QStringLiteral("cboChart"));
     for (const CompareStatistic &s : CompareStatistics())
-        cboChart->addItem(s.title);
+        cboChart->addItem(s.titleIn(m_units));
     cboChart->addItem(QStringLiteral("Density diagram"));
     cboChart->setCurrentIndex(CompareStatisticIndex(QStringLiteral("gtv")));
     chkDifference = new QCheckBox(QStringLiteral("Difference from the base"), chartTab);
@@ -258,7 +259,7 @@ void frmCompare::compare()
         lblMessage->setText(QStringLiteral("Check 2 to 8 runs to compare; %1 checked.").arg(runs.size()));
     } else {
         try {
-            m_comparison = ReadComparison(m_tm.db, runs, base);
+            m_comparison = ReadComparison(m_tm.db, runs, base, m_units);
             m_summary = SummaryComparisonDocument(*m_comparison);
             lblMessage->setText(QStringLiteral("Differences from %1, by calendar year.").arg(m_comparison->baseRun().run.runId));
         } catch (const SendrelError &e) {
@@ -358,12 +359,12 @@ void frmCompare::cmdExport_Click()
             return;
         // A workbook takes every table, a sheet each; a CSV file holds tables of one shape, so the
         // stand or stock tables go beside it under a name of their own.
-        SaveExport(everyTable(), path);
+        SaveExport(everyTable(), path, m_tm.settings.CsvDefinitions);
         if (ExportFormatOf(path) == TableFormat::Csv && !m_difference.tables.isEmpty()) {
             const QFileInfo info(path);
             const QString table = (optStand->isChecked() ? QStringLiteral("Stand") : QStringLiteral("Stock")) + cboYear->currentText();
-            SaveTableFile(m_difference, TableFormat::Csv, info.path() + QLatin1Char('/') + info.completeBaseName() + QLatin1Char('-') + table
-                                                                     + QStringLiteral(".csv"));
+            SaveExport(m_difference, info.path() + QLatin1Char('/') + info.completeBaseName() + QLatin1Char('-') + table + QStringLiteral(".csv"),
+                       m_tm.settings.CsvDefinitions);
         }
         ShowExportedPath(this, path);
     });

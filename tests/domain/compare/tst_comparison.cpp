@@ -28,8 +28,9 @@ const DataTable &tableNamed(const TableDocument &document, const QString &name)
     qFatal("no table %s", qPrintable(name));
 }
 
-// Cells equal: blanks and texts exactly, numbers to the last few bits. A NaN is never equal.
-bool sameRow(const TableRow &got, const TableRow &expected)
+// Cells equal: blanks and texts exactly, numbers to the last few bits (or to the tolerance of
+// numbers worked out by hand). A NaN is never equal.
+bool sameRow(const TableRow &got, const TableRow &expected, double tolerance = 1e-12)
 {
     if (got.size() != expected.size())
         return false;
@@ -38,7 +39,7 @@ bool sameRow(const TableRow &got, const TableRow &expected)
         if (e.isNull() != g.isNull() || (e.typeId() == QMetaType::QString && g != e))
             return false;
         if (!e.isNull() && e.typeId() != QMetaType::QString
-            && !(std::fabs(g.toDouble() - e.toDouble()) <= 1e-12 * std::max(1.0, std::fabs(e.toDouble()))))
+            && !(std::fabs(g.toDouble() - e.toDouble()) <= tolerance * std::max(1.0, std::fabs(e.toDouble()))))
             return false;
     }
     return true;
@@ -116,6 +117,55 @@ private slots:
         QCOMPARE(t.rows.size(), 4);
         const TableRow &got = t.rows.at(row);
         QVERIFY2(sameRow(got, expected), qPrintable(shown(got) + QStringLiteral(" != ") + shown(expected)));
+    }
+
+    // The same runs in imperial units, worked out by hand (1 stem/ha = 1 / 2.471053814671653 =
+    // 0.40468564224 trees/acre, 1 cu.m/ha = 35.314666721 / 2.471053814671653 = 14.291338583
+    // cu.ft/acre, 1 cm = 1 / 2.54 in); every value and difference back to metric within 1e-9, every
+    // percent difference and "n/a" the metric one, bit for bit.
+    void imperial()
+    {
+        const QStringList runs{QStringLiteral("GROW"), QStringLiteral("THIN")};
+        const TableDocument metric = SummaryComparisonDocument(compare(runs));
+        const TableDocument imperial = SummaryComparisonDocument(ReadComparison(m_db->db, runs, QString(), UnitSystem::Imperial));
+        const struct {
+            const char *table, *unit;
+            TableRow row2010;
+        } hand[] = {{"Before harvest GTV", "cu.ft/acre", {2010, 1429.1338583, 1500.5905512, 71.456692913, 5.0}},
+                    {"Before harvest QMD", "in", {2010, 30 / 2.54, std::sqrt(95000.0 / 150) / 2.54, (std::sqrt(95000.0 / 150) - 30) / 2.54,
+                                                  (std::sqrt(95000.0 / 150) - 30) / 30 * 100}},
+                    {"After harvest SPH", "trees/acre", {2010, 40.468564224, 44.515420646, 4.0468564224, 10.0}},
+                    {"Removals BA", "sq.ft/acre", {2010, 0.0, 40 * 0.070685834705770 * 4.356, 40 * 0.070685834705770 * 4.356, kNa}}};
+        for (const auto &h : hand) {
+            const DataTable &t = tableNamed(imperial, QLatin1String(h.table));
+            QCOMPARE(t.columns.at(2).unit, QLatin1String(h.unit));
+            QVERIFY2(sameRow(t.rows.at(1), h.row2010, 1e-9), qPrintable(shown(t.rows.at(1)) + QStringLiteral(" != ") + shown(h.row2010)));
+        }
+        QCOMPARE(imperial.units, QStringLiteral("imperial"));
+        for (qsizetype i = 0; i < metric.tables.size(); ++i) {
+            const Quantity quantity = CompareMeasures(UnitSystem::Imperial).at(i).quantity;
+            const DataTable &m = metric.tables.at(i), &u = imperial.tables.at(i);
+            for (qsizetype r = 0; r < m.rows.size(); ++r) {
+                for (qsizetype c = 1; c < m.columns.size(); ++c) {
+                    const QVariant &stored = m.rows[r][c], &shown = u.rows[r][c];
+                    if (m.columns[c].unit == QLatin1String("%") || !IsNumberCell(stored))
+                        QVERIFY2(shown == stored, qPrintable(u.name));
+                    else
+                        QVERIFY2(std::fabs(FromUnits(shown.toDouble(), quantity, UnitSystem::Imperial) - stored.toDouble())
+                                     <= 1e-9 * std::max(1.0, std::fabs(stored.toDouble())),
+                                 qPrintable(u.name));
+                }
+            }
+        }
+        // The difference tables: per acre, the classes in the units the layout was given in.
+        ClassLayout layout;
+        QVERIFY(layout.SetClasses(u"0", u"10", u"5").passed());
+        const DataTable stand =
+            tableNamed(DifferenceTableDocument(m_db->db, ReadComparison(m_db->db, runs, QString(), UnitSystem::Imperial), layout, 2010, true),
+                       QStringLiteral("THIN - GROW"));
+        QCOMPARE(stand.columns.first().unit, QStringLiteral("cm"));
+        QCOMPARE(stand.columns.last().unit, QStringLiteral("trees/acre"));
+        QVERIFY(sameRow(stand.rows.at(1), {15.0, 0.0, 20.234282112, 20.234282112}, 1e-9));
     }
 
     void summaryShape()
@@ -230,26 +280,51 @@ private slots:
         const ChartData yield = CompareChart(c, CompareStatisticIndex(QStringLiteral("yield-gtv")), false);
         QCOMPARE(yield.series().at(0).values, (QVector<double>{50, 105, 220}));
         QCOMPARE(CompareStatisticIndex(QStringLiteral("volume")), -1);
+        // Imperial: per acre (1 cu.m/ha = 14.291338583 cu.ft/acre), the titles with the units.
+        const ChartData feet = CompareChart(ReadComparison(m_db->db, {"GROW", "THIN"}, "THIN", UnitSystem::Imperial), gtv, true);
+        QVERIFY(std::fabs(feet.series().at(1).values.at(2) - 35 * 14.291338583) < 1e-6);
+        QCOMPARE(feet.ChartLeftTitle(), QStringLiteral("GTV (cu.ft/acre)"));
+        QCOMPARE(CompareStatistics().first().titleIn(UnitSystem::Imperial), QStringLiteral("Trees per acre"));
         QCOMPARE(CompareChartPages(c, false, 1000).size(), CompareStatistics().size() + 1);
     }
 
     // Stems against QMD on log axes, the harvest as a step, and Reineke's lines at their fractions
-    // of the maximum: at the reference diameter a line's stems are its SDI.
+    // of the maximum: at the reference diameter a line's stems are its SDI; in imperial units per
+    // acre against inches, the reference diameter 10 in.
+    void densityDiagram_data()
+    {
+        QTest::addColumn<int>("units");
+        QTest::addColumn<double>("perArea");
+        QTest::addColumn<double>("reference");
+        QTest::addColumn<QString>("axes");
+        QTest::newRow("metric") << int(UnitSystem::Metric) << 1.0 << 25.4 << "SPH (stems/ha) QMD (cm)";
+        QTest::newRow("imperial") << int(UnitSystem::Imperial) << 0.40468564224 << 10.0 << "SPH (trees/acre) QMD (in)";
+    }
     void densityDiagram()
     {
-        const ChartData d = DensityDiagram(compare({QStringLiteral("GROW"), QStringLiteral("THIN")}), 800);
+        QFETCH(int, units);
+        QFETCH(double, perArea);
+        QFETCH(double, reference);
+        QFETCH(QString, axes);
+        const ChartData d =
+            DensityDiagram(ReadComparison(m_db->db, {"GROW", "THIN"}, QString(), static_cast<UnitSystem>(units)), 800);
         QVERIFY(d.ChartLogAxes());
         QCOMPARE(d.series().size(), 2 + 3);
-        QCOMPARE(d.series().at(1).values, (QVector<double>{100, 150, 110, 60}));
-        QCOMPARE(d.series().at(1).xs.at(3), 45.0);
-        QVERIFY(d.ChartTopTitle().contains(QStringLiteral("maximum SDI 800")));
+        const QVector<double> stems{100, 150, 110, 60};
+        for (qsizetype i = 0; i < stems.size(); ++i)
+            QVERIFY(std::fabs(d.series().at(1).values.at(i) - stems[i] * perArea) < 1e-9);
+        QCOMPARE(d.series().at(1).xs.at(3), 45.0 * reference / 25.4);
+        QCOMPARE(d.ChartLeftTitle() + QLatin1Char(' ') + d.ChartBottomTitle(), axes);
+        const double maximum = 800 * perArea;
+        QVERIFY(d.ChartTopTitle().contains(QStringLiteral("maximum SDI ") + QString::number(maximum, 'f', 0)));
         for (int l = 0; l < 3; ++l) {
+            const double f = kReinekeLineFractions[l];
             const ChartData::Series &line = d.series().at(2 + l);
-            QCOMPARE(line.legend, QStringLiteral("SDI %1 (%2% of 800)").arg(800 * kReinekeLineFractions[l]).arg(100 * kReinekeLineFractions[l]));
+            QCOMPARE(line.legend, QStringLiteral("SDI %1 (%2% of %3)").arg(QString::number(f * maximum, 'f', 0)).arg(100 * f).arg(QString::number(maximum, 'f', 0)));
             const double slope = std::log(line.values[1] / line.values[0]) / std::log(line.xs[1] / line.xs[0]);
             QVERIFY(std::fabs(slope + 1.605) < 1e-9);
-            const double atReference = line.values[0] * std::pow(line.xs[0] / 25.4, 1.605);
-            QVERIFY(std::fabs(atReference - 800 * kReinekeLineFractions[l]) < 1e-9);
+            const double atReference = line.values[0] * std::pow(line.xs[0] / reference, 1.605);
+            QVERIFY(std::fabs(atReference - maximum * f) < 1e-9);
             QVERIFY(d.ChartYAxisMin() <= line.values[1] && d.ChartYAxisMax() >= line.values[0]);
         }
     }

@@ -86,23 +86,25 @@ private slots:
         QCOMPARE(w->windowTitle(), QStringLiteral("Compare Runs: GROW, THIN"));
     }
 
-    // The checked runs and the base drive every tab; a refusal and a wrong count are said in place.
+    // The checked runs and the base drive every tab, in the units of the settings; a refusal and a
+    // wrong count are said in place.
     void choices()
     {
         GuiBench b;
         b.openDatabase();
         AddComparisonRuns(b);
+        b.tm.settings.Units = QStringLiteral("imperial");
         frmCompare *w = open(b, {QStringLiteral("GROW"), QStringLiteral("THIN")});
         auto *grid = Control<QTableWidget>(w, QStringLiteral("grdSummary"));
         auto *base = Control<QComboBox>(w, QStringLiteral("cboBase"));
         auto *message = Control<QLabel>(w, QStringLiteral("lblMessage"));
         auto *runs = Control<QListWidget>(w, QStringLiteral("lstRuns"));
         QCOMPARE(grid->rowCount(), 4);
-        QCOMPARE(grid->item(3, 2)->text(), QStringLiteral("220.0"));   // THIN's total yield in 2030
+        QCOMPARE(grid->item(3, 2)->text(), QStringLiteral("3144.1"));   // THIN's total yield in 2030, 220 cu.m/ha
 
         base->setCurrentIndex(1);
         QCOMPARE(w->Shown()->baseRun().run.runId, QStringLiteral("THIN"));
-        QCOMPARE(grid->horizontalHeaderItem(3)->text(), QStringLiteral("GROW - THIN\ncu.m/ha"));
+        QCOMPARE(grid->horizontalHeaderItem(3)->text(), QStringLiteral("GROW - THIN\ncu.ft/acre"));
         auto *chart = w->findChild<Graph *>(QStringLiteral("gphCompare"));
         QCOMPARE(chart->series().first().legend, QStringLiteral("THIN (base)"));
 
@@ -120,7 +122,8 @@ private slots:
         QCOMPARE(message->text(), QStringLiteral("Check 2 to 8 runs to compare; 1 checked."));
     }
 
-    // Every table to a workbook, a sheet each, and the summary to CSV, read back number for number.
+    // Every table to a workbook, a sheet each, and the summary to CSV, read back number for number;
+    // the CSV files with their definitions beside them when the settings ask.
     void exportsAndPrints()
     {
         GuiBench b;
@@ -136,12 +139,13 @@ private slots:
         QCOMPARE(workbookNumbers(book, sheets), numbersOf(summary) + numbersOf(w->DifferenceTables()));
 
         const QString csv = b.filePath(QStringLiteral("compare.csv"));
+        b.tm.settings.CsvDefinitions = true;
         b.questions.answerSaveFile(csv);
         QTest::mouseClick(Control<QPushButton>(w, QStringLiteral("cmdExport")), Qt::LeftButton);
         QList<double> read;
         QStringList texts;
         const QStringList lines = QString::fromUtf8(ReadWholeFile(csv)).split(QStringLiteral("\r\n"), Qt::SkipEmptyParts);
-        QCOMPARE(lines.first(), QStringLiteral("Table,Year,GROW,THIN,THIN - GROW,THIN % of GROW"));
+        QCOMPARE(lines.first(), QStringLiteral("Table,Year,GROW,THIN,THIN - GROW,THIN % of GROW (%)"));
         for (const QString &line : lines.mid(1)) {
             const QStringList cells = line.split(QLatin1Char(','));
             for (const QString &cell : cells.mid(1)) {
@@ -155,7 +159,8 @@ private slots:
         }
         QCOMPARE(read, numbersOf(summary));
         QVERIFY(texts.size() > 0 && texts.count(QStringLiteral("n/a")) == texts.size());
-        QVERIFY(QFile::exists(b.filePath(QStringLiteral("compare-Stand2010.csv"))));
+        for (const char *beside : {"compare.definitions.csv", "compare-Stand2010.csv", "compare-Stand2010.definitions.csv"})
+            QVERIFY2(QFile::exists(b.filePath(QLatin1String(beside))), beside);
 
         const QString pdf = b.filePath(QStringLiteral("compare.pdf"));
         w->setPrintDialog([&](QPrinter &printer, QWidget *) { return printer.setOutputFileName(pdf), true; });
