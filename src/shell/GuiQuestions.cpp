@@ -196,9 +196,7 @@ DialogEnd GuiQuestions::askDuplicateId(const QString &name)
         m_duplicate = new frmDuplicateId(m_parent);
     m_duplicate->HelpFile = m_helpFile;
     m_duplicate->NextFreeRunId = m_nextFree;
-    const DialogEnd result = m_duplicate->AskDuplicateId(name);
-    m_lastRenamed = result == DialogEnd::Rename ? m_duplicate->lblRunId->text() : QString();
-    return result;
+    return m_duplicate->AskDuplicateId(name);
 }
 
 std::optional<RunKind> GuiQuestions::askStandingOrHarvested()

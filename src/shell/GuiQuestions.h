@@ -39,8 +39,6 @@ public:
     void showBusyMessage(const QString &title, const QString &message) override;
     void hideBusyMessage() override;
 
-    // The name that the last Rename in "Duplicate Run Id" found.
-    QString lastRenamedId() const { return m_lastRenamed; }
     // The shared windows, once made.
     frmBusyMessage *busyWindow() const;
     frmRunId *runIdWindow() const;
@@ -55,7 +53,6 @@ private:
     QPointer<frmRunId> m_runId;
     QPointer<frmDuplicateId> m_duplicate;
     QString m_helpFile;
-    QString m_lastRenamed;
     std::function<QString(const QString &)> m_nextFree;
 };
 

@@ -89,16 +89,6 @@ QVariant Recordset::Fields(int index) const
     return x.rows[x.position][index];
 }
 
-int Recordset::FieldCount() const
-{
-    return static_cast<int>(data().names.size());
-}
-
-QString Recordset::FieldName(int index) const
-{
-    return data().names.value(index);
-}
-
 int Recordset::FieldIndex(const QString &name) const
 {
     const Data &x = data();

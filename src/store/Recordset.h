@@ -25,8 +25,6 @@ public:
 
     QVariant Fields(const QString &name) const;
     QVariant Fields(int index) const;
-    int FieldCount() const;
-    QString FieldName(int index) const;
     int FieldIndex(const QString &name) const;   // -1 when not there
 
     void Close();

@@ -167,18 +167,8 @@ template <typename T> T *Control(QWidget *form, const QString &name)
     }
     return nullptr;
 }
-template <typename T> T *Control(QWidget *form, const char *name)
-{
-    return Control<T>(form, QString::fromLatin1(name));
-}
-
+template <typename T> T *Control(QWidget *form, const char *name) { return Control<T>(form, QString::fromLatin1(name)); }
 // The browser's list of runs and a command of its menus, by objectName.
-inline QListWidget *RunList(QWidget *browser)
-{
-    return Control<QListWidget>(browser, "lstRuns");
-}
-inline QAction *MenuCommand(QWidget *browser, const char *name)
-{
-    return browser->findChild<QAction *>(QString::fromLatin1(name));
-}
+inline QListWidget *RunList(QWidget *browser) { return Control<QListWidget>(browser, "lstRuns"); }
+inline QAction *MenuCommand(QWidget *browser, const char *name) { return browser->findChild<QAction *>(QString::fromLatin1(name)); }
 }  // namespace sendrel::test

@@ -25,10 +25,9 @@ public:
     void answerFolder(const QString &path) { m_script.append({QStringLiteral("chooseFolder"), path, {}}); }
     void answerRunId(DialogEnd result, const QString &name = QString()) { m_script.append({QStringLiteral("askRunId"), int(result), name}); }
     void answerDuplicateId(DialogEnd result) { m_script.append({QStringLiteral("askDuplicateId"), int(result), {}}); }
-    // Nothing cancels.
-    void answerStandingOrHarvested(std::optional<RunKind> kind)
+    void answerStandingOrHarvested(std::optional<RunKind> kindOrCancel)
     {
-        m_script.append({QStringLiteral("askStandingOrHarvested"), kind ? QVariant(int(*kind)) : QVariant(), {}});
+        m_script.append({QStringLiteral("askStandingOrHarvested"), kindOrCancel ? QVariant(int(*kindOrCancel)) : QVariant(), {}});
     }
     // The PDF file to print into; "" cancels the print dialog.
     void answerPrint(const QString &pdfFile) { m_script.append({QStringLiteral("askPrint"), pdfFile, {}}); }

@@ -130,10 +130,8 @@ private slots:
         qsizetype line = 1;
         for (; stored.next(); ++line) {
             const TreeRecord record = ParseTreeRecord(lines.at(line), 4);
-            const QHash<int, QString> texts{{EntryPos::RunId, QStringLiteral("FAST")},
-                                            {EntryPos::TreeId, record.treeIdText()},
-                                            {EntryPos::StandingHarvested, QStringLiteral("S")},
-                                            {EntryPos::SpeciesLetters, record.speciesLetters()}};
+            const QHash<int, QString> texts{{EntryPos::RunId, QStringLiteral("FAST")}, {EntryPos::TreeId, record.treeIdText()},
+                                            {EntryPos::StandingHarvested, QStringLiteral("S")}, {EntryPos::SpeciesLetters, record.speciesLetters()}};
             for (int pos = 0; pos < EntryPos::Count; ++pos) {
                 const QVariant v = stored.value(pos);
                 const bool ok = texts.contains(pos) ? v.toString() == texts.value(pos)
@@ -153,10 +151,9 @@ private slots:
                                        "WHERE Run_Id = 'FAST' GROUP BY 1, 2 ORDER BY 3")));
         auto bits = [](const QList<CycleSpeciesSums> &groups) {
             QStringList out;
-            for (const CycleSpeciesSums &g : groups) {
+            for (const CycleSpeciesSums &g : groups)
                 for (double v : {g.sums.sph, g.sums.basalArea, g.sums.totalVolume, g.sums.grossMerchVolume, g.sums.netMerchVolume})
                     out.append(QString::number(v, 'g', 17));
-            }
             return out;
         };
         const RunKey fastRun{QStringLiteral("FAST"), RunKind::Standing};

@@ -58,8 +58,7 @@ private slots:
     void everyColumnGoesToItsPosition()
     {
         const TreeRecord r = ParseTreeRecord(fullLine(), 7);
-        QCOMPARE(r.treeIdText(), QStringLiteral("TREE0042"));
-        QCOMPARE(r.speciesLetters(), QStringLiteral("FD"));
+        QCOMPARE(r.treeIdText() + r.speciesLetters(), QStringLiteral("TREE0042FD"));
         const double mvol = 1.04 - (1.04 * 3.65) / 100.0;   // FD, class 50
         // By Model_Entries position; the texts (0, 1, 21, 23) are checked above.
         const double expected[EntryPos::Count] = {0, 0, 1234, 3, 280, 3200.125, 50.5, 56.6, 62.6, 68.7,

@@ -125,11 +125,11 @@ private slots:
         QTest::addColumn<QString>("leave");
         QTest::addColumn<int>("result");
         QTest::addColumn<QString>("renamed");
-        QTest::newRow("Overwrite") << "cmdOverWrite" << int(DialogEnd::Overwrite) << "";
+        QTest::newRow("Overwrite") << "cmdOverWrite" << int(DialogEnd::Overwrite) << "X";
         QTest::newRow("Rename") << "cmdRename" << int(DialogEnd::Rename) << "X:3";
         QTest::newRow("Return") << "Return" << int(DialogEnd::Rename) << "X:3";
-        QTest::newRow("Cancel") << "cmdCancel" << int(DialogEnd::Cancel) << "";
-        QTest::newRow("Escape") << "Escape" << int(DialogEnd::Cancel) << "";
+        QTest::newRow("Cancel") << "cmdCancel" << int(DialogEnd::Cancel) << "X";
+        QTest::newRow("Escape") << "Escape" << int(DialogEnd::Cancel) << "X";
     }
 
     void duplicateIdButtons()
@@ -146,7 +146,7 @@ private slots:
         });
         QCOMPARE(q.askDuplicateId(QStringLiteral("X")), DialogEnd(result));
         QCOMPARE(shown, QStringLiteral("X"));
-        QCOMPARE(q.lastRenamedId(), renamed);
+        QCOMPARE(q.duplicateIdWindow()->lblRunId->text(), renamed);
         QVERIFY(!q.duplicateIdWindow()->isVisible());
     }
 
