@@ -209,7 +209,7 @@ std::optional<RunKind> GuiQuestions::askStandingOrHarvested()
     form.exec();
     if (form.bImportCancelled)
         return std::nullopt;
-    return form.optHarvested->isChecked() ? RunKind::Harvested : RunKind::Standing;
+    return form.HarvestedChosen() ? RunKind::Harvested : RunKind::Standing;
 }
 
 void GuiQuestions::showBusyMessage(const QString &title, const QString &message)
@@ -232,14 +232,13 @@ bool GuiQuestions::askReportText(ReportTextRequest &request)
     frmReportText form(m_parent);
     form.HelpFile = m_helpFile;
     form.OpenHelp = [](const QString &file, int topic) { ShowHelp(HelpContentsAndTopic, file, topic); };
-    form.txtReportTitle->setText(request.title);
     // The box keeps its lines with bare line feeds; the compile turns them back into CR LF.
-    form.txtReportDesc->setPlainText(QString(request.description).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    form.SetTexts(request.title, QString(request.description).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
     form.exec();
     if (form.bReportCancelled)
         return false;
-    request.title = form.txtReportTitle->text();
-    request.description = form.txtReportDesc->toPlainText();
+    request.title = form.Title();
+    request.description = form.Description();
     return true;
 }
 

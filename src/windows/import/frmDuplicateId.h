@@ -23,14 +23,6 @@ public:
     // Puts the name in lblRunId and waits for the user; gives DialogResult.
     DialogEnd AskDuplicateId(const QString &name);
 
-    QLabel *lblDuplicateId;
-    QLabel *Label1;
-    QLabel *lblRunId;
-    QPushButton *cmdOverWrite;
-    QPushButton *cmdRename;
-    QPushButton *cmdCancel;
-    QPushButton *cmdHelp;
-
     DialogEnd DialogResult = DialogEnd::Cancel;
     QString HelpFile;
     // The next free name for Rename (the name, ":", n).
@@ -40,6 +32,14 @@ public:
 
 private:
     void cmdRename_Click();
+
+    QLabel *lblDuplicateId;
+    QLabel *Label1;
+    QLabel *lblRunId;
+    QPushButton *cmdOverWrite;
+    QPushButton *cmdRename;
+    QPushButton *cmdCancel;
+    QPushButton *cmdHelp;
     // A failure of the name lookup, passed on once the window has closed.
     std::optional<SendrelError> m_failure;
 };

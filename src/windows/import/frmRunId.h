@@ -22,12 +22,6 @@ public:
     // in name, the ending as the result.
     DialogEnd AskRunId(QString &name);
 
-    QLabel *lblEnterName;
-    QLineEdit *txtRunId;
-    QLabel *lblNameProblem;
-    QPushButton *cmdOK;
-    QPushButton *cmdCancel;
-
     DialogEnd DialogResult = DialogEnd::Cancel;
     int HelpContextID = 2070;
     QString HelpFile;
@@ -38,6 +32,12 @@ public:
 
 private:
     void limitLength();
+
+    QLabel *lblEnterName;
+    QLineEdit *txtRunId;
+    QLabel *lblNameProblem;
+    QPushButton *cmdOK;
+    QPushButton *cmdCancel;
     QString m_lastText;
 };
 

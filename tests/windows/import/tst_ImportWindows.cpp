@@ -35,7 +35,7 @@ private slots:
         ScriptedQuestions q;
         frmSorH form(q);
         form.show();
-        QTest::mouseClick(form.cmdOK, Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(&form, "cmdOK"), Qt::LeftButton);
         QCOMPARE(q.messageTexts(), QStringList{QStringLiteral("You must specify Harvested or Standing.")});
         QVERIFY(form.isVisible() && form.bImportCancelled);
     }
@@ -61,7 +61,7 @@ private slots:
         bool cleared = false;
         onNextModal([&](QWidget *w) {
             auto *f = qobject_cast<frmSorH *>(w);
-            cleared = !f->optStanding->isChecked() && !f->optHarvested->isChecked();
+            cleared = !Control<QRadioButton>(f, "optStanding")->isChecked() && !Control<QRadioButton>(f, "optHarvested")->isChecked();
             clickBox(f->findChild<QRadioButton *>(option));
             leaveDialog(f, leave);
         });
@@ -80,19 +80,20 @@ private slots:
         QStringList seen;
         onNextModal([&](QWidget *w) {
             auto *f = qobject_cast<frmRunId *>(w);
-            QCOMPARE(f->focusWidget(), f->txtRunId);
-            seen << f->txtRunId->selectedText();   // typing replaces the name offered
-            f->lblNameProblem->setText(QStringLiteral("left over"));
-            Retype(f->txtRunId, QString());
-            seen << (f->cmdOK->isEnabled() ? QStringLiteral("enabled") : QStringLiteral("disabled"));
-            QTest::keyClick(f->txtRunId, Qt::Key_Return);
-            QTest::keyClicks(f->txtRunId, QStringLiteral("Thin 40%"));
-            QTest::mouseClick(f->cmdOK, Qt::LeftButton);
+            auto *box = Control<QLineEdit>(f, "txtRunId");
+            QCOMPARE(f->focusWidget(), box);
+            seen << box->selectedText();   // typing replaces the name offered
+            Control<QLabel>(f, "lblNameProblem")->setText(QStringLiteral("left over"));
+            Retype(box, QString());
+            seen << (Control<QPushButton>(f, "cmdOK")->isEnabled() ? QStringLiteral("enabled") : QStringLiteral("disabled"));
+            QTest::keyClick(box, Qt::Key_Return);
+            QTest::keyClicks(box, QStringLiteral("Thin 40%"));
+            QTest::mouseClick(Control<QPushButton>(f, "cmdOK"), Qt::LeftButton);
         });
         QCOMPARE(q.askRunId(name), DialogEnd::Check);
         QCOMPARE(name, QStringLiteral("Thin 40%"));
         onNextModal([&](QWidget *w) {
-            seen << qobject_cast<frmRunId *>(w)->lblNameProblem->text();
+            seen << Control<QLabel>(qobject_cast<frmRunId *>(w), "lblNameProblem")->text();
             w->close();
         });
         QCOMPARE(q.askRunId(name), DialogEnd::Cancel);
@@ -106,17 +107,18 @@ private slots:
     {
         frmRunId f;
         f.show();
+        QLineEdit *box = Control<QLineEdit>(&f, "txtRunId");
         const QString longName = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ1234");   // 30
-        f.txtRunId->setText(longName);
-        f.txtRunId->end(false);
-        QTest::keyClick(f.txtRunId, Qt::Key_5);
-        QCOMPARE(f.txtRunId->text(), longName);
-        QTest::keyClick(f.txtRunId, Qt::Key_Backspace);
-        QCOMPARE(f.txtRunId->text().size(), 29);
+        box->setText(longName);
+        box->end(false);
+        QTest::keyClick(box, Qt::Key_5);
+        QCOMPARE(box->text(), longName);
+        QTest::keyClick(box, Qt::Key_Backspace);
+        QCOMPARE(box->text().size(), 29);
 
-        f.txtRunId->clear();
-        QTest::keyClicks(f.txtRunId, QStringLiteral("123456789012345678901234567890"));
-        QCOMPARE(f.txtRunId->text(), QStringLiteral("1234567890123456789012345"));
+        box->clear();
+        QTest::keyClicks(box, QStringLiteral("123456789012345678901234567890"));
+        QCOMPARE(box->text(), QStringLiteral("1234567890123456789012345"));
     }
 
     // Rename shows the next free name that the finder gives; Rename is the default button.
@@ -141,12 +143,12 @@ private slots:
         q.setNextFreeRunId([](const QString &name) { return name + QStringLiteral(":3"); });
         QString shown;
         onNextModal([&](QWidget *w) {
-            shown = qobject_cast<frmDuplicateId *>(w)->lblRunId->text();
+            shown = Control<QLabel>(qobject_cast<frmDuplicateId *>(w), "lblRunId")->text();
             leaveDialog(w, leave);
         });
         QCOMPARE(q.askDuplicateId(QStringLiteral("X")), DialogEnd(result));
         QCOMPARE(shown, QStringLiteral("X"));
-        QCOMPARE(q.duplicateIdWindow()->lblRunId->text(), renamed);
+        QCOMPARE(Control<QLabel>(q.duplicateIdWindow(), "lblRunId")->text(), renamed);
         QVERIFY(!q.duplicateIdWindow()->isVisible());
     }
 

@@ -17,6 +17,7 @@
 #include <QTextCursor>
 
 using namespace sendrel;
+using namespace sendrel::test;
 
 namespace {
 
@@ -230,7 +231,7 @@ private slots:
     {
         frmReportText form;
         form.show();
-        QLineEdit *title = form.txtReportTitle;
+        QLineEdit *title = Control<QLineEdit>(&form, "txtReportTitle");
         title->setFocus();
         QTest::keyClicks(title, QString(48, QLatin1Char('a')) + QStringLiteral("bcdef"));
         QCOMPARE(title->text(), QString(48, QLatin1Char('a')) + QStringLiteral("bc"));
@@ -267,11 +268,11 @@ private slots:
         QString shownDescription;
         onNextModal([&](QWidget *w) {
             auto *form = qobject_cast<frmReportText *>(w);
-            shownDescription = form->txtReportDesc->toPlainText();
-            form->txtReportTitle->selectAll();
-            QTest::keyClicks(form->txtReportTitle, QStringLiteral("Spacing trial"));
-            form->txtReportDesc->moveCursor(QTextCursor::End);
-            QTest::keyClicks(form->txtReportDesc, QStringLiteral(" at 2010"));
+            shownDescription = Control<QPlainTextEdit>(form, "txtReportDesc")->toPlainText();
+            Control<QLineEdit>(form, "txtReportTitle")->selectAll();
+            QTest::keyClicks(Control<QLineEdit>(form, "txtReportTitle"), QStringLiteral("Spacing trial"));
+            Control<QPlainTextEdit>(form, "txtReportDesc")->moveCursor(QTextCursor::End);
+            QTest::keyClicks(Control<QPlainTextEdit>(form, "txtReportDesc"), QStringLiteral(" at 2010"));
             leaveDialog(form, leave);
         });
         QCOMPARE(questions.askReportText(request), ok);
