@@ -195,17 +195,18 @@ private slots:
     {
         QFETCH(QString, target);
         frmKD_Splash splash;
-        QWidget *on = target == QLatin1String("Image1") ? static_cast<QWidget *>(splash.Image1) : splash.lblVersion;
+        QWidget *on = Control<QWidget>(&splash, target.isEmpty() ? QStringLiteral("lblVersion") : target);
+        const QTimer *timer = splash.findChild<QTimer *>(QStringLiteral("Timer1"));
         onNextModal([&](QWidget *w) {
-            QCOMPARE(splash.lblVersion->text(), QStringLiteral("Version 3.03.0004"));
-            QVERIFY(splash.Timer1->isActive() && splash.Timer1->interval() == 2000);
+            QCOMPARE(Control<QLabel>(&splash, "lblVersion")->text(), QStringLiteral("Version 3.03.0004"));
+            QVERIFY(timer->isActive() && timer->interval() == 2000);
             if (target.isEmpty())
                 QTest::keyClick(w, Qt::Key_Space);
             else
                 QTest::mouseClick(on, Qt::LeftButton);
         });
         QCOMPARE(splash.exec(), int(QDialog::Accepted));
-        QVERIFY(splash.Timer1->isActive());   // closed before its time ran out
+        QVERIFY(timer->isActive());   // closed before its time ran out
     }
 
     // The picture grows by tenths while both sides are below the target, then shrinks by

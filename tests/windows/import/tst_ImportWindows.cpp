@@ -239,11 +239,11 @@ private slots:
             w->activateWindow();
             QVERIFY(QTest::qWaitForWindowActive(w));
             QTest::keyClick(w, Qt::Key_F1);
-            pages << (HelpWindow() ? QFileInfo(HelpWindow()->txtTopic->source().toLocalFile()).fileName() : QString());
+            pages << (HelpWindow() ? QFileInfo(Control<QTextBrowser>(HelpWindow(), "txtTopic")->source().toLocalFile()).fileName() : QString());
             if (HelpWindow())
                 HelpWindow()->ShowContents();
             QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdHelp")), Qt::LeftButton);
-            pages << (HelpWindow() ? QFileInfo(HelpWindow()->txtTopic->source().toLocalFile()).fileName() : QString());
+            pages << (HelpWindow() ? QFileInfo(Control<QTextBrowser>(HelpWindow(), "txtTopic")->source().toLocalFile()).fileName() : QString());
             HelpWindow()->close();
             QTimer::singleShot(0, w, [w] { static_cast<QDialog *>(w)->reject(); });
         });
