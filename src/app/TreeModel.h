@@ -13,7 +13,7 @@ namespace sendrel {
 class SettingsStore;
 class UserQuestions;
 
-// What the process owns for its whole life: the run database with its long-lived recordsets,
+// What the process owns for its whole life: the run database with the species it keeps,
 // the settings variables, how it was started. One instance, made by the entry point and handed
 // to whoever needs it (no global, so tests make their own).
 struct TreeModel {
