@@ -8,6 +8,8 @@
 #include "store/Schema.h"
 
 #include <QCommandLineParser>
+#include <QDir>
+#include <QTemporaryDir>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -54,6 +56,35 @@ inline void ParseOptions(QCommandLineParser &parser, const QList<QCommandLineOpt
             std::exit(2);
         }
     }
+}
+
+// The options the benchmarks share, as parsed.
+struct StandardOptions {
+    QString dbPath;   // --db: the run database made once and reused; by default one in the temporary folder
+    QString cli;      // --cli: the sendrel-cli timed; by default this build's
+    int repeat = 1;   // --repeat: runs of each measure, at least 1
+};
+
+// Parses --db and, where defaultRepeat is above 0, --cli and --repeat, beside the benchmark's own
+// options.
+inline StandardOptions ParseStandardOptions(QCommandLineParser &parser, const QTemporaryDir &dir, const QString &description,
+                                            int defaultRepeat, const QList<QCommandLineOption> &own = {})
+{
+    const QCommandLineOption db(QStringLiteral("db"), QStringLiteral("Run database to make once and reuse."), QStringLiteral("PATH"));
+    const QCommandLineOption cli(QStringLiteral("cli"), QStringLiteral("sendrel-cli to time (default: beside this build's bench folder)."),
+                                 QStringLiteral("PATH"));
+    const QCommandLineOption repeat(QStringLiteral("repeat"), QStringLiteral("Runs of each measure (default %1).").arg(defaultRepeat),
+                                    QStringLiteral("N"));
+    QList<QCommandLineOption> options{db};
+    if (defaultRepeat > 0)
+        options << cli << repeat;
+    ParseOptions(parser, options + own, description);
+    StandardOptions chosen;
+    chosen.dbPath = parser.isSet(db) ? parser.value(db) : dir.filePath(kGameDBFileName);
+    chosen.cli = parser.isSet(cli) ? parser.value(cli)
+                                   : QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../bin/sendrel-cli"));
+    chosen.repeat = parser.isSet(repeat) ? std::max(1, parser.value(repeat).toInt()) : std::max(1, defaultRepeat);
+    return chosen;
 }
 
 // CPU time of this thread: the machine may be shared, and wall time then measures the others too.

@@ -30,10 +30,8 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QCommandLineParser parser;
-    const QCommandLineOption dbOption(QStringLiteral("db"), QStringLiteral("Run database to make once and reuse."), QStringLiteral("PATH"));
-    bench::ParseOptions(parser, {dbOption}, QStringLiteral("CalcReport of one cycle of a 1,000,000-record run."));
     QTemporaryDir dir;
-    const QString path = parser.isSet(dbOption) ? parser.value(dbOption) : dir.filePath(kGameDBFileName);
+    const QString path = bench::ParseStandardOptions(parser, dir, QStringLiteral("CalcReport of one cycle of a 1,000,000-record run."), 0).dbPath;
 
     if (!QFileInfo::exists(path)) {
         QElapsedTimer fill;

@@ -41,16 +41,12 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QCommandLineParser parser;
-    const QCommandLineOption dbOption(QStringLiteral("db"), QStringLiteral("Run database to make once and reuse."), QStringLiteral("PATH"));
-    const QCommandLineOption cliOption(QStringLiteral("cli"), QStringLiteral("sendrel-cli to time (default: beside this build's bench folder)."),
-                                       QStringLiteral("PATH"));
-    const QCommandLineOption repeatOption(QStringLiteral("repeat"), QStringLiteral("Runs of each measure (default 5)."), QStringLiteral("N"));
-    bench::ParseOptions(parser, {dbOption, cliOption, repeatOption}, QStringLiteral("Comparison of 8 runs of 1,200,000 records each."));
     QTemporaryDir dir;
-    const QString path = parser.isSet(dbOption) ? parser.value(dbOption) : dir.filePath(kGameDBFileName);
-    const QString cli = parser.isSet(cliOption) ? parser.value(cliOption)
-                                                : QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../bin/sendrel-cli"));
-    const int repeat = parser.isSet(repeatOption) ? std::max(1, parser.value(repeatOption).toInt()) : 5;
+    const bench::StandardOptions options =
+        bench::ParseStandardOptions(parser, dir, QStringLiteral("Comparison of 8 runs of 1,200,000 records each."), 5);
+    const QString &path = options.dbPath;
+    const QString &cli = options.cli;
+    const int repeat = options.repeat;
 
     if (!QFileInfo::exists(path)) {
         QElapsedTimer fill;

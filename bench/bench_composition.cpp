@@ -44,18 +44,13 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QCommandLineParser parser;
-    const QCommandLineOption dbOption(QStringLiteral("db"), QStringLiteral("Run database to make once and reuse."), QStringLiteral("PATH"));
-    const QCommandLineOption cliOption(QStringLiteral("cli"), QStringLiteral("sendrel-cli to time (default: beside this build's bench folder)."),
-                                       QStringLiteral("PATH"));
-    const QCommandLineOption repeatOption(QStringLiteral("repeat"), QStringLiteral("Runs of each measurement (default 3)."), QStringLiteral("N"));
     const QCommandLineOption skipPlanOption(QStringLiteral("skip-plan"), QStringLiteral("Leave out the per-point statements (some ten seconds)."));
-    bench::ParseOptions(parser, {dbOption, cliOption, repeatOption, skipPlanOption},
-                        QStringLiteral("Species composition of a 1,000,000-record run with a 1,000,000-record harvested list."));
     QTemporaryDir dir;
-    const QString path = parser.isSet(dbOption) ? parser.value(dbOption) : dir.filePath(kGameDBFileName);
-    const QString cli = parser.isSet(cliOption) ? parser.value(cliOption)
-                                                : QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../bin/sendrel-cli"));
-    const int repeat = parser.isSet(repeatOption) ? std::max(1, parser.value(repeatOption).toInt()) : 3;
+    const bench::StandardOptions options = bench::ParseStandardOptions(
+        parser, dir, QStringLiteral("Species composition of a 1,000,000-record run with a 1,000,000-record harvested list."), 3, {skipPlanOption});
+    const QString &path = options.dbPath;
+    const QString &cli = options.cli;
+    const int repeat = options.repeat;
 
     if (!QFileInfo::exists(path)) {
         QElapsedTimer fill;

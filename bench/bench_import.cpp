@@ -96,7 +96,7 @@ ChildRun runChild(const QStringList &argv, const QString &outFile = QString())
 int importChild(const QString &db, const QString &list)
 {
     ScriptedQuestions questions;
-    questions.answerRunId(kDialogCheck);
+    questions.answerRunId(DialogEnd::Check);
     RunStore store;
     store.open(db);
 

@@ -60,12 +60,12 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QCommandLineParser parser;
-    const QCommandLineOption dbOption(QStringLiteral("db"), QStringLiteral("Run database to make once and reuse."), QStringLiteral("PATH"));
     const QCommandLineOption outOption(QStringLiteral("out"), QStringLiteral("Folder that keeps the workbook."), QStringLiteral("FOLDER"));
     const QCommandLineOption onlyOption(QStringLiteral("only"), QStringLiteral("summary or export alone."), QStringLiteral("WHICH"));
-    bench::ParseOptions(parser, {dbOption, outOption, onlyOption}, QStringLiteral("Stand summary and stand table export of a 1,000,000-record run."));
     QTemporaryDir dir;
-    const QString path = parser.isSet(dbOption) ? parser.value(dbOption) : dir.filePath(kGameDBFileName);
+    const QString path = bench::ParseStandardOptions(parser, dir, QStringLiteral("Stand summary and stand table export of a 1,000,000-record run."),
+                                                     0, {outOption, onlyOption})
+                             .dbPath;
     const QString workbook = QDir(parser.isSet(outOption) ? parser.value(outOption) : dir.path()).filePath(QStringLiteral("BIG_Stand.xlsx"));
 
     if (!QFileInfo::exists(path)) {

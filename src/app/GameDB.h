@@ -24,7 +24,7 @@ void ReadSpecies(TreeModel &tm);
 // kept on a network file system: an information box on the desktop, a line on stderr headless.
 void TellOpeningNote(TreeModel &tm);
 
-// Closes the long-lived recordsets and the engine; what never opened is skipped.
+// Closes the species' recordset and the engine; what never opened is skipped.
 void CloseGameDB(TreeModel &tm);
 
 inline const QString kGameDBFilter = QStringLiteral("Tolv Game Database (Tolv_Game.mdb)|Tolv_Game.mdb");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Settings.h"
+#include "base/UserQuestions.h"
 #include "store/RunStore.h"
 
 #include <QString>
@@ -12,7 +13,7 @@ namespace sendrel {
 class SettingsStore;
 class UserQuestions;
 
-// What the process owns for its whole life: the run database with its long-lived recordsets,
+// What the process owns for its whole life: the run database with the species it keeps,
 // the settings variables, how it was started. One instance, made by the entry point and handed
 // to whoever needs it (no global, so tests make their own).
 struct TreeModel {
@@ -30,7 +31,7 @@ struct TreeModel {
     qint16 ModelVariant = 0;
     QString CurrentRunId;
     bool RunOnCommandLine = false;
-    QString DialogResult;
+    DialogEnd DialogResult = DialogEnd::Cancel;
 
     // Ends the process at once. The desktop exits; tests record the call instead.
     std::function<void(int)> EndProcess;

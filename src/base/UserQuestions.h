@@ -1,7 +1,11 @@
 #pragma once
 
+#include "base/RunKind.h"
+
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 class QPrinter;
 
@@ -31,12 +35,9 @@ struct FileRequest {
     bool mustExist = true;
 };
 
-// How the import dialogs ended, in the program's own words.
-inline const QString kDialogRename = QStringLiteral("RENAME");
-inline const QString kDialogCheck = QStringLiteral("CHECK");
-inline const QString kDialogOK = QStringLiteral("OK");
-inline const QString kDialogOverwrite = QStringLiteral("OVERWRITE");
-inline const QString kDialogCancel = QStringLiteral("CANCEL");
+// How the import's Run Id dialogs ended (DialogResult): "Enter Run ID" with Check (OK) or Cancel,
+// "Duplicate Run Id" with Overwrite, Rename or Cancel; OK once the Run Id is settled.
+enum class DialogEnd { Check, Rename, Overwrite, OK, Cancel };
 
 struct ReportTextRequest {
     QString title;
@@ -64,32 +65,29 @@ public:
 
     // A message box. Boxes with only an OK button simply inform.
     virtual Answer message(const MessageRequest &request) = 0;
-    // An open-file dialog; "" when the user cancelled.
-    virtual QString openFile(const FileRequest &request) = 0;
-    // A save-file dialog (mustExist is not read): the file to write, which the user has agreed to
-    // replace if it exists; "" when the user cancelled.
-    virtual QString saveFile(const FileRequest &request) = 0;
-    // A folder dialog; "" when the user cancelled.
-    virtual QString chooseFolder(const QString &title, const QString &startFolder) = 0;
-
-    // "Enter Run ID": the name shown and edited; the result is "CHECK" or "CANCEL".
-    virtual QString askRunId(QString &name) = 0;
-    // "Duplicate Run Id": "OVERWRITE", "RENAME" or "CANCEL".
-    virtual QString askDuplicateId(const QString &name) = 0;
-    // "Standing or Harvested": "S", "H", or "" when cancelled.
-    virtual QString askStandingOrHarvested() = 0;
+    // "Enter Run ID": the name shown and edited; Check or Cancel.
+    virtual DialogEnd askRunId(QString &name) = 0;
+    // "Duplicate Run Id": Overwrite, Rename or Cancel.
+    virtual DialogEnd askDuplicateId(const QString &name) = 0;
     // Title and description of a report; false when cancelled.
     virtual bool askReportText(ReportTextRequest &request) = 0;
-    // "Options": the units, the SDI method and the CSV definitions; false when cancelled. A caller
-    // that has no such dialog (the headless tool, whose flags choose) cancels.
-    virtual bool askOptions(OptionsRequest &request)
-    {
-        Q_UNUSED(request)
-        return false;
-    }
+
+    // The dialogs below are cancelled by a caller that has none (the headless tool, whose flags
+    // choose instead).
+    // An open-file dialog; "" when the user cancelled.
+    virtual QString openFile(const FileRequest &request);
+    // A save-file dialog (mustExist is not read): the file to write, which the user has agreed to
+    // replace if it exists; "" when the user cancelled.
+    virtual QString saveFile(const FileRequest &request);
+    // A folder dialog; "" when the user cancelled.
+    virtual QString chooseFolder(const QString &title, const QString &startFolder);
+    // "Standing or Harvested": the kind, or nothing when cancelled.
+    virtual std::optional<RunKind> askStandingOrHarvested();
+    // "Options": the units, the SDI method and the CSV definitions; false when cancelled.
+    virtual bool askOptions(OptionsRequest &request);
     // The print dialog; false when cancelled. After true the caller prints on request.printer,
     // into request.outputFile when that is not "".
-    virtual bool askPrint(PrintRequest &request) = 0;
+    virtual bool askPrint(PrintRequest &request);
 
     // The please-wait window; a headless caller may ignore it.
     virtual void showBusyMessage(const QString &title, const QString &message) { Q_UNUSED(title) Q_UNUSED(message) }

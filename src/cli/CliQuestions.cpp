@@ -3,8 +3,7 @@
 namespace sendrel {
 
 namespace {
-// Rename looks names up in a recordset that may be older than the table; past this many
-// rounds another program keeps taking the names, and the import gives up.
+// Past this many rounds of Rename another program keeps taking the names, and the import gives up.
 constexpr int kMaxDuplicateRounds = 100;
 }
 
@@ -17,33 +16,18 @@ Answer CliQuestions::message(const MessageRequest &request)
     return request.defaultAnswer;
 }
 
-QString CliQuestions::openFile(const FileRequest &)
+DialogEnd CliQuestions::askRunId(QString &name)
 {
-    return QString();
+    return name.isEmpty() ? DialogEnd::Cancel : DialogEnd::Check;
 }
 
-QString CliQuestions::saveFile(const FileRequest &)
-{
-    return QString();
-}
-
-QString CliQuestions::chooseFolder(const QString &, const QString &)
-{
-    return QString();
-}
-
-QString CliQuestions::askRunId(QString &name)
-{
-    return name.isEmpty() ? kDialogCancel : kDialogCheck;
-}
-
-QString CliQuestions::askDuplicateId(const QString &name)
+DialogEnd CliQuestions::askDuplicateId(const QString &name)
 {
     switch (onDuplicate) {
     case OnDuplicate::Overwrite:
-        return kDialogOverwrite;
+        return DialogEnd::Overwrite;
     case OnDuplicate::Rename:
-        return ++m_duplicates > kMaxDuplicateRounds ? kDialogCancel : kDialogRename;
+        return ++m_duplicates > kMaxDuplicateRounds ? DialogEnd::Cancel : DialogEnd::Rename;
     case OnDuplicate::Fail:
         break;
     }
@@ -51,12 +35,7 @@ QString CliQuestions::askDuplicateId(const QString &name)
     m_err << "A Run with this ID has already been imported.\n"
           << "Duplicate Run ID: " << name << "\n";
     m_err.flush();
-    return kDialogCancel;
-}
-
-QString CliQuestions::askStandingOrHarvested()
-{
-    return QString();
+    return DialogEnd::Cancel;
 }
 
 bool CliQuestions::askReportText(ReportTextRequest &request)
@@ -66,12 +45,6 @@ bool CliQuestions::askReportText(ReportTextRequest &request)
     if (reportDescription)
         request.description = *reportDescription;
     return true;
-}
-
-bool CliQuestions::askPrint(PrintRequest &request)
-{
-    Q_UNUSED(request)
-    return false;
 }
 
 }  // namespace sendrel

@@ -23,17 +23,13 @@ public:
     // True once a taken Run Id was met under OnDuplicate::Fail.
     bool duplicateRefused() const { return m_duplicateRefused; }
 
+    // The file, folder, kind, options and print dialogs are cancelled: the flags choose, and the
+    // headless tool writes chart files instead of printing.
     Answer message(const MessageRequest &request) override;
-    QString openFile(const FileRequest &request) override;
-    QString saveFile(const FileRequest &request) override;
-    QString chooseFolder(const QString &title, const QString &startFolder) override;
     // Keeps the name (the suggestion, --run-id, or the name Rename found) and confirms it.
-    QString askRunId(QString &name) override;
-    QString askDuplicateId(const QString &name) override;
-    QString askStandingOrHarvested() override;
+    DialogEnd askRunId(QString &name) override;
+    DialogEnd askDuplicateId(const QString &name) override;
     bool askReportText(ReportTextRequest &request) override;
-    // The headless tool writes chart files; it never prints.
-    bool askPrint(PrintRequest &request) override;
 
 private:
     QTextStream &m_err;

@@ -233,42 +233,188 @@ QColor Graph::PaletteColour(int index)
     return palette.at(index);
 }
 
-QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize, qreal scale)
+namespace {
+
+// The chart's title, set smaller rather than cut off when it is long, down to a size still read
+// with ease.
+void setTitle(QChart *chart, const QString &title, qreal width)
 {
-    auto *chart = new QChart;
-    chart->setTheme(QChart::ChartThemeLight);
-    chart->setAnimationOptions(QChart::NoAnimation);
-    chart->setBackgroundRoundness(0);
-    chart->setTitle(data.ChartTopTitle());
-    // A long title is set smaller rather than cut off, down to a size still read with ease.
+    chart->setTitle(title);
     QFont titleFont = withSize(chart->titleFont(), 13, true);
-    const double titleRoom = layoutSize.width() - 2 * 12;
-    while (titleFont.pointSizeF() > 8 && QFontMetricsF(titleFont).horizontalAdvance(data.ChartTopTitle()) > titleRoom)
+    const double titleRoom = width - 2 * 12;
+    while (titleFont.pointSizeF() > 8 && QFontMetricsF(titleFont).horizontalAdvance(title) > titleRoom)
         titleFont.setPointSizeF(titleFont.pointSizeF() - 0.5);
     chart->setTitleFont(titleFont);
+}
 
-    const QVector<Series> &all = data.series();
-    const int points = data.ChartPointCount();
-    const QFont axisFont = withSize(chart->font(), points > 20 ? 8 : 9);
-    const QFont axisTitleFont = withSize(chart->font(), 10, true);
-
+// The value axis of the data's range, ticks and scale.
+QAbstractAxis *valueAxis(const ChartData &data)
+{
     double low = data.ChartYAxisMin();
     double high = data.ChartYAxisMax();
     // An axis from 0 to 0 (no data) still needs a span to be drawn.
     if (!(high > low))
         high = low + 1;
     const int ticks = data.ChartYAxisTicks() > 0 ? data.ChartYAxisTicks() : 1;
-    QAbstractAxis *yAxis = nullptr;
-    if (data.ChartLogAxes()) {
-        yAxis = logAxis(low, high);
-    } else {
-        auto *values = new QValueAxis;
-        values->setRange(low, high);
-        values->setTickCount(ticks + 1);
-        values->setLabelFormat(tickFormat(low, high, ticks));
-        values->setMinorGridLineVisible(false);
-        yAxis = values;
+    if (data.ChartLogAxes())
+        return logAxis(low, high);
+    auto *values = new QValueAxis;
+    values->setRange(low, high);
+    values->setTickCount(ticks + 1);
+    values->setLabelFormat(tickFormat(low, high, ticks));
+    values->setMinorGridLineVisible(false);
+    return values;
+}
+
+// The series as bars by class, added to the chart and to drawn, with a key entry for each named
+// one; gives the axis of the classes.
+QAbstractAxis *addBars(QChart *chart, const ChartData &data, bool colour, qreal scale, QList<ChartKey::Entry> &keyEntries,
+                       QList<QAbstractSeries *> &drawn)
+{
+    const QVector<ChartData::Series> &all = data.series();
+    auto *barSeries = new QBarSeries;
+    barSeries->setBarWidth(0.85);
+    for (int s = 0; s < all.size(); ++s) {
+        auto *set = new QBarSet(all[s].legend);
+        for (double v : all[s].values)
+            set->append(v);
+        QBrush ground;
+        QBrush hatch;
+        if (colour) {
+            const QColor c = Graph::PaletteColour(all[s].colour);
+            ground = c;
+            set->setBrush(c);
+            set->setPen(QPen(c.darker(140), 1));
+        } else {
+            const int fill = s % static_cast<int>(std::size(kFills));
+            ground = groundOf(fill);
+            hatch = hatchOf(fill);
+            set->setBrush(fillBrush(fill, scale));
+            set->setPen(QPen(Qt::black, 1));
+        }
+        barSeries->append(set);
+        if (!all[s].legend.isEmpty())
+            keyEntries.append({all[s].legend, ground, hatch, set->pen()});
     }
+    chart->addSeries(barSeries);
+    drawn.append(barSeries);
+    auto *classes = new QBarCategoryAxis;
+    classes->append(distinctLabels(data.pointLabels()));
+    // Every class keeps its whole label: the chart library would cut one to dots wherever a
+    // class is narrower than its own generous padding, though the label fits.
+    classes->setTruncateLabels(false);
+    return classes;
+}
+
+// The series as lines over x, added to the chart and to drawn, with a key entry for each named
+// one; gives the x axis.
+QAbstractAxis *addLines(QChart *chart, const ChartData &data, bool colour, QList<ChartKey::Entry> &keyEntries, QList<QAbstractSeries *> &drawn)
+{
+    const QVector<ChartData::Series> &all = data.series();
+    QAbstractAxis *xAxis = nullptr;
+    double xLow = data.ChartXAxisMin();
+    double xHigh = data.ChartXAxisMax();
+    if (!(xHigh > xLow)) {
+        // No axis set: the span of the x positions written.
+        bool any = false;
+        for (const ChartData::Series &s : all) {
+            for (double x : s.xs) {
+                xLow = any ? qMin(xLow, x) : x;
+                xHigh = any ? qMax(xHigh, x) : x;
+                any = true;
+            }
+        }
+        if (!(xHigh > xLow))
+            xHigh = xLow + 1;
+    }
+    const int xTicks = data.ChartXAxisTicks() > 0 ? data.ChartXAxisTicks() : 1;
+    if (data.ChartLogAxes()) {
+        xAxis = logAxis(xLow, xHigh);
+    } else {
+        auto *years = new QValueAxis;
+        years->setRange(xLow, xHigh);
+        years->setTickCount(xTicks + 1);
+        years->setLabelFormat(tickFormat(xLow, xHigh, xTicks));
+        xAxis = years;
+    }
+    for (int s = 0; s < all.size(); ++s) {
+        auto *line = new QLineSeries;
+        line->setName(all[s].legend);
+        for (int p = 0; p < all[s].values.size(); ++p)
+            line->append(all[s].xs.value(p), all[s].values[p]);
+        QPen pen(colour ? Graph::PaletteColour(all[s].colour) : QColor(Qt::black));
+        pen.setWidthF(all[s].width > 0 ? all[s].width : 2.0);
+        if (!colour && !kDashPatterns[s % kDashPatterns.size()].isEmpty()) {
+            pen.setDashPattern(kDashPatterns[s % kDashPatterns.size()]);
+            // Square ends would lengthen every dash by the pen's width and close the short gaps.
+            pen.setCapStyle(Qt::FlatCap);
+        }
+        line->setPen(pen);
+        line->setPointsVisible(all[s].markers);
+        chart->addSeries(line);
+        drawn.append(line);
+        if (!all[s].legend.isEmpty())
+            keyEntries.append({all[s].legend, Qt::NoBrush, Qt::NoBrush, pen});
+    }
+    return xAxis;
+}
+
+// Class labels stand upright while the widest fits its class, in a smaller type if need be; else
+// they turn sideways. The room is known once the chart is laid out, and is looked at again
+// whenever the plot changes size; firstGuess stands for it until then.
+void fitClassLabels(QChart *chart, QBarCategoryAxis *classes, const QFont &axisFont, qreal firstGuess)
+{
+    const QStringList labels = classes->categories();
+    const QFont small = withSize(axisFont, 8);
+    auto fit = [classes, labels, axisFont, small](qreal plotWidth) {
+        const qreal room = labels.isEmpty() ? plotWidth : plotWidth / labels.size();
+        auto fits = [&labels, room](const QFont &font) {
+            const QFontMetricsF metrics(font);
+            qreal widest = 0;
+            for (const QString &l : labels)
+                widest = qMax(widest, metrics.horizontalAdvance(l));
+            return widest + 4 <= room;
+        };
+        const bool upright = fits(axisFont) || fits(small);
+        const QFont font = fits(axisFont) ? axisFont : small;
+        if (classes->labelsFont() != font)
+            classes->setLabelsFont(font);
+        if (classes->labelsAngle() != (upright ? 0 : -90))
+            classes->setLabelsAngle(upright ? 0 : -90);
+    };
+    fit(firstGuess);
+    QObject::connect(chart, &QChart::plotAreaChanged, classes, [fit](const QRectF &plot) { fit(plot.width()); });
+}
+
+// Black and white means no tint anywhere: the theme's bluish greys become true greys.
+void inBlackAndWhite(QChart *chart, std::initializer_list<QAbstractAxis *> axes)
+{
+    chart->setBackgroundBrush(Qt::white);
+    chart->setTitleBrush(Qt::black);
+    for (QAbstractAxis *axis : axes) {
+        axis->setLabelsColor(Qt::black);
+        axis->setTitleBrush(Qt::black);
+        axis->setLinePenColor(Qt::black);
+        axis->setGridLineColor(QColor(190, 190, 190));
+        axis->setShadesVisible(false);
+    }
+}
+
+}  // namespace
+
+QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize, qreal scale)
+{
+    auto *chart = new QChart;
+    chart->setTheme(QChart::ChartThemeLight);
+    chart->setAnimationOptions(QChart::NoAnimation);
+    chart->setBackgroundRoundness(0);
+    setTitle(chart, data.ChartTopTitle(), layoutSize.width());
+
+    const int points = data.ChartPointCount();
+    const QFont axisFont = withSize(chart->font(), points > 20 ? 8 : 9);
+    const QFont axisTitleFont = withSize(chart->font(), 10, true);
+
+    QAbstractAxis *yAxis = valueAxis(data);
     yAxis->setTitleText(data.ChartLeftTitle());
     yAxis->setTitleFont(axisTitleFont);
     yAxis->setLabelsFont(axisFont);
@@ -278,88 +424,9 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
     // The key lists the named series; series without a legend have no sample, and a chart
     // without legends has no key.
     QList<ChartKey::Entry> keyEntries;
-    QAbstractAxis *xAxis = nullptr;
     QList<QAbstractSeries *> drawn;
     const bool bars = data.kind() == Kind::ClassBars;
-    if (bars) {
-        auto *barSeries = new QBarSeries;
-        barSeries->setBarWidth(0.85);
-        for (int s = 0; s < all.size(); ++s) {
-            auto *set = new QBarSet(all[s].legend);
-            for (double v : all[s].values)
-                set->append(v);
-            QBrush ground;
-            QBrush hatch;
-            if (colour) {
-                const QColor c = PaletteColour(all[s].colour);
-                ground = c;
-                set->setBrush(c);
-                set->setPen(QPen(c.darker(140), 1));
-            } else {
-                const int fill = s % static_cast<int>(std::size(kFills));
-                ground = groundOf(fill);
-                hatch = hatchOf(fill);
-                set->setBrush(fillBrush(fill, scale));
-                set->setPen(QPen(Qt::black, 1));
-            }
-            barSeries->append(set);
-            if (!all[s].legend.isEmpty())
-                keyEntries.append({all[s].legend, ground, hatch, set->pen()});
-        }
-        chart->addSeries(barSeries);
-        drawn.append(barSeries);
-        auto *classes = new QBarCategoryAxis;
-        classes->append(distinctLabels(data.pointLabels()));
-        // Every class keeps its whole label: the chart library would cut one to dots wherever a
-        // class is narrower than its own generous padding, though the label fits.
-        classes->setTruncateLabels(false);
-        xAxis = classes;
-    } else {
-        double xLow = data.ChartXAxisMin();
-        double xHigh = data.ChartXAxisMax();
-        if (!(xHigh > xLow)) {
-            // No axis set: the span of the x positions written.
-            bool any = false;
-            for (const Series &s : all) {
-                for (double x : s.xs) {
-                    xLow = any ? qMin(xLow, x) : x;
-                    xHigh = any ? qMax(xHigh, x) : x;
-                    any = true;
-                }
-            }
-            if (!(xHigh > xLow))
-                xHigh = xLow + 1;
-        }
-        const int xTicks = data.ChartXAxisTicks() > 0 ? data.ChartXAxisTicks() : 1;
-        if (data.ChartLogAxes()) {
-            xAxis = logAxis(xLow, xHigh);
-        } else {
-            auto *years = new QValueAxis;
-            years->setRange(xLow, xHigh);
-            years->setTickCount(xTicks + 1);
-            years->setLabelFormat(tickFormat(xLow, xHigh, xTicks));
-            xAxis = years;
-        }
-        for (int s = 0; s < all.size(); ++s) {
-            auto *line = new QLineSeries;
-            line->setName(all[s].legend);
-            for (int p = 0; p < all[s].values.size(); ++p)
-                line->append(all[s].xs.value(p), all[s].values[p]);
-            QPen pen(colour ? PaletteColour(all[s].colour) : QColor(Qt::black));
-            pen.setWidthF(all[s].width > 0 ? all[s].width : 2.0);
-            if (!colour && !kDashPatterns[s % kDashPatterns.size()].isEmpty()) {
-                pen.setDashPattern(kDashPatterns[s % kDashPatterns.size()]);
-                // Square ends would lengthen every dash by the pen's width and close the short gaps.
-                pen.setCapStyle(Qt::FlatCap);
-            }
-            line->setPen(pen);
-            line->setPointsVisible(all[s].markers);
-            chart->addSeries(line);
-            drawn.append(line);
-            if (!all[s].legend.isEmpty())
-                keyEntries.append({all[s].legend, Qt::NoBrush, Qt::NoBrush, pen});
-        }
-    }
+    QAbstractAxis *xAxis = bars ? addBars(chart, data, colour, scale, keyEntries, drawn) : addLines(chart, data, colour, keyEntries, drawn);
     xAxis->setTitleText(data.ChartBottomTitle());
     xAxis->setTitleFont(axisTitleFont);
     xAxis->setLabelsFont(axisFont);
@@ -382,46 +449,12 @@ QChart *Graph::buildChart(const ChartData &data, bool colour, QSizeF layoutSize,
     chart->setMargins(QMargins(kMargin, kMargin, kMargin + qCeil(key->keyWidth()), kMargin));
     key->attachTo(chart, kMargin);
 
-    if (bars) {
-        // Class labels stand upright while the widest fits its class, in a smaller type if need be;
-        // else they turn sideways. The room is known once the chart is laid out, and is looked at
-        // again whenever the plot changes size.
-        auto *classes = static_cast<QBarCategoryAxis *>(xAxis);
-        const QStringList labels = classes->categories();
-        const QFont small = withSize(axisFont, 8);
-        auto fit = [classes, labels, axisFont, small](qreal plotWidth) {
-            const qreal room = labels.isEmpty() ? plotWidth : plotWidth / labels.size();
-            auto fits = [&labels, room](const QFont &font) {
-                const QFontMetricsF metrics(font);
-                qreal widest = 0;
-                for (const QString &l : labels)
-                    widest = qMax(widest, metrics.horizontalAdvance(l));
-                return widest + 4 <= room;
-            };
-            const bool upright = fits(axisFont) || fits(small);
-            const QFont font = fits(axisFont) ? axisFont : small;
-            if (classes->labelsFont() != font)
-                classes->setLabelsFont(font);
-            if (classes->labelsAngle() != (upright ? 0 : -90))
-                classes->setLabelsAngle(upright ? 0 : -90);
-        };
-        // A first guess before the layout: the chart less its margins and key, and the value axis.
-        fit(layoutSize.width() - 2 * kMargin - key->keyWidth() - 70);
-        QObject::connect(chart, &QChart::plotAreaChanged, classes, [fit](const QRectF &plot) { fit(plot.width()); });
-    }
-
-    if (!colour) {
-        // Black and white means no tint anywhere: the theme's bluish greys become true greys.
-        chart->setBackgroundBrush(Qt::white);
-        chart->setTitleBrush(Qt::black);
-        for (QAbstractAxis *axis : {yAxis, xAxis}) {
-            axis->setLabelsColor(Qt::black);
-            axis->setTitleBrush(Qt::black);
-            axis->setLinePenColor(Qt::black);
-            axis->setGridLineColor(QColor(190, 190, 190));
-            axis->setShadesVisible(false);
-        }
-    }
+    // A first guess of the plot's width before the layout: the chart less its margins and key,
+    // and the value axis.
+    if (bars)
+        fitClassLabels(chart, static_cast<QBarCategoryAxis *>(xAxis), axisFont, layoutSize.width() - 2 * kMargin - key->keyWidth() - 70);
+    if (!colour)
+        inBlackAndWhite(chart, {yAxis, xAxis});
     return chart;
 }
 

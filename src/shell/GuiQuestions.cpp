@@ -180,7 +180,7 @@ GuiQuestions::~GuiQuestions()
     delete m_duplicate;
 }
 
-QString GuiQuestions::askRunId(QString &name)
+DialogEnd GuiQuestions::askRunId(QString &name)
 {
     NormalPointer pointer;
     if (!m_runId)
@@ -189,19 +189,17 @@ QString GuiQuestions::askRunId(QString &name)
     return m_runId->AskRunId(name);
 }
 
-QString GuiQuestions::askDuplicateId(const QString &name)
+DialogEnd GuiQuestions::askDuplicateId(const QString &name)
 {
     NormalPointer pointer;
     if (!m_duplicate)
         m_duplicate = new frmDuplicateId(m_parent);
     m_duplicate->HelpFile = m_helpFile;
     m_duplicate->NextFreeRunId = m_nextFree;
-    const QString result = m_duplicate->AskDuplicateId(name);
-    m_lastRenamed = result == kDialogRename ? m_duplicate->lblRunId->text() : QString();
-    return result;
+    return m_duplicate->AskDuplicateId(name);
 }
 
-QString GuiQuestions::askStandingOrHarvested()
+std::optional<RunKind> GuiQuestions::askStandingOrHarvested()
 {
     NormalPointer pointer;
     // A new window for each import.
@@ -210,8 +208,8 @@ QString GuiQuestions::askStandingOrHarvested()
     form.ClearOptions();
     form.exec();
     if (form.bImportCancelled)
-        return QString();
-    return form.optHarvested->isChecked() ? QStringLiteral("H") : QStringLiteral("S");
+        return std::nullopt;
+    return form.HarvestedChosen() ? RunKind::Harvested : RunKind::Standing;
 }
 
 void GuiQuestions::showBusyMessage(const QString &title, const QString &message)
@@ -234,14 +232,13 @@ bool GuiQuestions::askReportText(ReportTextRequest &request)
     frmReportText form(m_parent);
     form.HelpFile = m_helpFile;
     form.OpenHelp = [](const QString &file, int topic) { ShowHelp(HelpContentsAndTopic, file, topic); };
-    form.txtReportTitle->setText(request.title);
     // The box keeps its lines with bare line feeds; the compile turns them back into CR LF.
-    form.txtReportDesc->setPlainText(QString(request.description).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+    form.SetTexts(request.title, QString(request.description).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
     form.exec();
     if (form.bReportCancelled)
         return false;
-    request.title = form.txtReportTitle->text();
-    request.description = form.txtReportDesc->toPlainText();
+    request.title = form.Title();
+    request.description = form.Description();
     return true;
 }
 

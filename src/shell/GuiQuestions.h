@@ -30,17 +30,15 @@ public:
     QString openFile(const FileRequest &request) override;
     QString saveFile(const FileRequest &request) override;
     QString chooseFolder(const QString &title, const QString &startFolder) override;
-    QString askRunId(QString &name) override;
-    QString askDuplicateId(const QString &name) override;
-    QString askStandingOrHarvested() override;
+    DialogEnd askRunId(QString &name) override;
+    DialogEnd askDuplicateId(const QString &name) override;
+    std::optional<RunKind> askStandingOrHarvested() override;
     bool askReportText(ReportTextRequest &request) override;
     bool askOptions(OptionsRequest &request) override;
     bool askPrint(PrintRequest &request) override;
     void showBusyMessage(const QString &title, const QString &message) override;
     void hideBusyMessage() override;
 
-    // The name that the last Rename in "Duplicate Run Id" found.
-    QString lastRenamedId() const { return m_lastRenamed; }
     // The shared windows, once made.
     frmBusyMessage *busyWindow() const;
     frmRunId *runIdWindow() const;
@@ -55,7 +53,6 @@ private:
     QPointer<frmRunId> m_runId;
     QPointer<frmDuplicateId> m_duplicate;
     QString m_helpFile;
-    QString m_lastRenamed;
     std::function<QString(const QString &)> m_nextFree;
 };
 

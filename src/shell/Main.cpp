@@ -92,10 +92,7 @@ bool Main(TreeModel &tm, const QStringList &arguments, frmSendrel *&frame)
         frame->setWindowState(frame->windowState() | Qt::WindowMaximized);
         frame->show();
         showBrowser(*frame, *browser);
-        browser->ChangingChecks = true;
-        browser->chkSS->setChecked(true);
-        browser->chkStandLevels->setChecked(false);
-        browser->ChangingChecks = false;
+        browser->ChooseStandAndStock();
         browser->SelectedItems = 1;
         // The run's own window is to take the left place, not the browser.
         frame->LeftForm() = nullptr;

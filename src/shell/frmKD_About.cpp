@@ -19,6 +19,7 @@ frmKD_About::frmKD_About(QWidget *parent)
     setWindowTitle(QStringLiteral("Tolvane Interface"));
     setModal(false);
 
+    Image1->setObjectName(QStringLiteral("Image1"));
     Label2->setObjectName(QStringLiteral("Label2"));
     Label1->setObjectName(QStringLiteral("Label1"));
     lblVersion->setObjectName(QStringLiteral("lblVersion"));

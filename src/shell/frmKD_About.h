@@ -15,15 +15,17 @@ class frmKD_About : public QDialog {
 public:
     explicit frmKD_About(QWidget *parent = nullptr);
 
+    int HelpContextID = 14;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
     PictureBox *Image1;
     QLabel *Label2;
     QLabel *Label1;
     QLabel *lblVersion;
     QPushButton *cmdOK;
-    int HelpContextID = 14;
-
-protected:
-    void resizeEvent(QResizeEvent *event) override;
 };
 
 }  // namespace sendrel

@@ -23,6 +23,7 @@ frmKD_Splash::frmKD_Splash(QWidget *parent)
     setPalette(pal);
     setContentsMargins(0, 0, 0, 0);
 
+    Image1->setObjectName(QStringLiteral("Image1"));
     Label2->setObjectName(QStringLiteral("Label2"));
     Label3->setObjectName(QStringLiteral("Label3"));
     lblVersion->setObjectName(QStringLiteral("lblVersion"));

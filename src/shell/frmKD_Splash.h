@@ -15,12 +15,6 @@ class frmKD_Splash : public QDialog {
 public:
     explicit frmKD_Splash(QWidget *parent = nullptr);
 
-    PictureBox *Image1;
-    QLabel *Label2;        // the program's name
-    QLabel *Label3;        // what the program is
-    QLabel *lblVersion;
-    QTimer *Timer1;
-
     static constexpr int kShowMilliseconds = 2000;
 
 protected:
@@ -28,6 +22,13 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    PictureBox *Image1;
+    QLabel *Label2;        // the program's name
+    QLabel *Label3;        // what the program is
+    QLabel *lblVersion;
+    QTimer *Timer1;
 };
 
 }  // namespace sendrel

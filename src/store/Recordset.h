@@ -5,7 +5,6 @@
 #include <QVariant>
 #include <QVector>
 
-#include <functional>
 #include <memory>
 
 namespace sendrel {
@@ -15,26 +14,17 @@ namespace sendrel {
 class Recordset {
 public:
     using Row = QVector<QVariant>;
-    using Loader = std::function<void(QStringList &names, QVector<Row> &rows)>;
 
     Recordset();
     Recordset(QStringList names, QVector<Row> rows);
-    // Rows fetched at the first read; for results that are kept but seldom read.
-    static Recordset deferred(Loader loader);
 
     bool Eof() const;           // EOF: past the last row, or no rows at all
     void MoveFirst();
     void MoveNext();
     int RecordCount() const;
 
-    // Moves forward from the current row to the first that fits "Column = value", where the value
-    // is a quoted text ('it''s') or a number; Eof() when none does. Texts compare without regard to case.
-    bool Find(const QString &criteria);
-
     QVariant Fields(const QString &name) const;
     QVariant Fields(int index) const;
-    int FieldCount() const;
-    QString FieldName(int index) const;
     int FieldIndex(const QString &name) const;   // -1 when not there
 
     void Close();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/RunKind.h"
+
 #include <QString>
 #include <QStringView>
 
@@ -7,9 +9,6 @@
 
 namespace sendrel {
 
-// The kind of a tree list: the trees left standing or the trees cut. Stored as "S" or "H" in
-// every Standing_Harvested column.
-enum class RunKind { Standing, Harvested };
 
 // "S" or "H".
 QString KindLetter(RunKind kind);

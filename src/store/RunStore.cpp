@@ -19,26 +19,6 @@ namespace sendrel {
 
 namespace {
 
-// A recordset that is kept for the process but read by nothing: the statement is checked now,
-// its rows are fetched only if someone reads them, so a large run does not slow the start.
-Recordset deferredRecordset(clsDBEngine &engine, const QString &sql)
-{
-    { Statement check(engine, sql); }
-    clsDBEngine *e = &engine;
-    return Recordset::deferred([e, sql](QStringList &names, QVector<Recordset::Row> &rows) {
-        e->SQLString = sql;
-        Recordset full = e->RetreiveRecords();
-        for (int i = 0; i < full.FieldCount(); ++i)
-            names.append(full.FieldName(i));
-        for (full.MoveFirst(); !full.Eof(); full.MoveNext()) {
-            Recordset::Row row(names.size());
-            for (int i = 0; i < names.size(); ++i)
-                row[i] = full.Fields(i);
-            rows.append(row);
-        }
-    });
-}
-
 QString trimBlanks(const QString &text)
 {
     qsizetype first = 0;
@@ -122,22 +102,18 @@ void RunStore::open(const QString &path)
     DBEngine.PathToDB = path;
     DBEngine.OpenDB();
     MakeScratchReportTables(DBEngine);
-    DBEngine.SQLString = QStringLiteral("Select * from Model_Run  WHERE 0=0");
-    ModelRunRS = DBEngine.RetreiveRecords();
+    // A file without the run tables is no run database: refused here rather than at the first read.
+    { Statement probe(DBEngine, QStringLiteral("SELECT 1 FROM Model_Run, Model_Header, Model_Entries")); }
     DBEngine.UseWriteAheadLog();
     if (sqlite3 *handle = DBEngine.backend().sqliteHandle())
         sqlite3_wal_hook(handle, &RunStore::afterCommit, this);
-    ModelEntriesRS = deferredRecordset(DBEngine, QStringLiteral("Select * from Model_Entries WHERE 0=0"));
-    ModelHeaderRS = deferredRecordset(DBEngine, QStringLiteral("Select * from Model_Header"));
     readSpecies();
 }
 
 void RunStore::close()
 {
-    for (Recordset *rs : {&ModelRunRS, &ModelHeaderRS, &ModelEntriesRS, &SpeciesRS}) {
-        if (rs->IsOpen())
-            rs->Close();
-    }
+    if (SpeciesRS.IsOpen())
+        SpeciesRS.Close();
     // The last connection to close copies the log into the file.
     if (DBEngine.IsOpen())
         keepingCheck([this] { DBEngine.CloseDB(); });

@@ -58,26 +58,19 @@ struct CompactResult {
     qint64 bytesAfter = 0;
 };
 
-// The run database as the program uses it: the engine, the long-lived recordsets kept from the
-// opening, the species of the variant (read once and kept), and typed, bound statements for the
-// runs, their cycles and their trees. Everything runs on the engine's one connection.
+// The run database as the program uses it: the engine, the species of the variant (read once and
+// kept), and typed, bound statements for the runs, their cycles and their trees. Everything runs on the engine's one connection.
 class RunStore {
 public:
     clsDBEngine DBEngine;
 
-    // All of Model_Run as of the opening, and two recordsets kept for the process: nothing reads
-    // their rows now (the search for a free Run Id reads the table as it is); the two are fetched
-    // only when first read.
-    Recordset ModelRunRS;
-    Recordset ModelEntriesRS;
-    Recordset ModelHeaderRS;
     // The Species rows of the variant, and how many there are.
     Recordset SpeciesRS;
     qint32 NumSpecies = 0;
 
-    // Opens the file and reads the long-lived recordsets and the species. Fails as the engine does.
+    // Opens the file and reads the species. Fails as the engine does.
     void open(const QString &path);
-    // Closes the recordsets and the engine; what never opened is skipped.
+    // Closes the species' recordset and the engine; what never opened is skipped.
     void close();
     bool isOpen() const { return DBEngine.IsOpen(); }
 

@@ -381,7 +381,7 @@ private slots:
         struct Renaming : CliQuestions {
             using CliQuestions::CliQuestions;
             std::function<void()> onFirstAsk;
-            QString askRunId(QString &name) override
+            DialogEnd askRunId(QString &name) override
             {
                 if (onFirstAsk)
                     std::exchange(onFirstAsk, nullptr)();

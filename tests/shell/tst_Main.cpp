@@ -13,6 +13,7 @@
 #include <QTimer>
 
 using namespace sendrel;
+using namespace sendrel::test;
 
 namespace {
 
@@ -76,7 +77,7 @@ private slots:
         QVERIFY(!b.tm.RunOnCommandLine);
         frmMarquel *m = f.frame->Marquel;
         QVERIFY(m && m->isVisible());
-        QCOMPARE(m->lstRuns->count(), 3);
+        QCOMPARE(RunList(m)->count(), 3);
         QVERIFY(reportWindows(*f.frame).isEmpty());
     }
 
@@ -96,7 +97,7 @@ private slots:
         QVERIFY(f.frame->windowState() & Qt::WindowMaximized);
         frmMarquel *m = f.frame->Marquel;
         QCOMPARE(m->RunEntries(), (QStringList{QStringLiteral("R1:Harvested\tone"), QStringLiteral("R1:Standing\tone")}));
-        QVERIFY(m->chkSS->isChecked() && !m->chkStandLevels->isChecked());
+        QVERIFY(Control<QCheckBox>(m, "chkSS")->isChecked() && !Control<QCheckBox>(m, "chkStandLevels")->isChecked());
         const QList<QWidget *> windows = reportWindows(*f.frame);
         QCOMPARE(windows.size(), 1);
         QCOMPARE(windows[0]->windowTitle(), QStringLiteral("Stand & Stock Tables: R1 (Standing)"));
@@ -194,17 +195,18 @@ private slots:
     {
         QFETCH(QString, target);
         frmKD_Splash splash;
-        QWidget *on = target == QLatin1String("Image1") ? static_cast<QWidget *>(splash.Image1) : splash.lblVersion;
+        QWidget *on = Control<QWidget>(&splash, target.isEmpty() ? QStringLiteral("lblVersion") : target);
+        const QTimer *timer = splash.findChild<QTimer *>(QStringLiteral("Timer1"));
         onNextModal([&](QWidget *w) {
-            QCOMPARE(splash.lblVersion->text(), QStringLiteral("Version 3.03.0004"));
-            QVERIFY(splash.Timer1->isActive() && splash.Timer1->interval() == 2000);
+            QCOMPARE(Control<QLabel>(&splash, "lblVersion")->text(), QStringLiteral("Version 3.03.0004"));
+            QVERIFY(timer->isActive() && timer->interval() == 2000);
             if (target.isEmpty())
                 QTest::keyClick(w, Qt::Key_Space);
             else
                 QTest::mouseClick(on, Qt::LeftButton);
         });
         QCOMPARE(splash.exec(), int(QDialog::Accepted));
-        QVERIFY(splash.Timer1->isActive());   // closed before its time ran out
+        QVERIFY(timer->isActive());   // closed before its time ran out
     }
 
     // The picture grows by tenths while both sides are below the target, then shrinks by

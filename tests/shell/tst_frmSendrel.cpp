@@ -23,6 +23,7 @@
 #include <QTextBrowser>
 
 using namespace sendrel;
+using namespace sendrel::test;
 
 namespace {
 
@@ -76,7 +77,7 @@ const QString kHelpFile = QDir::toNativeSeparators(kHelpFolder + QStringLiteral(
 QString shownPage()
 {
     frmHelp *help = HelpWindow();
-    return help ? QFileInfo(help->txtTopic->source().toLocalFile()).fileName() : QString();
+    return help ? QFileInfo(Control<QTextBrowser>(help, "txtTopic")->source().toLocalFile()).fileName() : QString();
 }
 
 // Whether the help window is blocked by a modal window now, as the window system told it.
@@ -315,16 +316,17 @@ private slots:
         QCOMPARE(busy->windowTitle(), QStringLiteral("Please wait..."));
         gui.showBusyMessage(QStringLiteral("Please wait..."), QStringLiteral("Importing cycle number: 4"));
         QCOMPARE(gui.busyWindow(), busy);
-        QCOMPARE(busy->lblBusyMessage->text(), QStringLiteral("Importing cycle number: 4"));
+        QCOMPARE(Control<QLabel>(busy, "lblBusyMessage")->text(), QStringLiteral("Importing cycle number: 4"));
         gui.hideBusyMessage();
         QVERIFY(!busy->isVisible());
 
         frame.ShowAbout();
         frmKD_About *about = frame.About();
-        QCOMPARE(about->lblVersion->text(), QStringLiteral("Version 3.03.0004"));
+        QCOMPARE(Control<QLabel>(about, "lblVersion")->text(), QStringLiteral("Version 3.03.0004"));
         QVERIFY(about->isVisible() && !about->isModal());
-        QVERIFY(about->Image1->width() <= about->width() / 2 && about->Image1->height() <= about->height() * 70 / 100);
-        QTest::mouseClick(about->cmdOK, Qt::LeftButton);
+        const QWidget *picture = Control<QWidget>(about, "Image1");
+        QVERIFY(picture->width() <= about->width() / 2 && picture->height() <= about->height() * 70 / 100);
+        QTest::mouseClick(Control<QPushButton>(about, "cmdOK"), Qt::LeftButton);
         QVERIFY(!about->isVisible());
         frame.ShowAbout();
         QCOMPARE(frame.About(), about);
@@ -346,12 +348,12 @@ private slots:
         QVERIFY(ShowHelp(HelpContents, kHelpFile, 29));
         QCOMPARE(shownPage(), QStringLiteral("index.html"));
         QVERIFY(ShowHelp(HelpSearch, kHelpFile, 0));
-        QCOMPARE(HelpWindow()->txtSearch->text(), QString());
+        QCOMPARE(Control<QLineEdit>(HelpWindow(), "txtSearch")->text(), QString());
         QVERIFY(!ShowHelp(5, kHelpFile, 29));
         QVERIFY(!ShowHelp(HelpContentsAndTopic, QStringLiteral("/nowhere/Help/Tolvane.chm"), 29));
         // Searching lists the pages that hold every word.
         HelpWindow()->ShowSearch(QStringLiteral("Overwrite harvested"));
-        QVERIFY(HelpWindow()->txtTopic->toPlainText().contains(QStringLiteral("Duplicate Run Id")));
+        QVERIFY(Control<QTextBrowser>(HelpWindow(), "txtTopic")->toPlainText().contains(QStringLiteral("Duplicate Run Id")));
         for (int id : {29, 76, 75, 73, 14, 2070, 2010, 2100, 15}) {
             const QString html = QString::fromUtf8(sendrel::test::ReadWholeFile(kHelpFolder + QStringLiteral("/%1.html").arg(id)));
             QVERIFY2(html.contains(QStringLiteral("<title>")) && html.contains(QStringLiteral("href=\"index.html\"")), qPrintable(QString::number(id)));

@@ -10,6 +10,7 @@
 #include "windows/browser/frmMarquel.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QLineEdit>
 #include <QListWidget>
@@ -166,4 +167,8 @@ template <typename T> T *Control(QWidget *form, const QString &name)
     }
     return nullptr;
 }
+template <typename T> T *Control(QWidget *form, const char *name) { return Control<T>(form, QString::fromLatin1(name)); }
+// The browser's list of runs and a command of its menus, by objectName.
+inline QListWidget *RunList(QWidget *browser) { return Control<QListWidget>(browser, "lstRuns"); }
+inline QAction *MenuCommand(QWidget *browser, const char *name) { return browser->findChild<QAction *>(QString::fromLatin1(name)); }
 }  // namespace sendrel::test

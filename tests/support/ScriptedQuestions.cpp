@@ -39,22 +39,23 @@ QString ScriptedQuestions::chooseFolder(const QString &title, const QString &sta
     return take(QStringLiteral("chooseFolder"), title, startFolder).value.toString();
 }
 
-QString ScriptedQuestions::askRunId(QString &name)
+DialogEnd ScriptedQuestions::askRunId(QString &name)
 {
     const Entry e = take(QStringLiteral("askRunId"), QStringLiteral("Enter Run ID"), name);
     if (!e.extra.toString().isEmpty())
         name = e.extra.toString();
-    return e.value.toString();
+    return static_cast<DialogEnd>(e.value.toInt());
 }
 
-QString ScriptedQuestions::askDuplicateId(const QString &name)
+DialogEnd ScriptedQuestions::askDuplicateId(const QString &name)
 {
-    return take(QStringLiteral("askDuplicateId"), QStringLiteral("Duplicate Run Id"), name).value.toString();
+    return static_cast<DialogEnd>(take(QStringLiteral("askDuplicateId"), QStringLiteral("Duplicate Run Id"), name).value.toInt());
 }
 
-QString ScriptedQuestions::askStandingOrHarvested()
+std::optional<RunKind> ScriptedQuestions::askStandingOrHarvested()
 {
-    return take(QStringLiteral("askStandingOrHarvested"), QStringLiteral("Standing or Harvested"), QString()).value.toString();
+    const QVariant kind = take(QStringLiteral("askStandingOrHarvested"), QStringLiteral("Standing or Harvested"), QString()).value;
+    return kind.isNull() ? std::nullopt : std::optional<RunKind>(static_cast<RunKind>(kind.toInt()));
 }
 
 bool ScriptedQuestions::askReportText(ReportTextRequest &request)

@@ -23,9 +23,12 @@ public:
     void answerOpenFile(const QString &path) { m_script.append({QStringLiteral("openFile"), path, {}}); }
     void answerSaveFile(const QString &path) { m_script.append({QStringLiteral("saveFile"), path, {}}); }
     void answerFolder(const QString &path) { m_script.append({QStringLiteral("chooseFolder"), path, {}}); }
-    void answerRunId(const QString &result, const QString &name = QString()) { m_script.append({QStringLiteral("askRunId"), result, name}); }
-    void answerDuplicateId(const QString &result) { m_script.append({QStringLiteral("askDuplicateId"), result, {}}); }
-    void answerStandingOrHarvested(const QString &kind) { m_script.append({QStringLiteral("askStandingOrHarvested"), kind, {}}); }
+    void answerRunId(DialogEnd result, const QString &name = QString()) { m_script.append({QStringLiteral("askRunId"), int(result), name}); }
+    void answerDuplicateId(DialogEnd result) { m_script.append({QStringLiteral("askDuplicateId"), int(result), {}}); }
+    void answerStandingOrHarvested(std::optional<RunKind> kindOrCancel)
+    {
+        m_script.append({QStringLiteral("askStandingOrHarvested"), kindOrCancel ? QVariant(int(*kindOrCancel)) : QVariant(), {}});
+    }
     // The PDF file to print into; "" cancels the print dialog.
     void answerPrint(const QString &pdfFile) { m_script.append({QStringLiteral("askPrint"), pdfFile, {}}); }
     void answerReportText(bool ok, const QString &title = QString(), const QString &description = QString())
@@ -43,9 +46,9 @@ public:
     QString openFile(const FileRequest &request) override;
     QString saveFile(const FileRequest &request) override;
     QString chooseFolder(const QString &title, const QString &startFolder) override;
-    QString askRunId(QString &name) override;
-    QString askDuplicateId(const QString &name) override;
-    QString askStandingOrHarvested() override;
+    DialogEnd askRunId(QString &name) override;
+    DialogEnd askDuplicateId(const QString &name) override;
+    std::optional<RunKind> askStandingOrHarvested() override;
     bool askReportText(ReportTextRequest &request) override;
     bool askOptions(OptionsRequest &request) override;
     bool askPrint(PrintRequest &request) override;

@@ -109,40 +109,22 @@ double StandLevelsState::maximum(StandLevelsStatistic statistic) const
     return 0;
 }
 
-StandLevelsState FillStandLevelsCharts(const RunStore &db, const StandLevelsSums &sums, const StandLevelsCharts &charts)
-{
-    StandLevelsState state;
-    state.kind = sums.kind;
-    state.CycleRS = sums.cycles;
-    state.SpeciesListRS = sums.species;
-    for (ChartData *g : charts) {
-        g->setKind(ChartData::Kind::TimeLines);
-        g->ChartReset(9);
-    }
-    if (sums.cycles.isEmpty() || sums.species.isEmpty())
-        return state;
+namespace {
 
+// Each species' value and the "Total" at each point (a cycle, or a pass of it); the largest totals
+// go to state.
+void plotPoints(const StandLevelsSums &sums, const StandLevelsCharts &charts, StandLevelsState &state)
+{
     const int species = static_cast<int>(sums.species.size());
     const qint16 seriesCount = ToInt16(species + 1.0);
-    for (ChartData *g : charts) {
-        g->ChartAutoAdvance(false);
-        g->ChartIndexMode(1);
-        g->ChartPointCount(ToInt16(static_cast<double>(sums.passes) * sums.cycles.size()));
-        g->ChartSeriesCount(seriesCount);
-        g->ChartPoint(1);
-    }
     ChartData &gphSph = *charts[0];
     ChartData &gphBasalArea = *charts[1];
     ChartData &gphMerchVol = *charts[2];
     ChartData &gphTotalVol = *charts[3];
 
-    double minYear = sums.cycles.first().year;
-    double maxYear = minYear;
     qint16 point = 0;
     for (const CycleRow &c : std::as_const(sums.cycles)) {
         const double year = c.year;
-        minYear = qMin(minYear, year);
-        maxYear = qMax(maxYear, year);
         for (int pass = 1; pass <= sums.passes; ++pass) {
             ++point;
             double totalSph = 0;
@@ -181,7 +163,20 @@ StandLevelsState FillStandLevelsCharts(const RunStore &db, const StandLevelsSums
             state.MaxMerchVol = qMax(state.MaxMerchVol, totalVol);
         }
     }
+}
 
+// The axes over the years and up to the largest totals, and the legend and colour of each species
+// and of the "Total".
+void scaleAndLabel(const RunStore &db, const StandLevelsSums &sums, const StandLevelsCharts &charts, const StandLevelsState &state)
+{
+    const int species = static_cast<int>(sums.species.size());
+    const qint16 seriesCount = ToInt16(species + 1.0);
+    double minYear = sums.cycles.first().year;
+    double maxYear = minYear;
+    for (const CycleRow &c : std::as_const(sums.cycles)) {
+        minYear = qMin(minYear, double(c.year));
+        maxYear = qMax(maxYear, double(c.year));
+    }
     qint32 ticks = kDivisions;
     NiceAxisScale(minYear, maxYear, ticks);
     for (ChartData *g : charts) {
@@ -214,6 +209,34 @@ StandLevelsState FillStandLevelsCharts(const RunStore &db, const StandLevelsSums
         g->ChartSeriesLegend(seriesCount, QStringLiteral("Total"));
         g->ChartSeriesColour(seriesCount, SpeciesColourIndex(kTotalColour));
     }
+}
+
+}  // namespace
+
+StandLevelsState FillStandLevelsCharts(const RunStore &db, const StandLevelsSums &sums, const StandLevelsCharts &charts)
+{
+    StandLevelsState state;
+    state.kind = sums.kind;
+    state.CycleRS = sums.cycles;
+    state.SpeciesListRS = sums.species;
+    for (ChartData *g : charts) {
+        g->setKind(ChartData::Kind::TimeLines);
+        g->ChartReset(9);
+    }
+    if (sums.cycles.isEmpty() || sums.species.isEmpty())
+        return state;
+
+    const int species = static_cast<int>(sums.species.size());
+    const qint16 seriesCount = ToInt16(species + 1.0);
+    for (ChartData *g : charts) {
+        g->ChartAutoAdvance(false);
+        g->ChartIndexMode(1);
+        g->ChartPointCount(ToInt16(static_cast<double>(sums.passes) * sums.cycles.size()));
+        g->ChartSeriesCount(seriesCount);
+        g->ChartPoint(1);
+    }
+    plotPoints(sums, charts, state);
+    scaleAndLabel(db, sums, charts, state);
     state.filled = true;
     return state;
 }

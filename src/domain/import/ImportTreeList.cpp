@@ -59,14 +59,14 @@ QString warningsText(const QString &fileName, const ImportResult &result)
 
 // Settles the Run Id with the user. renamedFrom: the Id whose next free name the user took
 // unchanged through Rename, else "".
-QString settle(RunStore &db, UserQuestions &questions, QString &runId, RunKind kind, QString &renamedFrom)
+DialogEnd settle(RunStore &db, UserQuestions &questions, QString &runId, RunKind kind, QString &renamedFrom)
 {
-    QString dialogResult = kDialogRename;
+    DialogEnd dialogResult = DialogEnd::Rename;
     renamedFrom.clear();
-    while (dialogResult == kDialogRename || dialogResult == kDialogCheck) {
+    while (dialogResult == DialogEnd::Rename || dialogResult == DialogEnd::Check) {
         if (db.runExists({runId, kind})) {
             dialogResult = questions.askDuplicateId(runId);
-            if (dialogResult == kDialogRename) {
+            if (dialogResult == DialogEnd::Rename) {
                 const QString base = runId;
                 runId = NextFreeRunId(db, base);
                 const QString offered = runId;
@@ -74,15 +74,117 @@ QString settle(RunStore &db, UserQuestions &questions, QString &runId, RunKind k
                 runId = TakenRunId(runId);
                 renamedFrom = runId == offered ? base : QString();
             }
-        } else if (dialogResult == kDialogRename) {
+        } else if (dialogResult == DialogEnd::Rename) {
             dialogResult = questions.askRunId(runId);
             runId = TakenRunId(runId);
             renamedFrom.clear();
         } else {
-            dialogResult = kDialogOK;
+            dialogResult = DialogEnd::OK;
         }
     }
     return dialogResult;
+}
+
+// The first header, a copy (the line's bytes move when the file reads on), or nothing when the
+// file holds none with at least one more line behind it. Fails as the file's reading does.
+std::optional<QByteArray> readFirstHeader(TreeListFile &file, ImportResult &result)
+{
+    while (!file.atEnd()) {
+        const QByteArrayView line = file.readLine();
+        if (ClassifyLine(line) == LineKind::Header) {
+            if (file.atEnd())
+                return std::nullopt;
+            return line.toByteArray();
+        }
+        if (IsHiddenHeader(line))
+            warnOfHiddenHeader(result, file, line, QStringLiteral("it and the lines behind it up to the first header were passed over"));
+    }
+    return std::nullopt;
+}
+
+// The first header's cycle and stamp.
+struct ListStart {
+    CycleHeader header;
+    HeaderStamp stamp;
+};
+
+// Reads the list up to its first header, whose numbers and stamp come ahead of any question and
+// any row, so that a fault there is refused in good order; nothing when the import ends there, as
+// result tells (InvalidFile or Refused).
+std::optional<ListStart> readListStart(TreeListFile &file, const QString &fileName, ImportResult &result)
+{
+    const auto refused = [&](const QString &detail) {
+        result.ending = ImportEnding::Refused;
+        result.detail = detail;
+        return std::nullopt;
+    };
+    std::optional<QByteArray> firstHeader;
+    try {
+        firstHeader = readFirstHeader(file, result);
+    } catch (const SendrelError &e) {
+        return refused(QStringLiteral("Cannot import %1: %2.").arg(where(file), e.description()));
+    }
+    if (!firstHeader) {
+        result.ending = ImportEnding::InvalidFile;
+        result.detail = QStringLiteral("%1 holds no \"-999\" header with a line behind it.").arg(QDir::toNativeSeparators(fileName));
+        return std::nullopt;
+    }
+    ListStart start;
+    FieldWarnings fieldWarnings;
+    try {
+        start.header = ParseCycleHeader(*firstHeader, &fieldWarnings);
+        start.stamp = ParseHeaderStamp(*firstHeader, &fieldWarnings);
+        warn(result, file, fieldWarnings);
+    } catch (const SendrelError &e) {
+        return refused(QStringLiteral("Cannot import %1: the first header is out of range (%2).").arg(where(file), e.description()));
+    }
+    return start;
+}
+
+// Reads the rest of the list behind the header of the current cycle, adding each header and tree
+// record of the run, and counts them in result. An invalid species number fails with its message
+// in result.cause.
+void readCycles(TreeListFile &file, UserQuestions &questions, ModelEntryInserter &entries, CycleHeader &current, const QString &runId,
+                const QString &kind, ImportResult &result)
+{
+    FieldWarnings fieldWarnings;
+    std::optional<qint16> shownCycle;
+    for (;;) {
+        // The busy message names the current cycle; it is only redrawn when that changes.
+        if (shownCycle != current.cycle) {
+            shownCycle = current.cycle;
+            questions.showBusyMessage(QStringLiteral("Please wait..."), QStringLiteral("Importing cycle number: ") + QString::number(current.cycle));
+        }
+        if (file.atEnd())
+            return;
+        const QByteArrayView line = file.readLine();
+        switch (ClassifyLine(line)) {
+        case LineKind::Blank:
+            break;
+        case LineKind::Header:
+            current = ParseCycleHeader(line, &fieldWarnings);
+            warn(result, file, fieldWarnings);
+            entries.flush();   // the trees of a cycle go in ahead of the next header
+            AddModelHeader(entries.engine(), current, runId, kind);
+            ++result.cyclesRead;
+            break;
+        case LineKind::Record: {
+            if (IsHiddenHeader(line))
+                warnOfHiddenHeader(result, file, line, QStringLiteral("it was read as a tree record of cycle %1").arg(current.cycle));
+            TreeRecord &record = entries.nextRow();
+            ParseTreeRecord(line, current.cycle, record, &fieldWarnings);
+            if (!fieldWarnings.empty())
+                warn(result, file, fieldWarnings);
+            if (!IsValidSpeciesNumber(record.speciesNumber())) {
+                result.cause = InvalidSpeciesMessage(record.speciesNumber());
+                throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"), result.cause);
+            }
+            entries.addNextRow();
+            ++result.treeRecordsRead;
+            break;
+        }
+        }
+    }
 }
 
 // Why a settled Run Id cannot be stored, or "".
@@ -108,12 +210,6 @@ QString NextFreeRunId(RunStore &db, const QString &name)
         if (db.storedRunId(candidate).isNull())
             return candidate;
     }
-}
-
-QString SettleRunId(RunStore &db, UserQuestions &questions, QString &runId, RunKind kind)
-{
-    QString renamedFrom;
-    return settle(db, questions, runId, kind, renamedFrom);
 }
 
 QList<MessageRequest> ImportMessages(const QString &fileName, const ImportResult &result)
@@ -158,44 +254,13 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     if (!file.open())
         return refuse(QStringLiteral("Cannot open the tree list %1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString()));
 
-    // The first header; a file must hold at least one more line behind it.
-    bool headerFound = false;
-    bool atEnd = true;
-    QByteArray firstHeader;   // a copy: the line's bytes move when the file reads on
-    try {
-        while (!file.atEnd()) {
-            const QByteArrayView line = file.readLine();
-            if (ClassifyLine(line) == LineKind::Header) {
-                firstHeader = line.toByteArray();
-                headerFound = true;
-                break;
-            }
-            if (IsHiddenHeader(line))
-                warnOfHiddenHeader(result, file, line, QStringLiteral("it and the lines behind it up to the first header were passed over"));
-        }
-        atEnd = file.atEnd();
-    } catch (const SendrelError &e) {
-        return refuse(QStringLiteral("Cannot import %1: %2.").arg(where(file), e.description()));
-    }
-    if (!headerFound || atEnd) {
-        result.ending = ImportEnding::InvalidFile;
-        result.detail = QStringLiteral("%1 holds no \"-999\" header with a line behind it.").arg(QDir::toNativeSeparators(fileName));
+    const std::optional<ListStart> start = readListStart(file, fileName, result);
+    if (!start) {
         questions.hideBusyMessage();
         return result;
     }
-
-    // Numbers of the first header and its stamp come ahead of any question and any row, so a
-    // fault there is refused in good order.
-    CycleHeader current;
-    HeaderStamp stamp;
-    FieldWarnings fieldWarnings;
-    try {
-        current = ParseCycleHeader(firstHeader, &fieldWarnings);
-        stamp = ParseHeaderStamp(firstHeader, &fieldWarnings);
-        warn(result, file, fieldWarnings);
-    } catch (const SendrelError &e) {
-        return refuse(QStringLiteral("Cannot import %1: the first header is out of range (%2).").arg(where(file), e.description()));
-    }
+    CycleHeader current = start->header;
+    const HeaderStamp &stamp = start->stamp;
 
     QString runId = TakenRunId(proposedRunId.isEmpty() ? SuggestRunId(current, fileName) : proposedRunId);
     QString renamedFrom;
@@ -204,7 +269,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     const auto settled = [&] {
         result.dialogResult = settle(db, questions, runId, runKind, renamedFrom);
         result.runId = runId;
-        if (result.dialogResult == kDialogCancel) {
+        if (result.dialogResult == DialogEnd::Cancel) {
             result.ending = ImportEnding::Cancelled;
             return false;
         }
@@ -235,7 +300,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
             transaction.emplace(engine);
             // What the user settled is looked up again under the write lock: another program may
             // have imported the Run Id since.
-            if (result.dialogResult == kDialogOverwrite || !db.runExists({runId, runKind}))
+            if (result.dialogResult == DialogEnd::Overwrite || !db.runExists({runId, runKind}))
                 break;
             if (!renamedFrom.isEmpty()) {
                 // Rename takes the next free name, chosen here where no other import can take it too.
@@ -254,44 +319,7 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
         ModelEntryInserter entries(engine, runId, kind);
         AddModelHeader(engine, current, runId, kind);
         result.cyclesRead = 1;
-        std::optional<qint16> shownCycle;
-        for (;;) {
-            // The busy message names the current cycle; it is only redrawn when that changes.
-            if (shownCycle != current.cycle) {
-                shownCycle = current.cycle;
-                questions.showBusyMessage(QStringLiteral("Please wait..."),
-                                             QStringLiteral("Importing cycle number: ") + QString::number(current.cycle));
-            }
-            if (file.atEnd())
-                break;
-            const QByteArrayView line = file.readLine();
-            switch (ClassifyLine(line)) {
-            case LineKind::Blank:
-                break;
-            case LineKind::Header:
-                current = ParseCycleHeader(line, &fieldWarnings);
-                warn(result, file, fieldWarnings);
-                entries.flush();   // the trees of a cycle go in ahead of the next header
-                AddModelHeader(engine, current, runId, kind);
-                ++result.cyclesRead;
-                break;
-            case LineKind::Record: {
-                if (IsHiddenHeader(line))
-                    warnOfHiddenHeader(result, file, line, QStringLiteral("it was read as a tree record of cycle %1").arg(current.cycle));
-                TreeRecord &record = entries.nextRow();
-                ParseTreeRecord(line, current.cycle, record, &fieldWarnings);
-                if (!fieldWarnings.empty())
-                    warn(result, file, fieldWarnings);
-                if (!IsValidSpeciesNumber(record.speciesNumber())) {
-                    result.cause = InvalidSpeciesMessage(record.speciesNumber());
-                    throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"), result.cause);
-                }
-                entries.addNextRow();
-                ++result.treeRecordsRead;
-                break;
-            }
-            }
-        }
+        readCycles(file, questions, entries, current, runId, kind, result);
         committing = true;
         entries.flush();
         WriteCycleSums(engine, {runId, runKind}, entries.sums().groups());

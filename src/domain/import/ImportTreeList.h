@@ -26,7 +26,7 @@ inline constexpr qsizetype kShownWarnings = 10;
 struct ImportResult {
     ImportEnding ending = ImportEnding::Cancelled;
     QString runId;          // as settled
-    QString dialogResult;   // how the Run Id dialogs ended: "OK", "OVERWRITE" or "CANCEL"
+    DialogEnd dialogResult = DialogEnd::Cancel;   // how the Run Id dialogs ended: OK, Overwrite or Cancel
     int cyclesRead = 0;     // header lines stored
     qint64 treeRecordsRead = 0;
     QString detail;         // Refused and Failed: the file, the line and what went wrong
@@ -53,9 +53,5 @@ QList<MessageRequest> ImportMessages(const QString &fileName, const ImportResult
 // The name for Rename: name + ":" + n for the first n = 1, 2, ... that no Model_Run row holds, of
 // either kind.
 QString NextFreeRunId(RunStore &db, const QString &name);
-
-// Settles the Run Id with the user, taking it without blanks at its ends; gives how it ended:
-// "OK", "OVERWRITE" or "CANCEL".
-QString SettleRunId(RunStore &db, UserQuestions &questions, QString &runId, RunKind kind);
 
 }  // namespace sendrel

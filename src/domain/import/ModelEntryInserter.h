@@ -13,7 +13,7 @@
 
 namespace sendrel {
 
-// Adds Model_Entries rows by position, as AddModelEntry does, through statements prepared on the
+// Adds Model_Entries rows by position (kModelEntryTypes), through statements prepared on the
 // engine's connection, so they stand inside the engine's transaction.
 //
 // Why values bound one by one with their own types: an import adds a million rows in one
@@ -39,6 +39,7 @@ public:
     // Writes the rows that wait.
     void flush();
 
+    clsDBEngine &engine() const { return m_engine; }
     // The sums of the rows written so far, by cycle and species, for the run's kept sums.
     const CycleSumsBuilder &sums() const { return m_sums; }
 

@@ -481,50 +481,9 @@ QString SuggestRunId(const CycleHeader &firstHeader, const QString &fileName)
     return name.toUpper();
 }
 
-QVariantList ModelEntryValues(const TreeRecord &record, const QString &runId, const QString &kind)
-{
-    QVariantList row;
-    row.reserve(EntryPos::Count);
-    for (int pos = 0; pos < EntryPos::Count; ++pos) {
-        const double v = record.values[pos];
-        switch (pos) {
-        case EntryPos::RunId:
-            row.append(runId);
-            continue;
-        case EntryPos::TreeId:
-            row.append(record.treeIdText());
-            continue;
-        case EntryPos::StandingHarvested:
-            row.append(kind);
-            continue;
-        case EntryPos::SpeciesLetters:
-            row.append(record.speciesLetters());
-            continue;
-        default:
-            break;
-        }
-        switch (kModelEntryTypes[pos]) {
-        case FieldType::Int16:
-        case FieldType::Int32:
-            // Bound as int: the SQLite driver would pass a 16-bit variant on as text.
-            row.append(static_cast<int>(v));
-            break;
-        default:
-            row.append(v);
-            break;
-        }
-    }
-    return row;
-}
-
 void AddModelHeader(clsDBEngine &engine, const CycleHeader &header, const QString &runId, const QString &kind)
 {
     engine.AddRecord(QStringLiteral("Model_Header"), {runId, int(header.firstNumber), int(header.cycle), int(header.year), kind}, false);
-}
-
-void AddModelEntry(clsDBEngine &engine, const TreeRecord &record, const QString &runId, const QString &kind)
-{
-    engine.AddRecord(QStringLiteral("Model_Entries"), ModelEntryValues(record, runId, kind), false);
 }
 
 }  // namespace sendrel

@@ -234,9 +234,7 @@ QString SuggestRunId(const CycleHeader &firstHeader, const QString &fileName);
 // "Invalid File Format.  Expecting a Marquel file with -999 header."
 extern const QString kInvalidFileFormatMessage;
 
-// Rows by position. The Model_Entries row in its 30 values, as AddRecord takes them.
-QVariantList ModelEntryValues(const TreeRecord &record, const QString &runId, const QString &kind);
+// The Model_Header row of a cycle, by position.
 void AddModelHeader(clsDBEngine &engine, const CycleHeader &header, const QString &runId, const QString &kind);
-void AddModelEntry(clsDBEngine &engine, const TreeRecord &record, const QString &runId, const QString &kind);
 
 }  // namespace sendrel

@@ -38,6 +38,11 @@ void SaveWholeFile(const QString &path, const QByteArray &bytes, const QString &
         return SendrelError(number, source,
                             QStringLiteral("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), QString::fromLocal8Bit(std::strerror(cause))));
     };
+    // A file that may not be written is not replaced behind its back by the move.
+    if (::access(QFile::encodeName(target).constData(), F_OK) == 0 && ::access(QFile::encodeName(target).constData(), W_OK) != 0) {
+        throw SendrelError(ErrNo::PathFileAccess, source,
+                           QStringLiteral("Cannot write %1: Existing file %1 is not writable").arg(QDir::toNativeSeparators(path)));
+    }
     QByteArray scratch = QFile::encodeName(target) + ".XXXXXX";
     const int fd = ::mkstemp(scratch.data());
     if (fd < 0)

@@ -2,13 +2,13 @@
 
 #include "base/SafeFileName.h"
 #include "base/SendrelError.h"
+#include "domain/output/WholeFile.h"
 #include "domain/table/TableRender.h"
 #include "store/RunStore.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QTemporaryFile>
 
 #include <xlsxwriter.h>
@@ -23,33 +23,9 @@ namespace {
 
 const QString kSource = QStringLiteral("Export");
 
-SendrelError cannotOpen(const QString &path, const QString &why)
-{
-    return SendrelError(ErrNo::PathFileAccess, kSource, QStringLiteral("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), why));
-}
-
 SendrelError cannotWrite(const QString &path, const QString &why)
 {
     return SendrelError(ErrNo::DeviceIO, kSource, QStringLiteral("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), why));
-}
-
-// Every byte into place or none: an earlier file stays as it was when any step fails. The file is
-// unbuffered and written until the system refuses, so that a short write on a full disk ends in the
-// system's own cause rather than a count that falls short.
-void saveBytes(QSaveFile &file, const QString &path, const QByteArray &bytes)
-{
-    qint64 done = 0;
-    while (done < bytes.size()) {
-        const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
-        if (written <= 0)
-            break;
-        done += written;
-    }
-    if (done != bytes.size() || !file.commit()) {
-        const QString why = file.errorString();
-        file.cancelWriting();
-        throw cannotWrite(path, why);
-    }
 }
 
 // A sheet's name: at most 31 characters, none of []:*?/\ , and unique in its workbook.
@@ -187,19 +163,7 @@ QByteArray TableText(const TableDocument &document, TableFormat format)
 
 void SaveTableFile(const TableDocument &document, TableFormat format, const QString &path)
 {
-    // The target is opened before any work: an existing file that may not be written, or a folder
-    // that is not there, is refused at once.
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        throw cannotOpen(path, file.errorString());
-    QByteArray bytes;
-    try {
-        bytes = format == TableFormat::Xlsx ? workbookBytes(document, path) : TableText(document, format);
-    } catch (...) {
-        file.cancelWriting();
-        throw;
-    }
-    saveBytes(file, path, bytes);
+    SaveWholeFile(path, format == TableFormat::Xlsx ? workbookBytes(document, path) : TableText(document, format), kSource);
 }
 
 TableFormat ExportFormatOf(const QString &path)
@@ -220,11 +184,7 @@ QString DefinitionsPath(const QString &csvPath)
 
 void SaveCsvDefinitions(const TableDocument &document, const QString &csvPath)
 {
-    const QString path = DefinitionsPath(csvPath);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        throw cannotOpen(path, file.errorString());
-    saveBytes(file, path, CsvText(DefinitionsTable(document, {CsvTable(document)})));
+    SaveWholeFile(DefinitionsPath(csvPath), CsvText(DefinitionsTable(document, {CsvTable(document)})), kSource);
 }
 
 void SaveExport(const TableDocument &document, const QString &path, bool csvDefinitions)

@@ -72,8 +72,8 @@ frmMarquel::frmMarquel(TreeModel &tm, FrameHost &frame, QWidget *parent)
     setWindowTitle(QStringLiteral("Stand Structure Reporting System"));
     buildControls();
     buildMenus();
-    Importer = [](TreeModel &model, const QString &fileName, const QString &kind) {
-        const ImportResult r = ImportTreeList(model.db, model.questions, fileName, KindOfText(kind));
+    Importer = [](TreeModel &model, const QString &fileName, RunKind kind) {
+        const ImportResult r = ImportTreeList(model.db, model.questions, fileName, kind);
         model.DialogResult = r.dialogResult;
         for (const MessageRequest &told : ImportMessages(fileName, r))
             model.questions.message(told);
@@ -371,6 +371,14 @@ void frmMarquel::chkStandLevels_Click()
     reportTypeClick(chkStandLevels, chkSS);
 }
 
+void frmMarquel::ChooseStandAndStock()
+{
+    ChangingChecks = true;
+    chkSS->setChecked(true);
+    chkStandLevels->setChecked(false);
+    ChangingChecks = false;
+}
+
 void frmMarquel::OKClickMarq()
 {
     try {
@@ -605,13 +613,13 @@ void frmMarquel::mnu_Runs_Import_Click()
         const QString fileName = m_tm.questions.openFile(request);
         if (fileName.isEmpty())
             return;
-        const QString kind = m_tm.questions.askStandingOrHarvested();
-        if (kind.isEmpty())
+        const std::optional<RunKind> kind = m_tm.questions.askStandingOrHarvested();
+        if (!kind)
             return;
         ImportOutcome outcome;
         {
             Hourglass hourglass(m_frame);
-            outcome = Importer(m_tm, fileName, kind);
+            outcome = Importer(m_tm, fileName, *kind);
         }
         if (outcome.completed) {
             UpdateRunList();

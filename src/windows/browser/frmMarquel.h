@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/RunKind.h"
 #include "windows/common/ChildMenus.h"
 
 #include <QPointer>
@@ -45,6 +46,8 @@ public:
     void RefreshList();
     // Opens the report windows for the selection.
     void OKClickMarq();
+    // Checks the stand and stock tables as the report type, and not the composition.
+    void ChooseStandAndStock();
 
     // The user's actions, as the controls and menus call them.
     void lstRuns_Click();
@@ -80,7 +83,24 @@ public:
         QString runId;
     };
     // The import of one tree list (file name, kind "S" or "H"); the import core by default.
-    std::function<ImportOutcome(TreeModel &, const QString &, const QString &)> Importer;
+    std::function<ImportOutcome(TreeModel &, const QString &, RunKind)> Importer;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildControls();
+    void buildMenus();
+    QMenu *addMenu(const QString &name, const QString &caption);
+    QAction *addItem(QMenu *menu, const QString &name, const QString &caption);
+    void setChecked(QCheckBox *box, bool checked);
+    void reportTypeClick(QCheckBox *clicked, QCheckBox *other);
+    void SetVariantCaption();
+    // One report window for one list position; nullptr when none opened.
+    QWidget *OpenStandStockWindow(int position);
+    QWidget *OpenStandLevelsWindow(int position);
+    // Selects the first row of the run, as a click on it would.
+    void selectRun(const QString &runId);
 
     QGroupBox *Frame3;
     QListWidget *lstRuns;
@@ -100,23 +120,6 @@ public:
     QAction *mnu_Runs_Delete;
     QMenu *mnu_Window;
     QMenu *mnu_Help;
-
-protected:
-    void closeEvent(QCloseEvent *event) override;
-
-private:
-    void buildControls();
-    void buildMenus();
-    QMenu *addMenu(const QString &name, const QString &caption);
-    QAction *addItem(QMenu *menu, const QString &name, const QString &caption);
-    void setChecked(QCheckBox *box, bool checked);
-    void reportTypeClick(QCheckBox *clicked, QCheckBox *other);
-    void SetVariantCaption();
-    // One report window for one list position; nullptr when none opened.
-    QWidget *OpenStandStockWindow(int position);
-    QWidget *OpenStandLevelsWindow(int position);
-    // Selects the first row of the run, as a click on it would.
-    void selectRun(const QString &runId);
 
     TreeModel &m_tm;
     FrameHost &m_frame;

@@ -15,8 +15,10 @@ public:
     void ShowBusyMessage(const QString &title, const QString &message);
     void HideBusyMessage();
 
-    QLabel *lblBusyMessage;
     int HelpContextID = 14;
+
+private:
+    QLabel *lblBusyMessage;
 };
 
 }  // namespace sendrel

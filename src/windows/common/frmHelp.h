@@ -27,11 +27,11 @@ public:
     // The contents with the search box ready; an empty query lists nothing.
     void ShowSearch(const QString &query = QString());
 
+private:
     QTextBrowser *txtTopic;
     QLineEdit *txtSearch;
     QPushButton *cmdContents;
 
-private:
     void runSearch();
     QString m_folder;
 };

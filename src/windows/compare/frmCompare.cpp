@@ -11,6 +11,7 @@
 #include "domain/table/TableRender.h"
 #include "domain/compare/ComparisonTables.h"
 #include "graph/Graph.h"
+#include "windows/common/EventHandler.h"
 #include "windows/common/FrameHost.h"
 #include "windows/common/ExportStatus.h"
 #include "windows/common/TableWindow.h"
@@ -75,15 +76,6 @@ void fillGrid(QTableWidget *grid, const DataTable &table)
 }
 
 }  // namespace
-
-template <typename F> void frmCompare::handled(F &&handler)
-{
-    try {
-        handler();
-    } catch (const SendrelError &e) {
-        m_tm.questions.ShowErrorMessage(e.description());
-    }
-}
 
 frmCompare::frmCompare(TreeModel &tm, QWidget *parent)
     : QWidget(parent), m_tm(tm), m_units(UnitSystemOfSetting(tm.settings.Units)), m_printer(QPrinter::HighResolution)
@@ -198,20 +190,20 @@ frmCompare::frmCompare(TreeModel &tm, QWidget *parent)
 
     connect(lstRuns, &QListWidget::itemChanged, this, [this] {
         if (!m_filling)
-            handled([this] { compare(); });
+            RunHandler(m_tm.questions, [this] { compare(); });
     });
     connect(cboBase, &QComboBox::currentIndexChanged, this, [this] {
         if (!m_filling)
-            handled([this] { compare(); });
+            RunHandler(m_tm.questions, [this] { compare(); });
     });
     connect(cboMeasure, &QComboBox::currentIndexChanged, this, [this] { showSummaryTable(); });
     for (QLineEdit *box : {txtClassStart, txtClassWidth, txtNumofClasses})
-        connect(box, &QLineEdit::editingFinished, this, [this] { handled([this] { showDifferenceTables(); }); });
+        connect(box, &QLineEdit::editingFinished, this, [this] { RunHandler(m_tm.questions, [this] { showDifferenceTables(); }); });
     connect(cboYear, &QComboBox::currentIndexChanged, this, [this] {
         if (!m_filling)
-            handled([this] { showDifferenceTables(); });
+            RunHandler(m_tm.questions, [this] { showDifferenceTables(); });
     });
-    connect(optStand, &QRadioButton::toggled, this, [this] { handled([this] { showDifferenceTables(); }); });
+    connect(optStand, &QRadioButton::toggled, this, [this] { RunHandler(m_tm.questions, [this] { showDifferenceTables(); }); });
     connect(cboTable, &QComboBox::currentIndexChanged, this, [this] { showDifferenceTable(); });
     connect(cboChart, &QComboBox::currentIndexChanged, this, [this] { showChart(); });
     connect(chkDifference, &QCheckBox::toggled, this, [this] { showChart(); });
@@ -358,7 +350,7 @@ TableDocument frmCompare::everyTable() const
 
 void frmCompare::cmdExport_Click()
 {
-    handled([this] {
+    RunHandler(m_tm.questions, [this] {
         if (!m_comparison)
             return;
         const QString stem = SafeFileStem(m_comparison->runIds().join(QLatin1Char('_'))) + QStringLiteral("_Compare");
@@ -380,7 +372,7 @@ void frmCompare::cmdExport_Click()
 
 void frmCompare::cmdPrint_Click()
 {
-    handled([this] {
+    RunHandler(m_tm.questions, [this] {
         if (!m_comparison)
             return;
         m_printer.setPageOrientation(QPageLayout::Landscape);

@@ -56,7 +56,6 @@ public:
     int HelpContextID = 95;
 
 private:
-    template <typename F> void handled(F &&handler);
     QStringList checkedRuns() const;
     void compare();
     void showSummaryTable();

@@ -5,6 +5,7 @@
 #include "base/UserQuestions.h"
 #include "domain/composition/StandLevelsReport.h"
 #include "domain/table/TableFile.h"
+#include "windows/common/EventHandler.h"
 #include "windows/common/ExportStatus.h"
 #include "domain/standstock/ClassCharts.h"
 #include "graph/Graph.h"
@@ -68,12 +69,7 @@ template <typename T> T *named(T *widget, const QString &name)
 
 template <typename F> void frmStandLevels::handled(F &&handler)
 {
-    try {
-        handler();
-    } catch (const SendrelError &e) {
-        setPointer(kPointerDefault);
-        m_tm.questions.ShowErrorMessage(e.description());
-    }
+    RunHandler(m_tm.questions, std::forward<F>(handler), [this] { setPointer(kPointerDefault); });
 }
 
 frmStandLevels::frmStandLevels(TreeModel &tm, ReportWindowHost &host, QWidget *parent)
@@ -116,6 +112,45 @@ void frmStandLevels::buildWindow()
         m_charts[static_cast<int>(s.statistic)] = g;
     }
 
+    // Made in the order of the tab chain.
+    QGroupBox *fraStatistic = buildStatistics();
+    QGroupBox *fraTitles = buildTitles();
+    QLayout *lower = buildChartOptions();
+    cmdPrint = named(new QPushButton(QStringLiteral("Print"), this), QStringLiteral("cmdPrint"));
+    cmdPrintReport = named(new QPushButton(QStringLiteral("View Report"), this), QStringLiteral("cmdPrintReport"));
+    cmdExport = named(new QPushButton(QStringLiteral("Export..."), this), QStringLiteral("cmdExport"));
+    cmdOK = named(new QPushButton(QStringLiteral("Cancel"), this), QStringLiteral("cmdOK"));
+    cmdHelp = named(new QPushButton(QStringLiteral("Help"), this), QStringLiteral("cmdHelp"));
+
+    auto *upper = new QHBoxLayout;
+    upper->addWidget(fraStatistic);
+    upper->addWidget(fraTitles, 1);
+    auto *controls = new QVBoxLayout;
+    controls->addLayout(upper);
+    controls->addLayout(lower);
+    auto *buttons = new QVBoxLayout;
+    buttons->addWidget(cmdPrint);
+    buttons->addWidget(cmdPrintReport);
+    buttons->addStretch();
+    buttons->addWidget(cmdExport);
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdHelp);
+    auto *bottom = new QHBoxLayout;
+    bottom->addLayout(controls, 1);
+    bottom->addLayout(buttons);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(charts, 1);
+    layout->addLayout(bottom);
+    // Half of a maximised frame on a 1366-pixel screen, as the stand and stock window.
+    resize(664, 640);
+    m_options[static_cast<int>(StandLevelsStatistic::Sph)]->setChecked(true);
+
+    connectControls();
+}
+
+// One option for each statistic; the chosen one is shown.
+QGroupBox *frmStandLevels::buildStatistics()
+{
     QGroupBox *fraStatistic = frame(QStringLiteral("Statistic:"), QStringLiteral("fraStatistic"), this);
     auto *statistics = new QVBoxLayout(fraStatistic);
     for (const StatisticControls &s : kStatistics) {
@@ -128,7 +163,11 @@ void frmStandLevels::buildWindow()
         });
     }
     statistics->addStretch();
+    return fraStatistic;
+}
 
+QGroupBox *frmStandLevels::buildTitles()
+{
     // The three boxes of each statistic share the three lines; only the chosen statistic's show.
     QGroupBox *fraTitles = frame(QStringLiteral("Edit Chart Titles:"), QStringLiteral("fraTitles"), this);
     auto *titles = new QGridLayout(fraTitles);
@@ -156,7 +195,12 @@ void frmStandLevels::buildWindow()
         }
     }
     titles->setColumnStretch(1, 1);
+    return fraTitles;
+}
 
+// The Y axis, the grids and the printing, in a row.
+QLayout *frmStandLevels::buildChartOptions()
+{
     QGroupBox *fraYAxisMax = frame(QStringLiteral("Y Axis Max:"), QStringLiteral("fraYAxisMax"), this);
     txtYAxisMax = named(new QLineEdit(fraYAxisMax), QStringLiteral("txtYAxisMax"));
     // Digits and Backspace only, by typing and by pasting alike.
@@ -191,41 +235,17 @@ void frmStandLevels::buildWindow()
     printAs->addWidget(optColour);
     printAs->addWidget(optBandW);
 
-    cmdPrint = named(new QPushButton(QStringLiteral("Print"), this), QStringLiteral("cmdPrint"));
-    cmdPrintReport = named(new QPushButton(QStringLiteral("View Report"), this), QStringLiteral("cmdPrintReport"));
-    cmdExport = named(new QPushButton(QStringLiteral("Export..."), this), QStringLiteral("cmdExport"));
-    cmdOK = named(new QPushButton(QStringLiteral("Cancel"), this), QStringLiteral("cmdOK"));
-    cmdHelp = named(new QPushButton(QStringLiteral("Help"), this), QStringLiteral("cmdHelp"));
-
-    auto *upper = new QHBoxLayout;
-    upper->addWidget(fraStatistic);
-    upper->addWidget(fraTitles, 1);
     auto *lower = new QHBoxLayout;
     lower->addWidget(fraYAxisMax);
     lower->addWidget(fraGrids);
     lower->addWidget(fraPrintTo);
     lower->addWidget(fraPrintAs);
     lower->addStretch();
-    auto *controls = new QVBoxLayout;
-    controls->addLayout(upper);
-    controls->addLayout(lower);
-    auto *buttons = new QVBoxLayout;
-    buttons->addWidget(cmdPrint);
-    buttons->addWidget(cmdPrintReport);
-    buttons->addStretch();
-    buttons->addWidget(cmdExport);
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdHelp);
-    auto *bottom = new QHBoxLayout;
-    bottom->addLayout(controls, 1);
-    bottom->addLayout(buttons);
-    auto *layout = new QVBoxLayout(this);
-    layout->addLayout(charts, 1);
-    layout->addLayout(bottom);
-    // Half of a maximised frame on a 1366-pixel screen, as the stand and stock window.
-    resize(664, 640);
-    m_options[static_cast<int>(StandLevelsStatistic::Sph)]->setChecked(true);
+    return lower;
+}
 
+void frmStandLevels::connectControls()
+{
     connect(cmdApply, &QPushButton::clicked, this, [this] { handled([this] { cmdApply_Click(); }); });
     connect(chkVertical, &QCheckBox::clicked, this, [this] { handled([this] { ApplyGrids(); }); });
     connect(chkHorizontal, &QCheckBox::clicked, this, [this] { handled([this] { ApplyGrids(); }); });

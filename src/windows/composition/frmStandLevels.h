@@ -12,6 +12,7 @@
 
 class QCheckBox;
 class QGroupBox;
+class QLayout;
 class QLineEdit;
 class QPrinter;
 class QPushButton;
@@ -75,6 +76,10 @@ protected:
 private:
     void initialise();
     void buildWindow();
+    QGroupBox *buildStatistics();
+    QGroupBox *buildTitles();
+    QLayout *buildChartOptions();
+    void connectControls();
     void Form_Load();
     void Form_Unload();
     // Runs an event handler at the top of the error trail: a failure is shown and the window goes on.

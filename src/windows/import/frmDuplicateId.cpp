@@ -62,7 +62,7 @@ frmDuplicateId::frmDuplicateId(QWidget *parent)
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
     connect(cmdOverWrite, &QPushButton::clicked, this, [this] {
-        DialogResult = kDialogOverwrite;
+        DialogResult = DialogEnd::Overwrite;
         hide();
         done(Accepted);
     });
@@ -73,10 +73,10 @@ frmDuplicateId::frmDuplicateId(QWidget *parent)
     connect(help, &QShortcut::activated, cmdHelp, &QPushButton::click);
 }
 
-QString frmDuplicateId::AskDuplicateId(const QString &name)
+DialogEnd frmDuplicateId::AskDuplicateId(const QString &name)
 {
     lblRunId->setText(name);
-    DialogResult = kDialogCancel;
+    DialogResult = DialogEnd::Cancel;
     adjustSize();
     if (const QScreen *screen = QGuiApplication::primaryScreen())
         move(screen->availableGeometry().center() - rect().center());
@@ -96,17 +96,17 @@ void frmDuplicateId::cmdRename_Click()
     try {
         if (NextFreeRunId)
             lblRunId->setText(NextFreeRunId(lblRunId->text()));
-        DialogResult = kDialogRename;
+        DialogResult = DialogEnd::Rename;
     } catch (const SendrelError &e) {
         m_failure = e;
-        DialogResult = kDialogCancel;
+        DialogResult = DialogEnd::Cancel;
     }
     done(Accepted);
 }
 
 void frmDuplicateId::reject()
 {
-    DialogResult = kDialogCancel;
+    DialogResult = DialogEnd::Cancel;
     QDialog::reject();
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "base/SendrelError.h"
+#include "base/UserQuestions.h"
 
 class QLabel;
 class QPushButton;
@@ -20,17 +21,9 @@ public:
     explicit frmDuplicateId(QWidget *parent = nullptr);
 
     // Puts the name in lblRunId and waits for the user; gives DialogResult.
-    QString AskDuplicateId(const QString &name);
+    DialogEnd AskDuplicateId(const QString &name);
 
-    QLabel *lblDuplicateId;
-    QLabel *Label1;
-    QLabel *lblRunId;
-    QPushButton *cmdOverWrite;
-    QPushButton *cmdRename;
-    QPushButton *cmdCancel;
-    QPushButton *cmdHelp;
-
-    QString DialogResult;
+    DialogEnd DialogResult = DialogEnd::Cancel;
     QString HelpFile;
     // The next free name for Rename (the name, ":", n).
     std::function<QString(const QString &)> NextFreeRunId;
@@ -39,6 +32,14 @@ public:
 
 private:
     void cmdRename_Click();
+
+    QLabel *lblDuplicateId;
+    QLabel *Label1;
+    QLabel *lblRunId;
+    QPushButton *cmdOverWrite;
+    QPushButton *cmdRename;
+    QPushButton *cmdCancel;
+    QPushButton *cmdHelp;
     // A failure of the name lookup, passed on once the window has closed.
     std::optional<SendrelError> m_failure;
 };

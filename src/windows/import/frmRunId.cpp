@@ -85,12 +85,12 @@ void frmRunId::limitLength()
     txtRunId->setCursorPosition(static_cast<int>(prefix + allowed.size()));
 }
 
-QString frmRunId::AskRunId(QString &name)
+DialogEnd frmRunId::AskRunId(QString &name)
 {
     txtRunId->setText(name);
     cmdOK->setEnabled(!TakenRunId(name).isEmpty());
     lblNameProblem->clear();
-    DialogResult = kDialogCancel;
+    DialogResult = DialogEnd::Cancel;
     txtRunId->selectAll();
     txtRunId->setFocus();
     exec();
@@ -103,13 +103,13 @@ void frmRunId::accept()
     // Enter in an empty box does nothing, as the disabled OK button does.
     if (!cmdOK->isEnabled())
         return;
-    DialogResult = kDialogCheck;
+    DialogResult = DialogEnd::Check;
     QDialog::accept();
 }
 
 void frmRunId::reject()
 {
-    DialogResult = kDialogCancel;
+    DialogResult = DialogEnd::Cancel;
     QDialog::reject();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/UserQuestions.h"
+
 #include <QDialog>
 
 class QLabel;
@@ -8,8 +10,8 @@ class QPushButton;
 
 namespace sendrel {
 
-// "Enter Run ID": the Run Id of an import, at most 25 characters as typed. OK ends with "CHECK",
-// Cancel or the close box with "CANCEL" (in DialogResult).
+// "Enter Run ID": the Run Id of an import, at most 25 characters as typed. OK ends with Check,
+// Cancel or the close box with Cancel (in DialogResult).
 class frmRunId : public QDialog {
     Q_OBJECT
     Q_PROPERTY(int HelpContextID MEMBER HelpContextID)
@@ -18,15 +20,9 @@ public:
 
     // Puts the name in, clears the problem line, waits for the user; the edited name comes back
     // in name, the ending as the result.
-    QString AskRunId(QString &name);
+    DialogEnd AskRunId(QString &name);
 
-    QLabel *lblEnterName;
-    QLineEdit *txtRunId;
-    QLabel *lblNameProblem;
-    QPushButton *cmdOK;
-    QPushButton *cmdCancel;
-
-    QString DialogResult;
+    DialogEnd DialogResult = DialogEnd::Cancel;
     int HelpContextID = 2070;
     QString HelpFile;
     static constexpr int kMaxLength = 25;
@@ -36,6 +32,12 @@ public:
 
 private:
     void limitLength();
+
+    QLabel *lblEnterName;
+    QLineEdit *txtRunId;
+    QLabel *lblNameProblem;
+    QPushButton *cmdOK;
+    QPushButton *cmdCancel;
     QString m_lastText;
 };
 

@@ -76,6 +76,11 @@ void frmSorH::cmdOK_Click()
     accept();
 }
 
+bool frmSorH::HarvestedChosen() const
+{
+    return optHarvested->isChecked();
+}
+
 void frmSorH::reject()
 {
     bImportCancelled = true;

@@ -21,11 +21,8 @@ public:
     // Both options cleared, as the window is shown.
     void ClearOptions();
 
-    QLabel *Label1;
-    QRadioButton *optStanding;
-    QRadioButton *optHarvested;
-    QPushButton *cmdOK;
-    QPushButton *cmdCancel;
+    // The harvested list was chosen.
+    bool HarvestedChosen() const;
 
     bool bImportCancelled = true;
     int HelpContextID = 2010;
@@ -35,6 +32,12 @@ public:
 
 private:
     void cmdOK_Click();
+
+    QLabel *Label1;
+    QRadioButton *optStanding;
+    QRadioButton *optHarvested;
+    QPushButton *cmdOK;
+    QPushButton *cmdCancel;
     UserQuestions &m_questions;
 };
 

@@ -63,6 +63,35 @@ void frmChart::buildWindow()
     }
     gphMerchVol->Visible(false);
 
+    // Made in the order of the tab chain: the titles and the Y axis, the options, the paging, the
+    // buttons.
+    QLayout *middle = buildTitlesAndYAxis();
+    QBoxLayout *options = buildOptions();
+    QLayout *paging = buildPaging();
+    cmdPrint = named(new QPushButton(QStringLiteral("Print"), this), "cmdPrint");
+    cmdCancel = named(new QPushButton(QStringLiteral("Cancel"), this), "cmdCancel");
+    cmdHelp = named(new QPushButton(QStringLiteral("Help"), this), "cmdHelp");
+    auto *buttons = new QGridLayout;
+    buttons->addWidget(cmdPrint, 0, 0);
+    buttons->addWidget(cmdCancel, 1, 0);
+    buttons->addWidget(cmdHelp, 2, 0);
+    options->addLayout(buttons);
+
+    // The chart over all the width, the paging row under it; below them the titles and the Y axis,
+    // then the options and the buttons.
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(gphDensity, 1);
+    layout->addWidget(gphMerchVol, 1);
+    layout->addLayout(paging);
+    layout->addLayout(middle);
+    layout->addLayout(options);
+    // The place of the stand and stock window it stands in for.
+    resize(664, 640);
+    connectControls();
+}
+
+QLayout *frmChart::buildTitlesAndYAxis()
+{
     auto *fraTitles = named(new QGroupBox(QStringLiteral("Edit Chart Titles:"), this), "fraTitles");
     txtGraphTitle = named(new QLineEdit(fraTitles), "txtGraphTitle");
     txtLeftTitle = named(new QLineEdit(fraTitles), "txtLeftTitle");
@@ -96,6 +125,14 @@ void frmChart::buildWindow()
         box->addStretch();
     }
 
+    auto *middle = new QHBoxLayout;
+    middle->addWidget(fraTitles, 1);
+    middle->addWidget(fraYAxis);
+    return middle;
+}
+
+QBoxLayout *frmChart::buildOptions()
+{
     auto optionFrame = [this](const QString &caption, const char *name, QRadioButton *&first, const QString &firstText,
                               const char *firstName, QRadioButton *&second, const QString &secondText, const char *secondName) {
         auto *frame = named(new QGroupBox(caption, this), name);
@@ -127,6 +164,17 @@ void frmChart::buildWindow()
         box->addStretch();
     }
 
+    auto *options = new QHBoxLayout;
+    options->addWidget(fraPrintAs);
+    options->addWidget(fraPrintTo);
+    options->addWidget(fraGrids);
+    options->addStretch();
+    return options;
+}
+
+// First, previous, the year and where it stands, next, last.
+QLayout *frmChart::buildPaging()
+{
     cmdFirst = named(new QPushButton(QStringLiteral("|<"), this), "cmdFirst");
     cmdPrev = named(new QPushButton(QStringLiteral("<"), this), "cmdPrev");
     cmdNext = named(new QPushButton(QStringLiteral(">"), this), "cmdNext");
@@ -138,28 +186,8 @@ void frmChart::buildWindow()
     cmdPrev->setToolTip(QStringLiteral("Previous year (Page Up)"));
     cmdNext->setToolTip(QStringLiteral("Next year (Page Down)"));
     cmdLast->setToolTip(QStringLiteral("Last year (End)"));
-    cmdPrint = named(new QPushButton(QStringLiteral("Print"), this), "cmdPrint");
-    cmdCancel = named(new QPushButton(QStringLiteral("Cancel"), this), "cmdCancel");
-    cmdHelp = named(new QPushButton(QStringLiteral("Help"), this), "cmdHelp");
     for (QPushButton *b : {cmdFirst, cmdPrev, cmdNext, cmdLast})
         b->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("<<<<")) + 16);
-
-    // The chart over all the width; below it the titles and the Y axis, then the options and
-    // the buttons.
-    auto *middle = new QHBoxLayout;
-    middle->addWidget(fraTitles, 1);
-    middle->addWidget(fraYAxis);
-    auto *options = new QHBoxLayout;
-    options->addWidget(fraPrintAs);
-    options->addWidget(fraPrintTo);
-    options->addWidget(fraGrids);
-    options->addStretch();
-    auto *buttons = new QGridLayout;
-    buttons->addWidget(cmdPrint, 0, 0);
-    buttons->addWidget(cmdCancel, 1, 0);
-    buttons->addWidget(cmdHelp, 2, 0);
-    options->addLayout(buttons);
-    // The paging row under the chart: first, previous, the year and where it stands, next, last.
     auto *paging = new QHBoxLayout;
     paging->addWidget(cmdFirst);
     paging->addWidget(cmdPrev);
@@ -168,15 +196,11 @@ void frmChart::buildWindow()
     paging->addWidget(cmdNext);
     paging->addWidget(cmdLast);
     paging->addStretch();
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(gphDensity, 1);
-    layout->addWidget(gphMerchVol, 1);
-    layout->addLayout(paging);
-    layout->addLayout(middle);
-    layout->addLayout(options);
-    // The place of the stand and stock window it stands in for.
-    resize(664, 640);
+    return paging;
+}
 
+void frmChart::connectControls()
+{
     for (QLineEdit *box : {txtGraphTitle, txtLeftTitle, txtBottomTitle})
         connect(box, &QLineEdit::textChanged, this, &frmChart::titleChanged);
     connect(cmdApply, &QPushButton::clicked, this, &frmChart::cmdApply_Click);
@@ -222,6 +246,35 @@ Graph *frmChart::VisibleChart() const
     if (m_parameters)
         return m_parameters->DensityChosen() ? gphDensity : gphMerchVol;
     return gphDensity->Visible() ? gphDensity : gphMerchVol;
+}
+
+ChartChoices frmChart::Choices() const
+{
+    return {txtYAxisMax->text(), optPrinter->isChecked(), optColour->isChecked(), chkVertical->isChecked(), chkHorizontal->isChecked()};
+}
+
+void frmChart::SetChoices(const ChartChoices &choices, bool applyYAxis)
+{
+    if (txtYAxisMax->text() != choices.yAxisMax) {
+        txtYAxisMax->setText(choices.yAxisMax);
+        if (applyYAxis)
+            cmdApply_Click();
+    }
+    (choices.toPrinter ? optPrinter : optClipboard)->setChecked(true);
+    (choices.colour ? optColour : optBandW)->setChecked(true);
+    chkVertical->setChecked(choices.verticalGrid);
+    chkHorizontal->setChecked(choices.horizontalGrid);
+}
+
+void frmChart::SetTopTitle(const QString &title)
+{
+    txtGraphTitle->setText(title);
+}
+
+void frmChart::SetAxisTitles(const QString &left, const QString &bottom)
+{
+    txtLeftTitle->setText(left);
+    txtBottomTitle->setText(bottom);
 }
 
 void frmChart::titleChanged()

@@ -8,6 +8,8 @@
 class QCheckBox;
 class QComboBox;
 class QLabel;
+class QBoxLayout;
+class QLayout;
 class QPrinter;
 class QLineEdit;
 class QPushButton;
@@ -50,6 +52,16 @@ public:
     virtual UserQuestions &Questions() const = 0;
 };
 
+// What a page takes from the settings and hands on to its neighbours: the Y axis maximum typed
+// ("" for none), printer or clipboard, colour or black and white, and the grids.
+struct ChartChoices {
+    QString yAxisMax;
+    bool toPrinter = true;
+    bool colour = true;
+    bool verticalGrid = false;
+    bool horizontalGrid = false;
+};
+
 // "Chart Print Preview": the density and volume charts of one selected year, of which the
 // parent's choice is shown, with their titles, Y axis, grids, and printing or copying in colour
 // or black and white. Closing it hides it: the windows of a sequence stay, hidden, until the
@@ -84,6 +96,13 @@ public:
     // The visible chart: the parent's choice.
     Graph *VisibleChart() const;
 
+    ChartChoices Choices() const;
+    // Sets the choices; a changed Y axis maximum is applied at once with applyYAxis.
+    void SetChoices(const ChartChoices &choices, bool applyYAxis);
+    // The titles in their boxes (Top, Left, Bottom), from which the charts take them.
+    void SetTopTitle(const QString &title);
+    void SetAxisTitles(const QString &left, const QString &bottom);
+
     QPointer<frmChart> prevChart;
     QPointer<frmChart> nextChart;
     qint16 cycleNum = 0;          // the position in the selection, from 1
@@ -91,6 +110,22 @@ public:
     double MaxDensity = 0;
     double MaxMerchVol = 0;
     int HelpContextID = 76;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void buildWindow();
+    QLayout *buildTitlesAndYAxis();
+    QBoxLayout *buildOptions();
+    QLayout *buildPaging();
+    void connectControls();
+    void titleChanged();
+    void page(bool next);
+    void pageTo(int position);
+    void showError(const QString &description);
 
     Graph *gphDensity;
     Graph *gphMerchVol;
@@ -114,18 +149,6 @@ public:
     QPushButton *cmdPrint;
     QPushButton *cmdCancel;
     QPushButton *cmdHelp;
-
-protected:
-    void closeEvent(QCloseEvent *event) override;
-    void changeEvent(QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-
-private:
-    void buildWindow();
-    void titleChanged();
-    void page(bool next);
-    void pageTo(int position);
-    void showError(const QString &description);
 
     ChartWindowParent *m_parameters = nullptr;
     UserQuestions *m_questions = nullptr;   // outlives the parent: the process's questions

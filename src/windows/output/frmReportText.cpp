@@ -102,6 +102,22 @@ frmReportText::frmReportText(QWidget *parent)
     connect(help, &QShortcut::activated, this, &frmReportText::cmdHelp_Click);
 }
 
+void frmReportText::SetTexts(const QString &title, const QString &description)
+{
+    txtReportTitle->setText(title);
+    txtReportDesc->setPlainText(description);
+}
+
+QString frmReportText::Title() const
+{
+    return txtReportTitle->text();
+}
+
+QString frmReportText::Description() const
+{
+    return txtReportDesc->toPlainText();
+}
+
 void frmReportText::cmdOK_Click()
 {
     bReportCancelled = false;

@@ -32,6 +32,18 @@ public:
     // The title box takes at most this many characters by typing; the caller may preset more.
     static constexpr int kTitleTypingLimit = 50;
 
+    // The title and the description in their boxes.
+    void SetTexts(const QString &title, const QString &description);
+    QString Title() const;
+    QString Description() const;
+
+    void cmdOK_Click();
+    void cmdCancel_Click();
+    void cmdHelp_Click();
+
+    void done(int result) override;
+
+private:
     QLabel *Label1;
     QLineEdit *txtReportTitle;
     QLabel *Label2;
@@ -39,12 +51,6 @@ public:
     QPushButton *cmdOK;
     QPushButton *cmdCancel;
     QPushButton *cmdHelp;
-
-    void cmdOK_Click();
-    void cmdCancel_Click();
-    void cmdHelp_Click();
-
-    void done(int result) override;
 };
 
 }  // namespace sendrel

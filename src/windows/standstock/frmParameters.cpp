@@ -46,16 +46,8 @@ const QString kPleaseWait = QStringLiteral("Please wait...");
 // Titles edited on one page stay there.
 void CarryOver(frmChart &from, frmChart &to, bool applyYAxis)
 {
-    if (to.txtYAxisMax->text() != from.txtYAxisMax->text()) {
-        to.txtYAxisMax->setText(from.txtYAxisMax->text());
-        if (applyYAxis)
-            to.cmdApply_Click();
-    }
+    to.SetChoices(from.Choices(), applyYAxis);
     ChildFrame(&to)->move(ChildFrame(&from)->pos());
-    (from.optPrinter->isChecked() ? to.optPrinter : to.optClipboard)->setChecked(true);
-    (from.optColour->isChecked() ? to.optColour : to.optBandW)->setChecked(true);
-    to.chkVertical->setChecked(from.chkVertical->isChecked());
-    to.chkHorizontal->setChecked(from.chkHorizontal->isChecked());
 }
 
 QLabel *faultLabel(const QString &name, QWidget *parent)
@@ -542,13 +534,9 @@ frmChart *frmParameters::CreateChart(int Position, frmChart *PrevNeighbour, frmC
     chart->SetParameters(this);
     try {
         const Settings &s = m_tm.settings;
-        (s.PrintTo_Printer ? chart->optPrinter : chart->optClipboard)->setChecked(true);
-        (s.PrintAs_Colour ? chart->optColour : chart->optBandW)->setChecked(true);
-        chart->chkVertical->setChecked(s.VerticalGrid);
-        chart->chkHorizontal->setChecked(s.HorizontalGrid);
+        chart->SetChoices({QString(), s.PrintTo_Printer, s.PrintAs_Colour, s.VerticalGrid, s.HorizontalGrid}, false);
         const bool density = DensityChosen();
-        chart->txtLeftTitle->setText(density ? s.DensityLeftTitle : s.MerchVolLeftTitle);
-        chart->txtBottomTitle->setText(density ? s.DensityBottomTitle : s.MerchVolBottomTitle);
+        chart->SetAxisTitles(density ? s.DensityLeftTitle : s.MerchVolLeftTitle, density ? s.DensityBottomTitle : s.MerchVolBottomTitle);
 
         chart->nextChart = NextNeighbour;
         if (NextNeighbour) {
@@ -579,7 +567,7 @@ frmChart *frmParameters::CreateChart(int Position, frmChart *PrevNeighbour, frmC
         m_tm.questions.hideBusyMessage();
         setPointer(kPointerDefault);
 
-        chart->txtGraphTitle->setText(page.titles.top);
+        chart->SetTopTitle(page.titles.top);
         chart->setWindowTitle(page.caption);
         chart->PrintFile = ChartPrintFile(m_tm.ReportFolder(), This_RunId, request.run.word(),
                                           (density ? QStringLiteral("Stand_") : QStringLiteral("Stock_")) + page.yearText);

@@ -7,6 +7,7 @@
 #include "domain/table/TableFile.h"
 #include "domain/table/TableRender.h"
 #include "graph/Graph.h"
+#include "windows/common/EventHandler.h"
 #include "windows/common/ChildWindow.h"
 #include "windows/common/ExportStatus.h"
 #include "windows/common/FrameHost.h"
@@ -25,15 +26,6 @@
 #include <QVBoxLayout>
 
 namespace sendrel {
-
-template <typename F> void frmStandSummary::handled(F &&handler)
-{
-    try {
-        handler();
-    } catch (const SendrelError &e) {
-        m_tm.questions.ShowErrorMessage(e.description());
-    }
-}
 
 frmStandSummary::frmStandSummary(TreeModel &tm, QWidget *parent) : QWidget(parent), m_tm(tm), m_printer(QPrinter::HighResolution)
 {
@@ -84,7 +76,7 @@ frmStandSummary::frmStandSummary(TreeModel &tm, QWidget *parent) : QWidget(paren
 
     connect(cboColumn, &QComboBox::currentIndexChanged, this, [this](int index) {
         if (index >= 0)
-            handled([this, index] { ChooseColumn(index + 2); });
+            RunHandler(m_tm.questions, [this, index] { ChooseColumn(index + 2); });
     });
     // A click on a column's heading charts that column.
     connect(grdSummary->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int section) {
@@ -146,7 +138,7 @@ void frmStandSummary::ChooseColumn(int column)
 
 void frmStandSummary::cmdExport_Click()
 {
-    handled([this] {
+    RunHandler(m_tm.questions, [this] {
         // The table shown is read when the window opened: another program may have deleted the run since.
         if (!m_tm.db.runExists(m_summary.run)) {
             m_tm.questions.ShowInfoMessage(QStringLiteral("Run %1 is no longer in the database: another application has deleted it. "
@@ -165,7 +157,7 @@ void frmStandSummary::cmdExport_Click()
 
 void frmStandSummary::cmdPrint_Click()
 {
-    handled([this] {
+    RunHandler(m_tm.questions, [this] {
         m_printer.setPageOrientation(QPageLayout::Landscape);
         const bool go = m_printDialog ? m_printDialog(m_printer, this) : QPrintDialog(&m_printer, this).exec() == QDialog::Accepted;
         if (!go)

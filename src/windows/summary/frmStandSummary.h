@@ -56,8 +56,6 @@ private:
     QPushButton *cmdHelp;
     QPushButton *cmdClose;
 
-    // Runs an event handler at the top of the error trail: a failure is shown and the window goes on.
-    template <typename F> void handled(F &&handler);
 
     TreeModel &m_tm;
     StandSummary m_summary;

@@ -9,6 +9,7 @@
 #include "support/RunDatabase.h"
 #include "support/TreeListLines.h"
 
+#include <QHash>
 #include <QTest>
 
 using namespace sendrel;
@@ -69,7 +70,7 @@ private:
     static void importBothKinds(RunDatabase &f, const QString &path)
     {
         for (const char *kind : {"S", "H"}) {
-            f.questions.answerRunId(kDialogCheck);
+            f.questions.answerRunId(DialogEnd::Check);
             QVERIFY(ImportTreeList(f.db, f.questions, path, KindOfText(QString::fromLatin1(kind))).completed());
         }
         f.questions.clear();
@@ -85,14 +86,14 @@ private slots:
     {
         RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("plot7.lst"), threeCycles());
-        f.questions.answerRunId(kDialogCheck);
+        f.questions.answerRunId(DialogEnd::Check);
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
 
         QVERIFY(r.completed());
         QCOMPARE(r.runId, QStringLiteral("PLOT 7"));
         QCOMPARE(r.cyclesRead, 3);
         QCOMPARE(r.treeRecordsRead, 3);
-        QCOMPARE(r.dialogResult, kDialogOK);
+        QCOMPARE(r.dialogResult, DialogEnd::OK);
         // The suggestion was offered once, unchanged in case.
         QCOMPARE(f.questions.asked().first().kind, QStringLiteral("askRunId"));
         QCOMPARE(f.questions.asked().first().text, QStringLiteral("PLOT 7"));
@@ -112,34 +113,36 @@ private slots:
         QVERIFY(!f.questions.busyVisible());
     }
 
-    void rowsAreThoseOfAddRecord()
+    void rowsAreThoseOfTheirLines()
     {
-        // The batched insert writes exactly the row that AddModelEntry writes through AddRecord.
+        // Two batches and a rest: every row lands whole, in order, each value by its position and of its column's type.
         RunDatabase f;
         QList<QByteArray> lines{HeaderLine(1, 4, 2000, "FAST", kStamp)};
-        const int trees = 2 * ModelEntryInserter::kBatchRows + 7;   // two batches and a rest
+        const int trees = 2 * ModelEntryInserter::kBatchRows + 7;
         for (int i = 0; i < trees; ++i)
             lines.append(TreeLine(QByteArray::number(i), i % 2 ? "CW" : "HW", i % 2 ? 6 : 5, 10.0 + i, 8.0 + i % 90, 0.01 * i, 0.005 * i));
         lines.append(ColumnLine().at(2, QByteArray("\xe9t\xe9", 3)).at(16, "SE").at(19, " 8").at(50, "22.2"));
         const QString path = f.writeFile(QStringLiteral("fast.lst"), TreeListText(lines));
-        f.questions.answerRunId(kDialogCheck);
+        f.questions.answerRunId(DialogEnd::Check);
         QVERIFY(ImportTreeList(f.db, f.questions, path, RunKind::Standing).completed());
 
-        f.tm.DBEngine.StartTrans();
-        for (qsizetype i = 1; i < lines.size(); ++i)
-            AddModelEntry(f.tm.DBEngine, ParseTreeRecord(lines[i], 4), QStringLiteral("SLOW"), QStringLiteral("S"));
-        f.tm.DBEngine.CommtTrans();
-        const QString columns = QStringLiteral("Tree_Id, Col_11_14, Species_Code, Col_28_30, Trees_per_ha, Current_Diameter, Col_56_60, "
-                                               "Col_62_66, Col_68_71, Constant_1, Col_73_74, Col_84_89, Col_22_23, Total_Volume, "
-                                               "Gross_Merch_Volume, Col_111_117, Col_125_127, Cycle_Number, Constant_1b, Col_81_82, "
-                                               "Standing_Harvested, Col_41_48, Species_Letters, Col_76_79, Col_91_95, Col_119_120, "
-                                               "Col_122_123, Col_25_26, MerchVolLessDWB");
-        const QString typed = QStringLiteral("SELECT ") + columns + QStringLiteral(", typeof(Col_11_14), typeof(Trees_per_ha), "
-                                                                                   "typeof(Tree_Id) FROM Model_Entries WHERE Run_Id = '%1' ORDER BY rowid");
-        const QStringList fast = f.rows(typed.arg(QStringLiteral("FAST")));
-        QCOMPARE(fast.size(), trees + 1);
-        QCOMPARE(fast, f.rows(typed.arg(QStringLiteral("SLOW"))));
-        QVERIFY(fast.last().startsWith(QStringLiteral("\u00e9t\u00e9|")));
+        Statement stored(f.tm.DBEngine, QStringLiteral("SELECT * FROM Model_Entries ORDER BY rowid"));
+        qsizetype line = 1;
+        for (; stored.next(); ++line) {
+            const TreeRecord record = ParseTreeRecord(lines.at(line), 4);
+            const QHash<int, QString> texts{{EntryPos::RunId, QStringLiteral("FAST")}, {EntryPos::TreeId, record.treeIdText()},
+                                            {EntryPos::StandingHarvested, QStringLiteral("S")}, {EntryPos::SpeciesLetters, record.speciesLetters()}};
+            for (int pos = 0; pos < EntryPos::Count; ++pos) {
+                const QVariant v = stored.value(pos);
+                const bool ok = texts.contains(pos) ? v.toString() == texts.value(pos)
+                                : kModelEntryTypes[pos] == FieldType::Double
+                                    ? v.typeId() == QMetaType::Double && v.toDouble() == record.values[pos]
+                                    : v.typeId() == QMetaType::LongLong && v.toLongLong() == static_cast<qint64>(record.values[pos]);
+                if (!ok)
+                    QFAIL(qPrintable(QStringLiteral("line %1, position %2: %3").arg(line).arg(pos).arg(v.toString())));
+            }
+        }
+        QCOMPARE(line, lines.size());
 
         // The sums kept beside the rows are those of the rows, to the last bit, with the rowids of
         // each group's first and last row.
@@ -148,10 +151,9 @@ private slots:
                                        "WHERE Run_Id = 'FAST' GROUP BY 1, 2 ORDER BY 3")));
         auto bits = [](const QList<CycleSpeciesSums> &groups) {
             QStringList out;
-            for (const CycleSpeciesSums &g : groups) {
+            for (const CycleSpeciesSums &g : groups)
                 for (double v : {g.sums.sph, g.sums.basalArea, g.sums.totalVolume, g.sums.grossMerchVolume, g.sums.netMerchVolume})
                     out.append(QString::number(v, 'g', 17));
-            }
             return out;
         };
         const RunKey fastRun{QStringLiteral("FAST"), RunKind::Standing};
@@ -165,7 +167,7 @@ private slots:
             HeaderLine(1, 5, 2000, "E"), "", "",
             HeaderLine(1, 5, 2005), TreeLine("1", "SE", 8, 1, 10, 0.1, 0),
             "", HeaderLine(1, 6, 2010), "      "}));
-        f.questions.answerRunId(kDialogCheck);
+        f.questions.answerRunId(DialogEnd::Check);
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Harvested);
         QVERIFY(r.completed());
         QCOMPARE(f.rows(QStringLiteral("SELECT Cycle, Cycle_Year FROM Model_Header ORDER BY rowid")),
@@ -177,7 +179,7 @@ private slots:
     {
         RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("stand.b.lst"), threeCycles(QByteArray()));
-        f.questions.answerRunId(kDialogCheck, QStringLiteral(" Edited\t"));   // blanks at the ends are no part of it
+        f.questions.answerRunId(DialogEnd::Check, QStringLiteral(" Edited\t"));   // blanks at the ends are no part of it
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QVERIFY(r.completed());
         QCOMPARE(f.questions.asked().first().text, QStringLiteral("STAND"));
@@ -185,7 +187,7 @@ private slots:
         QCOMPARE(f.count(QStringLiteral("Model_Header"), QStringLiteral("Run_Id = 'Edited'")), 3);
 
         // Blanks alone are no Run Id.
-        f.questions.answerRunId(kDialogCheck, QStringLiteral("   "));
+        f.questions.answerRunId(DialogEnd::Check, QStringLiteral("   "));
         const ImportResult blank = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QCOMPARE(blank.ending, ImportEnding::Refused);
         QVERIFY2(blank.detail.contains(QLatin1String("the Run Id is empty")), qPrintable(blank.detail));
@@ -201,17 +203,17 @@ private slots:
 
         // A free Run Id is offered and cancelled.
         const QString other = f.writeFile(QStringLiteral("new.lst"), threeCycles("NEW"));
-        f.questions.answerRunId(kDialogCancel);
+        f.questions.answerRunId(DialogEnd::Cancel);
         QCOMPARE(ImportTreeList(f.db, f.questions, other, RunKind::Standing).ending, ImportEnding::Cancelled);
         // The taken one meets the duplicate dialog: Cancel.
-        f.questions.answerDuplicateId(kDialogCancel);
+        f.questions.answerDuplicateId(DialogEnd::Cancel);
         QCOMPARE(ImportTreeList(f.db, f.questions, path, RunKind::Standing).ending, ImportEnding::Cancelled);
         // Rename, then Cancel in the Run Id dialog.
-        f.questions.answerDuplicateId(kDialogRename);
-        f.questions.answerRunId(kDialogCancel);
+        f.questions.answerDuplicateId(DialogEnd::Rename);
+        f.questions.answerRunId(DialogEnd::Cancel);
         const ImportResult renamed = ImportTreeList(f.db, f.questions, path, RunKind::Harvested);
         QCOMPARE(renamed.ending, ImportEnding::Cancelled);
-        QCOMPARE(renamed.dialogResult, kDialogCancel);
+        QCOMPARE(renamed.dialogResult, DialogEnd::Cancel);
 
         QCOMPARE(f.questions.pendingAnswers(), 0);
         QCOMPARE(f.rows(QStringLiteral("SELECT * FROM Model_Entries ORDER BY rowid")), before);
@@ -270,10 +272,10 @@ private slots:
 
         const QString shorter = f.writeFile(QStringLiteral("short.lst"),
                                             TreeListText({HeaderLine(1, 9, 2090, "PLOT 7", kStamp), TreeLine("9", "CW", 6, 5, 50, 2, 1.5)}));
-        f.questions.answerDuplicateId(kDialogOverwrite);
+        f.questions.answerDuplicateId(DialogEnd::Overwrite);
         const ImportResult r = ImportTreeList(f.db, f.questions, shorter, RunKind::Standing);
         QVERIFY(r.completed());
-        QCOMPARE(r.dialogResult, kDialogOverwrite);
+        QCOMPARE(r.dialogResult, DialogEnd::Overwrite);
         QCOMPARE(runRows(f, QStringLiteral("Model_Header"), QStringLiteral("S")), QStringLiteral("1"));
         QCOMPARE(runRows(f, QStringLiteral("Model_Entries"), QStringLiteral("S")), QStringLiteral("1"));
         QCOMPARE(runRows(f, QStringLiteral("Model_Run"), QStringLiteral("S")), QStringLiteral("1"));
@@ -303,7 +305,7 @@ private slots:
             if (table == failure)
                 throw SendrelError(ErrNo::DatabaseFailure, QStringLiteral("test"), QStringLiteral("injected"));
         };
-        f.questions.answerDuplicateId(kDialogOverwrite);
+        f.questions.answerDuplicateId(DialogEnd::Overwrite);
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
 
         QCOMPARE(r.ending, ImportEnding::Failed);
@@ -333,7 +335,7 @@ private slots:
         for (int i = 0; i < 12; ++i)
             lines.append(ColumnLine().at(1, TreeLine(QByteArray::number(i), "FD", 3, 250.0, 30.0, 0.9, 0.7)).at(50, " 25,4"));
         const QString path = f.writeFile(QStringLiteral("w.lst"), TreeListText(lines));
-        f.questions.answerRunId(kDialogCheck);
+        f.questions.answerRunId(DialogEnd::Check);
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QVERIFY(r.completed());
         QCOMPARE(r.warnings.size(), 10);
@@ -358,7 +360,7 @@ private slots:
         const QString path = f.writeFile(QStringLiteral("bad.lst"),
                                          TreeListText({HeaderLine(1, 1, 2000, "KEEP", kStamp), TreeLine("1", "FD", 3, 250.0, 30.0, 0.9, 0.7),
                                                        TreeLine("2", "FD", 3, 250.0, -25.0, 0.9, 0.7)}));
-        f.questions.answerDuplicateId(kDialogOverwrite);
+        f.questions.answerDuplicateId(DialogEnd::Overwrite);
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QCOMPARE(r.ending, ImportEnding::Failed);
         QVERIFY2(r.detail.contains(QStringLiteral("bad.lst, line 3 failed: column 50, the diameter (columns 50-54): \"-25.0\" is no value")),
@@ -373,7 +375,7 @@ private slots:
         const QString path = f.writeFile(QStringLiteral("o.lst"), TreeListText({HeaderLine(1, 1, 2000, "O"),
                                                                                  TreeLine("1", "FD", 3, 250.0, 30.0, 0.9, 0.7),
                                                                                  HeaderLine(1, 2, 99999)}));
-        f.questions.answerRunId(kDialogCheck);
+        f.questions.answerRunId(DialogEnd::Check);
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QCOMPARE(r.ending, ImportEnding::Failed);
         QVERIFY(told(path, r).value(0).startsWith(QStringLiteral("Import Error")));
@@ -392,10 +394,10 @@ private slots:
         QCOMPARE(NextFreeRunId(f.db, QStringLiteral("PLOT 7")), QStringLiteral("PLOT 7:3"));
 
         // Rename offers PLOT 7:3; the user types the taken PLOT 7:1, which meets the dialog again.
-        f.questions.answerDuplicateId(kDialogRename);
-        f.questions.answerRunId(kDialogCheck, QStringLiteral("PLOT 7:1"));
-        f.questions.answerDuplicateId(kDialogRename);
-        f.questions.answerRunId(kDialogCheck);
+        f.questions.answerDuplicateId(DialogEnd::Rename);
+        f.questions.answerRunId(DialogEnd::Check, QStringLiteral("PLOT 7:1"));
+        f.questions.answerDuplicateId(DialogEnd::Rename);
+        f.questions.answerRunId(DialogEnd::Check);
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QVERIFY(r.completed());
         QStringList asked;
@@ -414,8 +416,8 @@ private slots:
         const QString path = f.writeFile(QStringLiteral("plot7.lst"), threeCycles());
         importBothKinds(f, path);
         f.addRun(QStringLiteral("PLOT 7:1"), QStringLiteral("S"));
-        f.questions.answerDuplicateId(kDialogRename);
-        f.questions.answerRunId(kDialogCheck);
+        f.questions.answerDuplicateId(DialogEnd::Rename);
+        f.questions.answerRunId(DialogEnd::Check);
         QCOMPARE(ImportTreeList(f.db, f.questions, path, RunKind::Standing).runId, QStringLiteral("PLOT 7:2"));
         QCOMPARE(f.questions.asked().at(1).text, QStringLiteral("PLOT 7:2"));
     }
@@ -425,8 +427,8 @@ private slots:
         RunDatabase f;
         const QString path = f.writeFile(QStringLiteral("q.lst"), threeCycles("O'Hara"));
         importBothKinds(f, path);
-        f.questions.answerDuplicateId(kDialogRename);
-        f.questions.answerRunId(kDialogCheck);
+        f.questions.answerDuplicateId(DialogEnd::Rename);
+        f.questions.answerRunId(DialogEnd::Check);
         const ImportResult r = ImportTreeList(f.db, f.questions, path, RunKind::Standing);
         QVERIFY(r.completed());
         QCOMPARE(r.runId, QStringLiteral("O'Hara:1"));

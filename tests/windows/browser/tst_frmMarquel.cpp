@@ -33,7 +33,7 @@ class tst_frmMarquel : public QObject {
     static QStringList checkedBoxes(frmMarquel *m)
     {
         QStringList checked;
-        for (QCheckBox *box : {m->chkSS, m->chkStandLevels}) {
+        for (QCheckBox *box : {Control<QCheckBox>(m, "chkSS"), Control<QCheckBox>(m, "chkStandLevels")}) {
             if (box->isChecked())
                 checked << box->objectName();
         }
@@ -47,19 +47,19 @@ private slots:
         frmMarquel *m = startWithRuns(b);
         QCOMPARE(m->RunEntries(), (QStringList{QStringLiteral("A:Harvested\tNo treatment"), QStringLiteral("A:Standing\tNo treatment"),
                                                QStringLiteral("B:Standing\tThinned to 600 sph")}));
-        QCOMPARE(highlightedRows(m->lstRuns), QList<int>{0});
+        QCOMPARE(highlightedRows(RunList(m)), QList<int>{0});
         QCOMPARE(b.frame->windowTitle(), QStringLiteral("Sendrel - Variant KDM"));
         QCOMPARE(b.frame->LeftForm().data(), m);
-        QVERIFY(m->cmdOK->isEnabled() && m->chkSS->isEnabled() && m->mnu_Runs_Delete->isEnabled());
+        QVERIFY(Control<QPushButton>(m, "cmdOK")->isEnabled() && Control<QCheckBox>(m, "chkSS")->isEnabled() && MenuCommand(m, "mnu_Runs_Delete")->isEnabled());
     }
 
     void emptyDatabaseDisablesReportsAndDelete()
     {
         GuiBench b;
         frmMarquel *m = b.start();
-        QCOMPARE(m->lstRuns->count(), 0);
-        QVERIFY(!m->cmdOK->isEnabled() && !m->chkSS->isEnabled() && !m->chkStandLevels->isEnabled());
-        QVERIFY(!m->mnu_Runs_Delete->isEnabled() && m->mnu_Runs_Import->isEnabled());
+        QCOMPARE(RunList(m)->count(), 0);
+        QVERIFY(!Control<QPushButton>(m, "cmdOK")->isEnabled() && !Control<QCheckBox>(m, "chkSS")->isEnabled() && !Control<QCheckBox>(m, "chkStandLevels")->isEnabled());
+        QVERIFY(!MenuCommand(m, "mnu_Runs_Delete")->isEnabled() && MenuCommand(m, "mnu_Runs_Import")->isEnabled());
         QCOMPARE(m->SelectedItems, qint16(0));
     }
 
@@ -71,8 +71,8 @@ private slots:
         b.addRun(QStringLiteral("A"), QStringLiteral("S"), QStringLiteral("short"));
         b.addRun(QStringLiteral("THIN40_CT2025_LONGNAME_XY"), QStringLiteral("H"), QStringLiteral("long"));
         frmMarquel *m = b.start();
-        auto *delegate = qobject_cast<RunListDelegate *>(m->lstRuns->itemDelegate());
-        const QFontMetrics fm(m->lstRuns->font());
+        auto *delegate = qobject_cast<RunListDelegate *>(RunList(m)->itemDelegate());
+        const QFontMetrics fm(RunList(m)->font());
         QVERIFY(delegate->TabStop() > fm.horizontalAdvance(QStringLiteral("THIN40_CT2025_LONGNAME_XY:Harvested")));
         QVERIFY(delegate->TabStop() >= delegate->BaseTabStop());
     }
@@ -86,12 +86,12 @@ private slots:
         const QString text = QStringLiteral("Thinned from below\r\nto 600 stems ") + QString(300, QLatin1Char('x'));
         b.addRun(QStringLiteral("A"), QStringLiteral("S"), text);
         frmMarquel *m = b.start();
-        QListWidgetItem *item = m->lstRuns->item(0);
+        QListWidgetItem *item = RunList(m)->item(0);
         QCOMPARE(item->toolTip(), QString(text).simplified());
-        auto *delegate = qobject_cast<RunListDelegate *>(m->lstRuns->itemDelegate());
+        auto *delegate = qobject_cast<RunListDelegate *>(RunList(m)->itemDelegate());
         QStyleOptionViewItem option;
-        option.initFrom(m->lstRuns);
-        QVERIFY(delegate->sizeHint(option, m->lstRuns->model()->index(0, 0)).width() <= delegate->TabStop() + 8);
+        option.initFrom(RunList(m));
+        QVERIFY(delegate->sizeHint(option, RunList(m)->model()->index(0, 0)).width() <= delegate->TabStop() + 8);
     }
 
     // The user's clicks on rows (by number) and boxes (by name), with 0, 1 or 2 report windows
@@ -132,9 +132,9 @@ private slots:
             if (auto *box = m->findChild<QCheckBox *>(c))
                 clickBox(box);
             else
-                clickRow(m->lstRuns, c.toInt());
+                clickRow(RunList(m), c.toInt());
         }
-        QCOMPARE(highlightedRows(m->lstRuns), highlighted);
+        QCOMPARE(highlightedRows(RunList(m)), highlighted);
         QCOMPARE(m->SelectedItems, qint16(highlighted.size()));
         QCOMPARE(checkedBoxes(m), checked);
         m->NumOpenWindows = 0;
@@ -188,19 +188,19 @@ private slots:
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
         for (int row : clicks)
-            clickRow(m->lstRuns, row);
+            clickRow(RunList(m), row);
         for (const QString &box : boxes)
             clickBox(m->findChild<QCheckBox *>(box));
         if (!change.isEmpty())
             b.exec(change);
-        QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(m, "cmdOK"), Qt::LeftButton);
         QCOMPARE(b.questions.messageTexts(), message.isEmpty() ? QStringList() : QStringList{message});
         QStringList titles;
         for (const QWidget *w : reportWindows(*b.frame))
             titles << w->windowTitle();
         QCOMPARE(titles, opened);
         QCOMPARE(checkedBoxes(m), boxesAfter);
-        QCOMPARE(highlightedRows(m->lstRuns), highlightedAfter);
+        QCOMPARE(highlightedRows(RunList(m)), highlightedAfter);
         QCOMPARE(m->SelectedItems, qint16(highlightedAfter.size()));
         QCOMPARE(b.frame->MousePointer(), 0);
     }
@@ -211,9 +211,9 @@ private slots:
     {
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
-        clickRow(m->lstRuns, 2);
-        clickBox(m->chkSS);
-        QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+        clickRow(RunList(m), 2);
+        clickBox(Control<QCheckBox>(m, "chkSS"));
+        QTest::mouseClick(Control<QPushButton>(m, "cmdOK"), Qt::LeftButton);
         const QList<QWidget *> windows = reportWindows(*b.frame);
         QCOMPARE(windows[0]->property("This_RunDesc").toString(), QStringLiteral("Thinned to 600 sph"));
         QCOMPARE(windows[1]->property("This_SorH").toString(), QStringLiteral("H"));
@@ -226,8 +226,8 @@ private slots:
 
         // A stand summary is no report window: it opens beside the two.
         b.frame->SubWindowOf(m)->showNormal();
-        clickRow(m->lstRuns, 1);
-        QTest::mouseClick(m->cmdSummary, Qt::LeftButton);
+        clickRow(RunList(m), 1);
+        QTest::mouseClick(Control<QPushButton>(m, "cmdSummary"), Qt::LeftButton);
         QVERIFY(b.frame->findChild<QWidget *>(QStringLiteral("frmStandSummary")));
         QVERIFY(b.questions.messageTexts().isEmpty());
         QCOMPARE(m->NumOpenWindows, qint16(2));
@@ -279,12 +279,12 @@ private slots:
         QWidget *form = nullptr;
         QString button;
         if (kind == QLatin1String("cmdSummary")) {
-            QTest::mouseClick(m->cmdSummary, Qt::LeftButton);
+            QTest::mouseClick(Control<QPushButton>(m, "cmdSummary"), Qt::LeftButton);
             form = b.frame->findChild<QWidget *>(QStringLiteral("frmStandSummary"));
             button = QStringLiteral("cmdClose");
         } else {
             clickBox(m->findChild<QCheckBox *>(kind == QLatin1String("chart") ? QStringLiteral("chkSS") : kind));
-            QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+            QTest::mouseClick(Control<QPushButton>(m, "cmdOK"), Qt::LeftButton);
             form = reportWindows(*b.frame).value(0);
             button = QStringLiteral("cmdOK");
         }
@@ -292,7 +292,7 @@ private slots:
         int expected = before;
         if (kind == QLatin1String("chart")) {
             expected = visibleWindows();
-            QTest::mouseClick(Control<QPushButton>(form, QStringLiteral("cmdPrintCharts")), Qt::LeftButton);
+            QTest::mouseClick(Control<QPushButton>(form, "cmdPrintCharts"), Qt::LeftButton);
             form = b.frame->findChild<QWidget *>(QStringLiteral("frmChart"));
             QVERIFY(form && form->isVisible());
             button = QStringLiteral("cmdCancel");
@@ -325,41 +325,41 @@ private slots:
                                                                                    TreeLine("1", "FD", 3, 250, 30, 0.9, 0.7)}));
         // Cancelled at the file dialog, then at the kind: nothing is imported.
         b.questions.answerOpenFile(QString());
-        m->mnu_Runs_Import->trigger();
+        MenuCommand(m, "mnu_Runs_Import")->trigger();
         b.questions.answerOpenFile(list);
-        b.questions.answerStandingOrHarvested(QString());
-        m->mnu_Runs_Import->trigger();
+        b.questions.answerStandingOrHarvested(std::nullopt);
+        MenuCommand(m, "mnu_Runs_Import")->trigger();
         QCOMPARE(b.count(QStringLiteral("Model_Run")), 3);
 
-        clickRow(m->lstRuns, 0);   // nothing selected now
+        clickRow(RunList(m), 0);   // nothing selected now
         b.questions.answerOpenFile(list);
-        b.questions.answerStandingOrHarvested(QStringLiteral("H"));
-        b.questions.answerRunId(kDialogCheck);
-        m->mnu_Runs_Import->trigger();
+        b.questions.answerStandingOrHarvested(RunKind::Harvested);
+        b.questions.answerRunId(DialogEnd::Check);
+        MenuCommand(m, "mnu_Runs_Import")->trigger();
         QCOMPARE(b.questions.asked().first().text, b.tm.settings.WorkDir + QStringLiteral("|"));
         QCOMPARE(b.count(QStringLiteral("Model_Entries"), QStringLiteral("Standing_Harvested = 'H'")), 1);
-        QCOMPARE(m->lstRuns->item(3)->text(), QStringLiteral("NEW:Harvested\t"));
-        QCOMPARE(highlightedRows(m->lstRuns), QList<int>{3});
-        QCOMPARE(b.tm.DialogResult, kDialogOK);
+        QCOMPARE(RunList(m)->item(3)->text(), QStringLiteral("NEW:Harvested\t"));
+        QCOMPARE(highlightedRows(RunList(m)), QList<int>{3});
+        QCOMPARE(b.tm.DialogResult, DialogEnd::OK);
         QCOMPARE(b.frame->MousePointer(), 0);
 
         // What the import has to tell, the window shows, once.
         b.questions.clear();
         b.questions.answerOpenFile(b.writeFile(QStringLiteral("invalid.lst"), "no header\r\n"));
-        b.questions.answerStandingOrHarvested(QStringLiteral("S"));
-        m->mnu_Runs_Import->trigger();
+        b.questions.answerStandingOrHarvested(RunKind::Standing);
+        MenuCommand(m, "mnu_Runs_Import")->trigger();
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("Invalid File Format.  Expecting a Marquel file with -999 header.")});
         b.questions.clear();
 
         // A failure is shown at the top, the list stays and the pointer comes back.
-        m->Importer = [](TreeModel &, const QString &, const QString &) -> frmMarquel::ImportOutcome {
+        m->Importer = [](TreeModel &, const QString &, RunKind) -> frmMarquel::ImportOutcome {
             throw SendrelError(53, QStringLiteral("Sendrel"), QStringLiteral("File not found"));
         };
         b.questions.answerOpenFile(list);
-        b.questions.answerStandingOrHarvested(QStringLiteral("S"));
-        m->mnu_Runs_Import->trigger();
+        b.questions.answerStandingOrHarvested(RunKind::Standing);
+        MenuCommand(m, "mnu_Runs_Import")->trigger();
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The following error occured:\nFile not found")});
-        QCOMPARE(m->lstRuns->count(), 4);
+        QCOMPARE(RunList(m)->count(), 4);
         QCOMPARE(b.frame->MousePointer(), 0);
     }
 
@@ -369,17 +369,17 @@ private slots:
         GuiBench b;
         frmMarquel *m = startWithRuns(b);
         b.questions.answerOpenFile(QString());
-        m->MenuFileDB->trigger();
+        MenuCommand(m, "MenuFileDB")->trigger();
         QCOMPARE(b.questions.asked().size(), 1);
         QCOMPARE(b.questions.asked()[0].title, QStringLiteral("Sendrel - Locate Tolv Game Database"));
-        QCOMPARE(m->lstRuns->count(), 3);
+        QCOMPARE(RunList(m)->count(), 3);
         QVERIFY(b.tm.db.isOpen());
 
         sendrel::test::RunDatabase other{sendrel::test::RunDatabase::Db::Created};
         b.questions.answerOpenFile(other.path());
-        m->MenuFileDB->trigger();
-        QCOMPARE(m->lstRuns->count(), 0);
-        QVERIFY(!m->cmdOK->isEnabled());
+        MenuCommand(m, "MenuFileDB")->trigger();
+        QCOMPARE(RunList(m)->count(), 0);
+        QVERIFY(!Control<QPushButton>(m, "cmdOK")->isEnabled());
     }
 
     // File, Options: Cancel keeps the settings; OK keeps the choices at once, in the store too.

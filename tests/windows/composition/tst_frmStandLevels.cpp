@@ -225,8 +225,8 @@ private slots:
         b.tm.settings.HorizontalGrid = true;
         b.tm.settings.StandLevels_BasalArea_LeftTitle = QStringLiteral("BA (sq.m/ha)");
         frmMarquel *m = b.start();
-        clickBox(m->chkStandLevels);
-        QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+        clickBox(Control<QCheckBox>(m, "chkStandLevels"));
+        QTest::mouseClick(Control<QPushButton>(m, "cmdOK"), Qt::LeftButton);
         auto *w = b.frame->findChild<frmStandLevels *>();
         QVERIFY(w);
         QCOMPARE(w->windowTitle(), QStringLiteral("Species Composition through time: ") + runId + QStringLiteral(" (Standing)"));

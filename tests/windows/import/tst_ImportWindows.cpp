@@ -6,6 +6,7 @@
 
 #include "base/SendrelError.h"
 #include "shell/GuiQuestions.h"
+#include "store/Run.h"
 #include "windows/common/ShowHelp.h"
 #include "windows/common/frmHelp.h"
 #include "windows/import/frmDeleteRuns.h"
@@ -22,6 +23,7 @@
 #include <QTextBrowser>
 
 using namespace sendrel;
+using namespace sendrel::test;
 
 class tst_ImportWindows : public QObject {
     Q_OBJECT
@@ -33,7 +35,7 @@ private slots:
         ScriptedQuestions q;
         frmSorH form(q);
         form.show();
-        QTest::mouseClick(form.cmdOK, Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(&form, "cmdOK"), Qt::LeftButton);
         QCOMPARE(q.messageTexts(), QStringList{QStringLiteral("You must specify Harvested or Standing.")});
         QVERIFY(form.isVisible() && form.bImportCancelled);
     }
@@ -59,11 +61,12 @@ private slots:
         bool cleared = false;
         onNextModal([&](QWidget *w) {
             auto *f = qobject_cast<frmSorH *>(w);
-            cleared = !f->optStanding->isChecked() && !f->optHarvested->isChecked();
+            cleared = !Control<QRadioButton>(f, "optStanding")->isChecked() && !Control<QRadioButton>(f, "optHarvested")->isChecked();
             clickBox(f->findChild<QRadioButton *>(option));
             leaveDialog(f, leave);
         });
-        QCOMPARE(q.askStandingOrHarvested(), kind);
+        const std::optional<RunKind> chosen = q.askStandingOrHarvested();
+        QCOMPARE(chosen ? KindLetter(*chosen) : QString(), kind);
         QVERIFY(cleared);
     }
 
@@ -77,25 +80,26 @@ private slots:
         QStringList seen;
         onNextModal([&](QWidget *w) {
             auto *f = qobject_cast<frmRunId *>(w);
-            QCOMPARE(f->focusWidget(), f->txtRunId);
-            seen << f->txtRunId->selectedText();   // typing replaces the name offered
-            f->lblNameProblem->setText(QStringLiteral("left over"));
-            Retype(f->txtRunId, QString());
-            seen << (f->cmdOK->isEnabled() ? QStringLiteral("enabled") : QStringLiteral("disabled"));
-            QTest::keyClick(f->txtRunId, Qt::Key_Return);
-            QTest::keyClicks(f->txtRunId, QStringLiteral("Thin 40%"));
-            QTest::mouseClick(f->cmdOK, Qt::LeftButton);
+            auto *box = Control<QLineEdit>(f, "txtRunId");
+            QCOMPARE(f->focusWidget(), box);
+            seen << box->selectedText();   // typing replaces the name offered
+            Control<QLabel>(f, "lblNameProblem")->setText(QStringLiteral("left over"));
+            Retype(box, QString());
+            seen << (Control<QPushButton>(f, "cmdOK")->isEnabled() ? QStringLiteral("enabled") : QStringLiteral("disabled"));
+            QTest::keyClick(box, Qt::Key_Return);
+            QTest::keyClicks(box, QStringLiteral("Thin 40%"));
+            QTest::mouseClick(Control<QPushButton>(f, "cmdOK"), Qt::LeftButton);
         });
-        QCOMPARE(q.askRunId(name), kDialogCheck);
+        QCOMPARE(q.askRunId(name), DialogEnd::Check);
         QCOMPARE(name, QStringLiteral("Thin 40%"));
         onNextModal([&](QWidget *w) {
-            seen << qobject_cast<frmRunId *>(w)->lblNameProblem->text();
+            seen << Control<QLabel>(qobject_cast<frmRunId *>(w), "lblNameProblem")->text();
             w->close();
         });
-        QCOMPARE(q.askRunId(name), kDialogCancel);
+        QCOMPARE(q.askRunId(name), DialogEnd::Cancel);
         QCOMPARE(seen, (QStringList{"RUN1", "disabled", ""}));
         onNextModal([](QWidget *w) { leaveDialog(w, QStringLiteral("cmdCancel")); });
-        QCOMPARE(q.askRunId(name), kDialogCancel);
+        QCOMPARE(q.askRunId(name), DialogEnd::Cancel);
     }
 
     // 25 characters bind what is typed; a longer name given by the program stays until edited.
@@ -103,47 +107,48 @@ private slots:
     {
         frmRunId f;
         f.show();
+        QLineEdit *box = Control<QLineEdit>(&f, "txtRunId");
         const QString longName = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ1234");   // 30
-        f.txtRunId->setText(longName);
-        f.txtRunId->end(false);
-        QTest::keyClick(f.txtRunId, Qt::Key_5);
-        QCOMPARE(f.txtRunId->text(), longName);
-        QTest::keyClick(f.txtRunId, Qt::Key_Backspace);
-        QCOMPARE(f.txtRunId->text().size(), 29);
+        box->setText(longName);
+        box->end(false);
+        QTest::keyClick(box, Qt::Key_5);
+        QCOMPARE(box->text(), longName);
+        QTest::keyClick(box, Qt::Key_Backspace);
+        QCOMPARE(box->text().size(), 29);
 
-        f.txtRunId->clear();
-        QTest::keyClicks(f.txtRunId, QStringLiteral("123456789012345678901234567890"));
-        QCOMPARE(f.txtRunId->text(), QStringLiteral("1234567890123456789012345"));
+        box->clear();
+        QTest::keyClicks(box, QStringLiteral("123456789012345678901234567890"));
+        QCOMPARE(box->text(), QStringLiteral("1234567890123456789012345"));
     }
 
     // Rename shows the next free name that the finder gives; Rename is the default button.
     void duplicateIdButtons_data()
     {
         QTest::addColumn<QString>("leave");
-        QTest::addColumn<QString>("result");
+        QTest::addColumn<int>("result");
         QTest::addColumn<QString>("renamed");
-        QTest::newRow("Overwrite") << "cmdOverWrite" << "OVERWRITE" << "";
-        QTest::newRow("Rename") << "cmdRename" << "RENAME" << "X:3";
-        QTest::newRow("Return") << "Return" << "RENAME" << "X:3";
-        QTest::newRow("Cancel") << "cmdCancel" << "CANCEL" << "";
-        QTest::newRow("Escape") << "Escape" << "CANCEL" << "";
+        QTest::newRow("Overwrite") << "cmdOverWrite" << int(DialogEnd::Overwrite) << "X";
+        QTest::newRow("Rename") << "cmdRename" << int(DialogEnd::Rename) << "X:3";
+        QTest::newRow("Return") << "Return" << int(DialogEnd::Rename) << "X:3";
+        QTest::newRow("Cancel") << "cmdCancel" << int(DialogEnd::Cancel) << "X";
+        QTest::newRow("Escape") << "Escape" << int(DialogEnd::Cancel) << "X";
     }
 
     void duplicateIdButtons()
     {
         QFETCH(QString, leave);
-        QFETCH(QString, result);
+        QFETCH(int, result);
         QFETCH(QString, renamed);
         GuiQuestions q;
         q.setNextFreeRunId([](const QString &name) { return name + QStringLiteral(":3"); });
         QString shown;
         onNextModal([&](QWidget *w) {
-            shown = qobject_cast<frmDuplicateId *>(w)->lblRunId->text();
+            shown = Control<QLabel>(qobject_cast<frmDuplicateId *>(w), "lblRunId")->text();
             leaveDialog(w, leave);
         });
-        QCOMPARE(q.askDuplicateId(QStringLiteral("X")), result);
+        QCOMPARE(q.askDuplicateId(QStringLiteral("X")), DialogEnd(result));
         QCOMPARE(shown, QStringLiteral("X"));
-        QCOMPARE(q.lastRenamedId(), renamed);
+        QCOMPARE(Control<QLabel>(q.duplicateIdWindow(), "lblRunId")->text(), renamed);
         QVERIFY(!q.duplicateIdWindow()->isVisible());
     }
 
@@ -190,10 +195,10 @@ private slots:
             b.addListedRun(QString::fromLatin1(run), QString::fromLatin1(kind), QString());
         frmMarquel *m = b.start();
         if (openBox.startsWith(QLatin1String("chk"))) {
-            clickRow(m->lstRuns, 0);
-            clickRow(m->lstRuns, rowOf(m->lstRuns, QStringLiteral("A:Standing")));
+            clickRow(RunList(m), 0);
+            clickRow(RunList(m), rowOf(RunList(m), QStringLiteral("A:Standing")));
             clickBox(m->findChild<QCheckBox *>(openBox));
-            QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+            QTest::mouseClick(Control<QPushButton>(m, "cmdOK"), Qt::LeftButton);
             QCOMPARE(reportWindows(*b.frame).size(), 1);
         }
         if (message.startsWith(QLatin1String("Delete run")))
@@ -214,7 +219,7 @@ private slots:
                 afterDelete = rowTexts(list);
             QTest::mouseClick(d->findChild<QPushButton *>(QStringLiteral("cmdCancel")), Qt::LeftButton);
         });
-        m->mnu_Runs_Delete->trigger();
+        MenuCommand(m, "mnu_Runs_Delete")->trigger();
         QCOMPARE(shown, before);
         QCOMPARE(b.questions.messageTexts(), QStringList{message});
         QCOMPARE(afterDelete, left);
@@ -234,15 +239,15 @@ private slots:
             w->activateWindow();
             QVERIFY(QTest::qWaitForWindowActive(w));
             QTest::keyClick(w, Qt::Key_F1);
-            pages << (HelpWindow() ? QFileInfo(HelpWindow()->txtTopic->source().toLocalFile()).fileName() : QString());
+            pages << (HelpWindow() ? QFileInfo(Control<QTextBrowser>(HelpWindow(), "txtTopic")->source().toLocalFile()).fileName() : QString());
             if (HelpWindow())
                 HelpWindow()->ShowContents();
             QTest::mouseClick(w->findChild<QPushButton *>(QStringLiteral("cmdHelp")), Qt::LeftButton);
-            pages << (HelpWindow() ? QFileInfo(HelpWindow()->txtTopic->source().toLocalFile()).fileName() : QString());
+            pages << (HelpWindow() ? QFileInfo(Control<QTextBrowser>(HelpWindow(), "txtTopic")->source().toLocalFile()).fileName() : QString());
             HelpWindow()->close();
             QTimer::singleShot(0, w, [w] { static_cast<QDialog *>(w)->reject(); });
         });
-        m->mnu_Runs_Delete->trigger();
+        MenuCommand(m, "mnu_Runs_Delete")->trigger();
         QCOMPARE(pages, (QStringList{QStringLiteral("delete.html"), QStringLiteral("delete.html")}));
     }
 
@@ -263,7 +268,7 @@ private slots:
             stayed = d->isVisible();
             d->reject();
         });
-        m->mnu_Runs_Delete->trigger();
+        MenuCommand(m, "mnu_Runs_Delete")->trigger();
         QVERIFY(stayed);
         QCOMPARE(b.questions.messageTexts(), QStringList{QStringLiteral("The following error occured:\nlocked")});
         QCOMPARE(b.frame->MousePointer(), 0);

@@ -17,6 +17,7 @@
 #include <QTextCursor>
 
 using namespace sendrel;
+using namespace sendrel::test;
 
 namespace {
 
@@ -230,7 +231,7 @@ private slots:
     {
         frmReportText form;
         form.show();
-        QLineEdit *title = form.txtReportTitle;
+        QLineEdit *title = Control<QLineEdit>(&form, "txtReportTitle");
         title->setFocus();
         QTest::keyClicks(title, QString(48, QLatin1Char('a')) + QStringLiteral("bcdef"));
         QCOMPARE(title->text(), QString(48, QLatin1Char('a')) + QStringLiteral("bc"));
@@ -263,21 +264,21 @@ private slots:
         QFETCH(QString, leave);
         const bool ok = leave == QLatin1String("cmdOK");
         GuiQuestions questions;
-        ReportTextRequest request{QStringLiteral("R7: Stock Table"), QStringLiteral("Printed by: \r\n\r\nThin to 400")};
+        ReportTextRequest request{QStringLiteral("R7: Stock Table"), QStringLiteral("Printed by: \r\n\r\nThin to 400\r\n")};
         QString shownDescription;
         onNextModal([&](QWidget *w) {
             auto *form = qobject_cast<frmReportText *>(w);
-            shownDescription = form->txtReportDesc->toPlainText();
-            form->txtReportTitle->selectAll();
-            QTest::keyClicks(form->txtReportTitle, QStringLiteral("Spacing trial"));
-            form->txtReportDesc->moveCursor(QTextCursor::End);
-            QTest::keyClicks(form->txtReportDesc, QStringLiteral(" at 2010"));
+            shownDescription = Control<QPlainTextEdit>(form, "txtReportDesc")->toPlainText();
+            Control<QLineEdit>(form, "txtReportTitle")->selectAll();
+            QTest::keyClicks(Control<QLineEdit>(form, "txtReportTitle"), QStringLiteral("Spacing trial "));   // blanks kept
+            Control<QPlainTextEdit>(form, "txtReportDesc")->moveCursor(QTextCursor::End);
+            QTest::keyClicks(Control<QPlainTextEdit>(form, "txtReportDesc"), QStringLiteral(" at 2010 "));
             leaveDialog(form, leave);
         });
         QCOMPARE(questions.askReportText(request), ok);
-        QCOMPARE(shownDescription, QStringLiteral("Printed by: \n\nThin to 400"));
-        QCOMPARE(request.title, ok ? QStringLiteral("Spacing trial") : QStringLiteral("R7: Stock Table"));
-        QCOMPARE(request.description, ok ? QStringLiteral("Printed by: \n\nThin to 400 at 2010") : QStringLiteral("Printed by: \r\n\r\nThin to 400"));
+        QCOMPARE(shownDescription, QStringLiteral("Printed by: \n\nThin to 400\n"));
+        QCOMPARE(request.title, ok ? QStringLiteral("Spacing trial ") : QStringLiteral("R7: Stock Table"));
+        QCOMPARE(request.description, ok ? QStringLiteral("Printed by: \n\nThin to 400\n at 2010 ") : QStringLiteral("Printed by: \r\n\r\nThin to 400\r\n"));
     }
 };
 

@@ -55,7 +55,7 @@ struct Paging {
         w->This_RunId = QStringLiteral("R1");
         w->This_SorH = QStringLiteral("S");
         w->UpdateHeaderList();
-        auto *list = Control<QListWidget>(w, QStringLiteral("lstCycles"));
+        auto *list = Control<QListWidget>(w, "lstCycles");
         list->clearSelection();
         for (int row : selected)
             list->item(row)->setSelected(true);
@@ -73,7 +73,7 @@ struct Paging {
 
     frmChart *viewCharts()
     {
-        QTest::mouseClick(Control<QPushButton>(w, QStringLiteral("cmdPrintCharts")), Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(w, "cmdPrintCharts"), Qt::LeftButton);
         return w->FirstChart;
     }
     // Every chart window still there.
@@ -89,12 +89,12 @@ struct Paging {
     }
     static frmChart *next(frmChart *c)
     {
-        QTest::mouseClick(c->cmdNext, Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(c, "cmdNext"), Qt::LeftButton);
         return c->nextChart;
     }
     static frmChart *previous(frmChart *c)
     {
-        QTest::mouseClick(c->cmdPrev, Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(c, "cmdPrev"), Qt::LeftButton);
         return c->prevChart;
     }
 };
@@ -172,15 +172,15 @@ void tst_chartpaging::viewCharts()
     QVERIFY(!p.w->isVisible() && c->isVisible());
     QCOMPARE(p.host.LeftForm().data(), c);
     QCOMPARE(p.env.count(QStringLiteral("Report_Header")), 0);
-    QCOMPARE(c->cmdPrev->isEnabled(), previous);
-    QCOMPARE(c->cmdNext->isEnabled(), next);
+    QCOMPARE(Control<QPushButton>(c, "cmdPrev")->isEnabled(), previous);
+    QCOMPARE(Control<QPushButton>(c, "cmdNext")->isEnabled(), next);
     QCOMPARE(c->windowTitle(), caption);
-    QCOMPARE(c->txtGraphTitle->text(), caption.section(QStringLiteral(": "), 1) + QStringLiteral(": Density"));
-    QCOMPARE(c->gphDensity->ChartTopTitle(), c->txtGraphTitle->text());
-    QVERIFY(c->gphDensity->Visible() && !c->gphMerchVol->Visible());
+    QCOMPARE(Control<QLineEdit>(c, "txtGraphTitle")->text(), caption.section(QStringLiteral(": "), 1) + QStringLiteral(": Density"));
+    QCOMPARE(Control<Graph>(c, "gphDensity")->ChartTopTitle(), Control<QLineEdit>(c, "txtGraphTitle")->text());
+    QVERIFY(Control<Graph>(c, "gphDensity")->Visible() && !Control<Graph>(c, "gphMerchVol")->Visible());
     QCOMPARE(p.env.questions.lastBusyMessage(), QStringLiteral("Compiling report data for cycle: %1").arg(selected.first() + 1));
     QVERIFY(!p.env.questions.busyVisible());
-    QTest::mouseClick(c->cmdHelp, Qt::LeftButton);
+    QTest::mouseClick(Control<QPushButton>(c, "cmdHelp"), Qt::LeftButton);
     QCOMPARE(p.host.HelpTopics, QList<int>{76});
 }
 
@@ -201,18 +201,18 @@ void tst_chartpaging::pagesAreMadeOnceAndKept()
     QCOMPARE(Paging::liveCharts().size(), 3);
     QCOMPARE(p.calcReports, 3);
     QCOMPARE(third->windowTitle(), QStringLiteral("Density: R1 (Standing, 2020)"));
-    QCOMPARE(third->gphDensity->value(1, 1), 300.0);
+    QCOMPARE(Control<Graph>(third, "gphDensity")->value(1, 1), 300.0);
     QCOMPARE(p.host.LeftForm().data(), third);
     // The last page has no ">", and the pages are those a file of the same years holds.
     frmChart *fifth = Paging::next(Paging::next(third));
-    QVERIFY(fifth->cmdPrev->isEnabled() && !fifth->cmdNext->isEnabled());
+    QVERIFY(Control<QPushButton>(fifth, "cmdPrev")->isEnabled() && !Control<QPushButton>(fifth, "cmdNext")->isEnabled());
     StandStockData data(p.w->Layout, p.env.tm.db.NumSpecies);
     for (frmChart *c = p.w->FirstChart; c; c = c->nextChart) {
         ChartData density;
         ChartData volume;
         const ChartPageRequest request{{QStringLiteral("R1"), RunKind::Standing}, {QString::number(1990 + 10 * c->cycleNum), c->cycleNum}, true, {}, 0};
         MakeChartPage(p.env.db, p.env.tm.settings, p.w->Layout, data, request, density, volume);
-        QCOMPARE(Shown(*c->gphDensity), Shown(density));
+        QCOMPARE(Shown(*Control<Graph>(c, "gphDensity")), Shown(density));
     }
 }
 
@@ -229,17 +229,17 @@ void tst_chartpaging::firstLastYearBoxAndKeys()
         QVERIFY(QTest::qWaitForWindowActive(c));
         QTest::keyClick(c, k);
     };
-    QCOMPARE(Control<QLabel>(first, QStringLiteral("lblPage"))->text(), QStringLiteral("Year 1 of 5"));
-    QVERIFY(!Control<QPushButton>(first, QStringLiteral("cmdFirst"))->isEnabled());
-    QTest::mouseClick(Control<QPushButton>(first, QStringLiteral("cmdLast")), Qt::LeftButton);
+    QCOMPARE(Control<QLabel>(first, "lblPage")->text(), QStringLiteral("Year 1 of 5"));
+    QVERIFY(!Control<QPushButton>(first, "cmdFirst")->isEnabled());
+    QTest::mouseClick(Control<QPushButton>(first, "cmdLast"), Qt::LeftButton);
     frmChart *last = shown();
     QCOMPARE(last->cycleNum, qint16(5));
-    QCOMPARE(Control<QLabel>(last, QStringLiteral("lblPage"))->text(), QStringLiteral("Year 5 of 5"));
-    QVERIFY(!Control<QPushButton>(last, QStringLiteral("cmdLast"))->isEnabled() && !last->cmdNext->isEnabled());
+    QCOMPARE(Control<QLabel>(last, "lblPage")->text(), QStringLiteral("Year 5 of 5"));
+    QVERIFY(!Control<QPushButton>(last, "cmdLast")->isEnabled() && !Control<QPushButton>(last, "cmdNext")->isEnabled());
     key(last, Qt::Key_PageUp);
     frmChart *fourth = shown();
     QCOMPARE(fourth->cycleNum, qint16(4));
-    auto *years = Control<QComboBox>(fourth, QStringLiteral("cboYear"));
+    auto *years = Control<QComboBox>(fourth, "cboYear");
     QCOMPARE(years->currentText(), QStringLiteral("2030"));
     QCOMPARE(years->count(), 5);
     emit years->activated(2);
@@ -269,34 +269,34 @@ void tst_chartpaging::optionsTravelTitlesStay()
     Paging p(4, {0, 1, 2, 3});
     frmChart *first = p.viewCharts();
     ChildFrame(first)->move(30, 40);
-    clickBox(first->chkVertical);
-    clickBox(first->optClipboard);
-    clickBox(first->optColour);
-    Retype(first->txtLeftTitle, QStringLiteral("Stems"));
+    clickBox(Control<QCheckBox>(first, "chkVertical"));
+    clickBox(Control<QRadioButton>(first, "optClipboard"));
+    clickBox(Control<QRadioButton>(first, "optColour"));
+    Retype(Control<QLineEdit>(first, "txtLeftTitle"), QStringLiteral("Stems"));
     frmChart *second = Paging::next(first);
+    QVERIFY(Control<QRadioButton>(second, "optColour")->isChecked());
     // Letters are refused; the digits typed here go to the next page, applied there at once.
-    QTest::keyClicks(second->txtYAxisMax, QStringLiteral("5x00"));
-    QCOMPARE(second->txtYAxisMax->text(), QStringLiteral("500"));
-    QTest::mouseClick(second->cmdApply, Qt::LeftButton);
-    QCOMPARE(second->gphDensity->ChartYAxisMax(), 500.0);
+    QTest::keyClicks(Control<QLineEdit>(second, "txtYAxisMax"), QStringLiteral("5x00"));
+    QCOMPARE(Control<QLineEdit>(second, "txtYAxisMax")->text(), QStringLiteral("500"));
+    QTest::mouseClick(Control<QPushButton>(second, "cmdApply"), Qt::LeftButton);
+    QCOMPARE(Control<Graph>(second, "gphDensity")->ChartYAxisMax(), 500.0);
     frmChart *third = Paging::next(second);
-    QCOMPARE(third->txtYAxisMax->text(), QStringLiteral("500"));
-    QCOMPARE(third->gphDensity->ChartYAxisMax(), 500.0);
+    QCOMPARE(Control<Graph>(third, "gphDensity")->ChartYAxisMax(), 500.0);   // the digits carried over, applied
     QCOMPARE(ChildFrame(third)->pos(), QPoint(30, 40));
-    QVERIFY(third->chkVertical->isChecked() && !third->chkHorizontal->isChecked());
-    QCOMPARE(third->gphDensity->ChartGrid(), qint16(2));
-    QVERIFY(third->optClipboard->isChecked() && third->optColour->isChecked());
-    QCOMPARE(third->txtLeftTitle->text(), QStringLiteral("Density (SPH)"));
+    QVERIFY(Control<QCheckBox>(third, "chkVertical")->isChecked() && !Control<QCheckBox>(third, "chkHorizontal")->isChecked());
+    QCOMPARE(Control<Graph>(third, "gphDensity")->ChartGrid(), qint16(2));
+    QVERIFY(Control<QRadioButton>(third, "optClipboard")->isChecked() && Control<QRadioButton>(third, "optColour")->isChecked());
+    QCOMPARE(Control<QLineEdit>(third, "txtLeftTitle")->text(), QStringLiteral("Density (SPH)"));
     // Emptied and taken back to a page already made: that page follows its data again.
-    QTest::keyClick(third->txtYAxisMax, Qt::Key_End);
+    QTest::keyClick(Control<QLineEdit>(third, "txtYAxisMax"), Qt::Key_End);
     for (int i = 0; i < 3; ++i)
-        QTest::keyClick(third->txtYAxisMax, Qt::Key_Backspace);
+        QTest::keyClick(Control<QLineEdit>(third, "txtYAxisMax"), Qt::Key_Backspace);
     QCOMPARE(Paging::previous(third), second);
-    QCOMPARE(second->txtYAxisMax->text(), QString());
-    QCOMPARE(second->gphDensity->ChartYAxisMax(), 200.0);
+    QCOMPARE(Control<QLineEdit>(second, "txtYAxisMax")->text(), QString());
+    QCOMPARE(Control<Graph>(second, "gphDensity")->ChartYAxisMax(), 200.0);
     QCOMPARE(Paging::previous(second), first);
-    QCOMPARE(first->txtLeftTitle->text(), QStringLiteral("Stems"));
-    QCOMPARE(first->gphDensity->ChartLeftTitle(), QStringLiteral("Stems"));
+    QCOMPARE(Control<QLineEdit>(first, "txtLeftTitle")->text(), QStringLiteral("Stems"));
+    QCOMPARE(Control<Graph>(first, "gphDensity")->ChartLeftTitle(), QStringLiteral("Stems"));
 }
 
 void tst_chartpaging::secondViewChartsAndUnloadEndTheChain()
@@ -327,7 +327,7 @@ void tst_chartpaging::cancelGivesThePlaceBack()
     auto *sample = Control<Graph>(p.w, QStringLiteral("gphDensity"));
     QCOMPARE(sample->value(1, 1), 100.0);
     p.env.exec(QStringLiteral("DELETE FROM Model_Entries"));
-    QTest::mouseClick(second->cmdCancel, Qt::LeftButton);
+    QTest::mouseClick(Control<QPushButton>(second, "cmdCancel"), Qt::LeftButton);
     QCOMPARE(p.host.RightForm().data(), p.w.data());
     QVERIFY(p.w->bChartsCancelled);
     QVERIFY(p.w->isVisible() && !second->isVisible());
@@ -376,15 +376,15 @@ void tst_chartpaging::printAndCopyLeaveTheScreenInColour()
     // The print dialog offers a PDF file in the Work folder, named by run, kind, table and year.
     const QString pdf = p.env.filePath(QStringLiteral("chart.pdf"));
     p.env.questions.answerPrint(pdf);
-    clickBox(c->optBandW);
-    QTest::mouseClick(c->cmdPrint, Qt::LeftButton);
+    clickBox(Control<QRadioButton>(c, "optBandW"));
+    QTest::mouseClick(Control<QPushButton>(c, "cmdPrint"), Qt::LeftButton);
     QCOMPARE(p.env.questions.asked().last().text, QDir(p.env.tm.ReportFolder()).filePath(QStringLiteral("R1_Standing_Stand_2000.pdf")));
     QCOMPARE(ReadWholeFile(pdf).count("/Type /Page\n"), 1);
-    QCOMPARE(c->gphDensity->ChartPrintStyle(), qint16(2));
-    QCOMPARE(c->gphMerchVol->ChartPrintStyle(), qint16(2));
+    QCOMPARE(Control<Graph>(c, "gphDensity")->ChartPrintStyle(), qint16(2));
+    QCOMPARE(Control<Graph>(c, "gphMerchVol")->ChartPrintStyle(), qint16(2));
 
-    clickBox(c->optClipboard);
-    QTest::mouseClick(c->cmdPrint, Qt::LeftButton);
+    clickBox(Control<QRadioButton>(c, "optClipboard"));
+    QTest::mouseClick(Control<QPushButton>(c, "cmdPrint"), Qt::LeftButton);
     const QImage copy = QGuiApplication::clipboard()->image();
     QVERIFY(!copy.isNull());
     for (int y = 0; y < copy.height(); y += 7) {
@@ -393,8 +393,8 @@ void tst_chartpaging::printAndCopyLeaveTheScreenInColour()
             QVERIFY2(qRed(px) == qGreen(px) && qGreen(px) == qBlue(px), "the copy is black and white");
         }
     }
-    QCOMPARE(c->gphDensity->ChartScreenStyle(), qint16(1));
-    auto *bars = qobject_cast<QBarSeries *>(c->gphDensity->shownChart()->series().first());
+    QCOMPARE(Control<Graph>(c, "gphDensity")->ChartScreenStyle(), qint16(1));
+    auto *bars = qobject_cast<QBarSeries *>(Control<Graph>(c, "gphDensity")->shownChart()->series().first());
     QCOMPARE(bars->barSets().first()->brush().color(), Graph::PaletteColour(3));
 }
 
@@ -406,16 +406,16 @@ void tst_chartpaging::speciesAndClasses()
     for (int code = 1; code <= 5; ++code)
         p.env.addTree(QStringLiteral("R1"), QStringLiteral("S"), 1, code, code * 3, code, 1);
     frmChart *many = p.viewCharts();
-    QChart *chart = many->gphDensity->shownChart();
+    QChart *chart = Control<Graph>(many, "gphDensity")->shownChart();
     auto *classes = qobject_cast<QBarCategoryAxis *>(chart->axes(Qt::Horizontal).first());
     QCOMPARE(classes->count(), 3);
     QCOMPARE(ChartKey::of(chart)->labels(), (QStringList{"PW", "LW", "FD", "BG", "HW"}));
 
     frmChart *none = Paging::next(many);
-    QCOMPARE(none->gphDensity->ChartSeriesCount(), qint16(1));
-    QCOMPARE(none->gphDensity->series().first().values, (QVector<double>{0, 0, 0}));
-    QCOMPARE(none->gphDensity->pointLabels(), (QVector<QString>{"5", "15", "25"}));
-    QVERIFY(!ChartKey::of(none->gphDensity->shownChart())->isVisible());
+    QCOMPARE(Control<Graph>(none, "gphDensity")->ChartSeriesCount(), qint16(1));
+    QCOMPARE(Control<Graph>(none, "gphDensity")->series().first().values, (QVector<double>{0, 0, 0}));
+    QCOMPARE(Control<Graph>(none, "gphDensity")->pointLabels(), (QVector<QString>{"5", "15", "25"}));
+    QVERIFY(!ChartKey::of(Control<Graph>(none, "gphDensity")->shownChart())->isVisible());
 }
 
 SENDREL_TEST_MAIN(tst_chartpaging)

@@ -92,8 +92,8 @@ frmParameters *openInFrame(GuiBench &b)
     b.addHeader(QStringLiteral("A"), QStringLiteral("S"), 2, 2010);
     b.addTree(QStringLiteral("A"), QStringLiteral("S"), 1, 3, 12.0, 100, 0.5);
     frmMarquel *m = b.start();
-    clickBox(m->chkSS);
-    QTest::mouseClick(m->cmdOK, Qt::LeftButton);
+    clickBox(Control<QCheckBox>(m, "chkSS"));
+    QTest::mouseClick(Control<QPushButton>(m, "cmdOK"), Qt::LeftButton);
     return qobject_cast<frmParameters *>(reportWindows(*b.frame).value(0));
 }
 

@@ -27,8 +27,8 @@ class tst_frmstandsummary : public QObject {
         b.openDatabase();
         AddReportTestRun(b);
         frmMarquel *m = b.start();
-        clickRow(m->lstRuns, 0);   // the harvested list, selected on load, goes
-        clickRow(m->lstRuns, 1);
+        clickRow(RunList(m), 0);   // the harvested list, selected on load, goes
+        clickRow(RunList(m), 1);
         return m;
     }
 
@@ -37,7 +37,7 @@ private slots:
     {
         GuiBench b;
         frmMarquel *m = start(b);
-        QTest::mouseClick(m->cmdSummary, Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(m, "cmdSummary"), Qt::LeftButton);
         auto *w = b.frame->findChild<frmStandSummary *>();
         QVERIFY(w && w->isVisible());
         QCOMPARE(w->windowTitle(), QStringLiteral("Stand Summary: CLIRPT (Standing)"));
@@ -54,8 +54,8 @@ private slots:
         QCOMPARE(chart->series().first().values.at(2), w->Summary().rows.at(2).before.sph);
 
         // Without a selected run the browser says so.
-        clickRow(m->lstRuns, 1);
-        QTest::mouseClick(m->cmdSummary, Qt::LeftButton);
+        clickRow(RunList(m), 1);
+        QTest::mouseClick(Control<QPushButton>(m, "cmdSummary"), Qt::LeftButton);
         QCOMPARE(b.questions.messageTexts().last(), QStringLiteral("No run selected"));
         QVERIFY(QFile::exists(QStringLiteral(SENDREL_SOURCE_DIR "/install/Help/%1.html").arg(w->HelpContextID)));
     }
@@ -103,7 +103,7 @@ private slots:
         window->UpdateHeaderList();
         const QString path = db.filePath(QStringLiteral("stand.csv"));
         db.questions.answerSaveFile(path);
-        QTest::mouseClick(Control<QPushButton>(window, QStringLiteral("cmdExport")), Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(window, "cmdExport"), Qt::LeftButton);
         QCOMPARE(db.questions.asked().last().title, QStringLiteral("Export Stand Table"));
         QVERIFY2(db.questions.asked().last().text.endsWith(QStringLiteral("|CLIRPT_Standing_Stand.xlsx")), qPrintable(db.questions.asked().last().text));
         // The years selected, the first of the list after loading.
