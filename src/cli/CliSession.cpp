@@ -23,6 +23,7 @@ std::vector<std::unique_ptr<Command>> AllCommands()
     commands.push_back(MakeSummaryCommand());
     commands.push_back(MakeCompareCommand());
     commands.push_back(MakeCompactCommand());
+    commands.push_back(MakeCopyCommand());
     commands.push_back(MakeBackupCommand());
     commands.push_back(MakeRestoreCommand());
     commands.push_back(MakeGenerateSampleCommand());
@@ -51,12 +52,14 @@ void CliSession::open()
         throw SendrelError(ErrNo::FileNotFound, QStringLiteral("sendrel-cli"),
                            QStringLiteral("No run database given: name one with --db PATH (the settings name no Data folder)."));
     }
-    if (!QFileInfo(ctx.dbPath).isFile()) {
+    const bool server = clsDBEngine::IsServerDatabase(ctx.dbPath);
+    if (!server && !QFileInfo(ctx.dbPath).isFile()) {
         throw SendrelError(ErrNo::FileNotFound, QStringLiteral("sendrel-cli"),
                            QStringLiteral("There is no run database at %1.").arg(QDir::toNativeSeparators(ctx.dbPath)));
     }
     tm.GameDBPath = ctx.dbPath;
-    tm.settings.DataDir = QDir::toNativeSeparators(QFileInfo(ctx.dbPath).absolutePath());
+    if (!server)
+        tm.settings.DataDir = QDir::toNativeSeparators(QFileInfo(ctx.dbPath).absolutePath());
     try {
         tm.db.open(ctx.dbPath);
     } catch (const SendrelError &e) {

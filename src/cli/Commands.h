@@ -59,6 +59,7 @@ std::unique_ptr<Command> MakeChartCommand();
 std::unique_ptr<Command> MakeSummaryCommand();
 std::unique_ptr<Command> MakeCompareCommand();
 std::unique_ptr<Command> MakeCompactCommand();
+std::unique_ptr<Command> MakeCopyCommand();
 std::unique_ptr<Command> MakeBackupCommand();
 std::unique_ptr<Command> MakeRestoreCommand();
 std::unique_ptr<Command> MakeGenerateSampleCommand();

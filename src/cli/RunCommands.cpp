@@ -31,7 +31,8 @@ public:
     {
         if (ctx.dbPath.isEmpty())
             throw CliUsageFault{QStringLiteral("init needs --db PATH")};
-        if (QFileInfo::exists(ctx.dbPath)) {
+        // A server database is refused by the engine when it holds tables.
+        if (!clsDBEngine::IsServerDatabase(ctx.dbPath) && QFileInfo::exists(ctx.dbPath)) {
             throw SendrelError(ErrNo::FileAlreadyExists, QStringLiteral("sendrel-cli"),
                                QStringLiteral("%1 exists already; init makes only new databases.").arg(QDir::toNativeSeparators(ctx.dbPath)));
         }

@@ -27,10 +27,7 @@ double numberOf(const Statement &row, int column)
 // Whether the database keeps sums at all: one from before them does not, until a writer makes the table.
 bool sumsTableExists(clsDBEngine &engine)
 {
-    Statement table(engine, QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'Model_Cycle_Sums'"));
-    const bool exists = table.next();
-    table.reset();
-    return exists;
+    return engine.tableExists(QStringLiteral("Model_Cycle_Sums"));
 }
 
 QList<CycleSpeciesSums> keptSums(clsDBEngine &engine, const RunKey &run)
@@ -113,6 +110,10 @@ void WriteCycleSums(clsDBEngine &engine, const RunKey &run, const QList<CycleSpe
 
 void MakeCycleSumsTable(clsDBEngine &engine)
 {
+    // Looked for first: a server locks the table to make even an index that is there, and writers
+    // of other runs would wait for each other.
+    if (engine.tableExists(QStringLiteral("Model_Cycle_Sums")))
+        return;
     Statement(engine, QStringLiteral("CREATE TABLE IF NOT EXISTS Model_Cycle_Sums (\n"
                                      "  Run_Id TEXT COLLATE NOCASE NOT NULL,\n"
                                      "  Standing_Harvested TEXT COLLATE NOCASE NOT NULL,\n"

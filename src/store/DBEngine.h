@@ -13,18 +13,21 @@
 #include <memory>
 
 struct sqlite3;
-struct sqlite3_stmt;
 
 namespace sendrel {
 
 class Statement;
+class EngineBackend;
+class StatementBackend;
 
-// The program's only way to the run database, an SQLite file opened through QtSql. Callers set
-// SQLString, then call RetreiveRecords (rows) or Execute (effect); typed code prepares a
-// Statement. Every statement runs on the one SQLite handle of the connection, through one path
-// that waits for a lock held by another program and maps SQLite's failures to the program's
-// numbers: busy, locked, full, damaged or unreadable give -2147467259 (the general failure),
-// a statement the database refuses -2147217900.
+// The program's only way to the run database: an SQLite file (opened through QtSql) or a
+// PostgreSQL database (through libpq), as PathToDB names it, a path or a connection text
+// ("postgresql://..."). Callers set SQLString, then call RetreiveRecords (rows) or Execute
+// (effect); typed code prepares a Statement. The SQL is SQLite's; what differs on the server is
+// the backend's to say (store/EngineBackend.h). Every statement runs on the one connection, through
+// one path that waits for a lock held by another program and maps the engine's failures to the
+// program's numbers: busy, locked, full, damaged or unreadable give -2147467259 (the general
+// failure), a statement the database refuses -2147217900.
 class clsDBEngine {
 public:
     clsDBEngine();
@@ -32,11 +35,16 @@ public:
     clsDBEngine(const clsDBEngine &) = delete;
     clsDBEngine &operator=(const clsDBEngine &) = delete;
 
+    // True when the text names a server database (a PostgreSQL connection text), not a file.
+    static bool IsServerDatabase(const QString &pathOrConnection);
+    bool IsServer() const { return IsServerDatabase(PathToDB); }
+
     // Closes the connection if open, then opens it on PathToDB. A missing file is not created.
     // A file that cannot be written, or lies in a folder that cannot be written (a read-only
     // share, an archive), is opened for reading only: everything but writing works.
     void OpenDB();
-    // Makes a new, empty database file at PathToDB and opens it; fails when the file exists.
+    // Makes a new, empty database file at PathToDB and opens it; fails when the file exists. On a
+    // server it opens the database, which must hold no table.
     void CreateDB();
     // Closing a closed connection is no failure.
     void CloseDB();
@@ -81,8 +89,13 @@ public:
     std::chrono::milliseconds lockWait() const { return m_lockWait; }
     static constexpr std::chrono::milliseconds kDefaultLockWait{10000};
 
-    // The SQLite handle of the open connection: the one way to it. Fails when closed.
+    // The SQLite handle of the open connection: the one way to it. Fails when closed or on a server.
     sqlite3 *handle() const;
+    // The open connection's engine. Fails when closed.
+    EngineBackend &backend() const;
+
+    // Whether the database holds a table of that name.
+    bool tableExists(const QString &name);
 
     // A failure of SQLite (result code rc on this connection) in the program's form.
     SendrelError errorFrom(int rc) const;
@@ -95,13 +108,13 @@ public:
 
 private:
     friend class Statement;
+    friend class SqliteBackend;
+    friend class SqliteStatement;
+    friend class PostgresBackend;
     void open(bool create);
-    // errorFrom, noting damage.
-    SendrelError failure(int rc);
     Statement &insertFor(const QString &table, int valueCount, bool AutoN);
 
-    QString m_connectionName;
-    sqlite3 *m_handle = nullptr;
+    std::unique_ptr<EngineBackend> m_backend;
     std::chrono::milliseconds m_lockWait = kDefaultLockWait;
     bool m_damageFound = false;
     bool m_readOnly = false;
@@ -109,7 +122,8 @@ private:
     QHash<QString, std::shared_ptr<Statement>> m_inserts;
 };
 
-// A statement prepared on the engine's connection, with values bound by position (from 1).
+// A statement prepared on the engine's connection, with values bound by position (from 1; the SQL
+// marks them ?N or ?).
 // Rows are read with next(); run() is for statements without rows. A lock held by another
 // program is waited for within the engine's lockWait, then fails like any other failure.
 class Statement {
@@ -151,10 +165,8 @@ public:
     Recordset fetchAll();
 
 private:
-    int step();
-
     clsDBEngine &m_engine;
-    sqlite3_stmt *m_stmt = nullptr;
+    std::unique_ptr<StatementBackend> m_impl;
 };
 
 // The engine's transaction for a stretch of writes: begun at construction (taking the write lock

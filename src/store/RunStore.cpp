@@ -2,6 +2,7 @@
 
 #include "base/SendrelError.h"
 #include "store/CycleSums.h"
+#include "store/EngineBackend.h"
 #include "store/Schema.h"
 
 #include <QDir>
@@ -104,7 +105,8 @@ void RunStore::open(const QString &path)
     // A file without the run tables is no run database: refused here rather than at the first read.
     { Statement probe(DBEngine, QStringLiteral("SELECT 1 FROM Model_Run, Model_Header, Model_Entries")); }
     DBEngine.UseWriteAheadLog();
-    sqlite3_wal_hook(DBEngine.handle(), &RunStore::afterCommit, this);
+    if (sqlite3 *handle = DBEngine.backend().sqliteHandle())
+        sqlite3_wal_hook(handle, &RunStore::afterCommit, this);
     readSpecies();
 }
 
@@ -171,7 +173,10 @@ QList<RunRow> RunStore::runs(const std::optional<QString> &onlyRunId)
     const QString select = QStringLiteral(
         "SELECT Model_Run.Run_Id, Model_Run.Standing_Harvested, Run.Run_Desc "
         "FROM Model_Run LEFT JOIN Run ON Model_Run.Run_Id = Run.Run_Id");
-    Statement list(DBEngine, onlyRunId ? select + QStringLiteral(" WHERE Run.Run_ID = ?1") : select + QStringLiteral(" WHERE Variant_ID = 2"));
+    // The order of the table, which a server keeps only when asked.
+    const QString order = QStringLiteral(" ORDER BY Model_Run.rowid");
+    Statement list(DBEngine, onlyRunId ? select + QStringLiteral(" WHERE Run.Run_ID = ?1") + order
+                                       : select + QStringLiteral(" WHERE Variant_ID = 2") + order);
     if (onlyRunId)
         list.bind(1, *onlyRunId);
     QList<RunRow> rows;
@@ -260,10 +265,7 @@ void RunStore::checkNotDamaged()
     const QString nothingWritten = QStringLiteral(" Nothing was written to it.");
     QString problem;
     try {
-        Statement check(DBEngine, QStringLiteral("PRAGMA quick_check(1)"));
-        if (check.next())
-            problem = check.text(0);
-        check.reset();
+        problem = DBEngine.backend().quickCheck();
     } catch (const SendrelError &e) {
         throw e.withDescription(e.description() + nothingWritten);
     }
@@ -277,17 +279,11 @@ void RunStore::checkNotDamaged()
 
 CompactResult RunStore::compact()
 {
-    const QString path = DBEngine.PathToDB;
-    const auto bytes = [&path] { return QFileInfo(path).size() + QFileInfo(path + QStringLiteral("-wal")).size(); };
+    EngineBackend &engine = DBEngine.backend();
     CompactResult result;
-    result.bytesBefore = bytes();
-    keepingCheck([this] {
-        Statement(DBEngine, QStringLiteral("VACUUM")).run();
-        // The rewritten pages went through the log; a reader of another program may keep it from
-        // being emptied now, and then it is emptied at a later checkpoint.
-        Statement(DBEngine, QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")).run();
-    });
-    result.bytesAfter = bytes();
+    result.bytesBefore = engine.bytes();
+    keepingCheck([&engine] { engine.compact(); });
+    result.bytesAfter = engine.bytes();
     return result;
 }
 

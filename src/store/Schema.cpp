@@ -3,6 +3,7 @@
 #include "base/SendrelError.h"
 #include "store/CycleSums.h"
 #include "store/DBEngine.h"
+#include "store/EngineBackend.h"
 
 #include <QFile>
 
@@ -177,8 +178,7 @@ void CreateRunDatabase(const QString &path)
     engine.PathToDB = path;
     engine.CreateDB();
     try {
-        // A file cut short while it is made is removed anyway: no need to wait for the disk.
-        Statement(engine, QStringLiteral("PRAGMA synchronous = OFF")).run();
+        engine.backend().prepareEmptyDatabase();
         WriteTransaction transaction(engine);
         for (const QString &statement : RunDatabaseSchema())
             Statement(engine, statement).run();
@@ -190,6 +190,9 @@ void CreateRunDatabase(const QString &path)
         engine.UseWriteAheadLog();
     } catch (const SendrelError &e) {
         engine.CloseDB();
+        // On a server the transaction's rollback took everything back.
+        if (clsDBEngine::IsServerDatabase(path))
+            throw e.tagged(QStringLiteral("Cannot create ") + path);
         QFile::remove(path);
         QFile::remove(path + QStringLiteral("-wal"));
         QFile::remove(path + QStringLiteral("-shm"));

@@ -54,7 +54,7 @@ StandLevelsSums ReadStandLevelsSumsPerPoint(RunStore &db, const QString &This_Ru
                             + QStringLiteral("WHERE [Model_Entries].[run_id] = '") + run + QStringLiteral("' ")
                             + QStringLiteral(" AND [Model_Entries].[Standing_Harvested] = '") + kind + QStringLiteral("' ")
                             + QStringLiteral("GROUP BY cycle_number, model_entries.Species_Code");
-    const QString sign = QStringLiteral("IIf([Model_Entries].[Standing_Harvested]='S',1,-1)");
+    const QString sign = QStringLiteral("(CASE WHEN [Model_Entries].[Standing_Harvested]='S' THEN 1 ELSE -1 END)");
     const QString lessHarvest =
         QStringLiteral("SELECT Model_Header.Cycle_Year, model_entries.Species_Code, ") + QStringLiteral("Sum(") + sign + QStringLiteral("*[Trees_per_ha]) AS SPH, ")
         + QStringLiteral("Sum(") + sign + QStringLiteral("*[current_diameter]*[current_diameter]* ") + constant + QStringLiteral("*[trees_per_ha]) AS BasalArea,  ")

@@ -3,6 +3,7 @@
 #include "app/GameDB.h"
 #include "base/SendrelError.h"
 #include "store/Schema.h"
+#include "support/ServerDatabase.h"
 
 #include <QDir>
 #include <QFile>
@@ -88,7 +89,7 @@ void AddTree(RunStore &db, const QString &runId, const QString &sorH, int cycle,
         .run();
 }
 
-RunDatabase::RunDatabase(Db kind) : tm(store, questions), db(tm.db)
+RunDatabase::RunDatabase(Db kind) : m_kind(kind), tm(store, questions), db(tm.db)
 {
     QDir(m_dir.path()).mkpath(QStringLiteral("bin"));
     QDir(m_dir.path()).mkpath(QStringLiteral("Work"));
@@ -99,6 +100,8 @@ RunDatabase::RunDatabase(Db kind) : tm(store, questions), db(tm.db)
     };
     // A test that meets a lock fails at once rather than waiting the user's ten seconds.
     tm.DBEngine.setLockWait(std::chrono::milliseconds(200));
+    if (OnServer())
+        m_server = NewServerDatabase();
     if (kind == Db::None)
         return;
     CreateRunDatabase(path());
@@ -122,12 +125,12 @@ QString RunDatabase::folder() const
 
 QString RunDatabase::path() const
 {
-    return folder() + kGameDBFileName;
+    return m_server.isEmpty() ? folder() + kGameDBFileName : m_server;
 }
 
 void RunDatabase::openAsProgram()
 {
-    if (!QFile::exists(path()))
+    if (m_server.isEmpty() ? !QFile::exists(path()) : m_kind == Db::None)
         CreateRunDatabase(path());
     tm.GameDBPath = path();
     OpenGameDB(tm, false);

@@ -36,9 +36,9 @@ void AddTree(RunStore &db, const QString &runId, const QString &sorH, int cycle,
 class RunDatabase {
 public:
     enum class Db {
-        None,     // no database file yet
+        None,  // no database file yet (on the server: an empty database)
         Created,  // the file made by CreateRunDatabase, not opened
-        Open,     // created and opened as a start opens it
+        Open,  // created and opened as a start opens it
     };
     explicit RunDatabase(Db db = Db::Open);
     ~RunDatabase();
@@ -47,6 +47,7 @@ public:
     QString filePath(const QString &name) const { return m_dir.filePath(name); }
     // The folder with a closing separator, as the settings keep it.
     QString folder() const;
+    // The file, or in a program's server half the connection text of its database.
     QString path() const;
     QString programDir() const { return filePath(QStringLiteral("bin")); }
     QString workDir() const { return filePath(QStringLiteral("Work")); }
@@ -74,6 +75,8 @@ public:
 
 private:
     QTemporaryDir m_dir;
+    QString m_server;
+    Db m_kind;
 
 public:
     SettingsStore store;

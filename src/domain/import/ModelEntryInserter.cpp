@@ -41,6 +41,9 @@ ModelEntryInserter::ModelEntryInserter(clsDBEngine &engine, const QString &runId
         for (int i = 0; i < EntryPos::Count; ++i)
             names.append(QLatin1Char('"') + probe.columnName(i) + QLatin1Char('"'));
     }
+    m_bulk = engine.backend().bulkInsert(QStringLiteral("Model_Entries"), names);
+    if (m_bulk)
+        return;
     QStringList marks;
     for (int i = 0; i < EntryPos::Count; ++i)
         marks.append(QStringLiteral("?"));
@@ -100,8 +103,44 @@ void ModelEntryInserter::addToSums(qint64 rowid, const TreeRecord &record)
                v[EntryPos::CurrentDiameter], v[EntryPos::TotalVolume], v[EntryPos::GrossMerchVolume], v[EntryPos::MerchVolLessDWB]);
 }
 
+void ModelEntryInserter::writeRow(const TreeRecord &record)
+{
+    QByteArray scratch;
+    const auto latin1 = [&](const char *text, int length) {
+        scratch = QString::fromLatin1(text, length).toUtf8();
+        m_bulk->text(scratch.constData(), static_cast<int>(scratch.size()));
+    };
+    for (int pos = 0; pos < EntryPos::Count; ++pos) {
+        switch (pos) {
+        case EntryPos::RunId:
+            m_bulk->text(m_runId.constData(), static_cast<int>(m_runId.size()));
+            continue;
+        case EntryPos::StandingHarvested:
+            m_bulk->text(m_kind.constData(), static_cast<int>(m_kind.size()));
+            continue;
+        case EntryPos::TreeId:
+            latin1(record.treeId, record.treeIdLength);
+            continue;
+        case EntryPos::SpeciesLetters:
+            latin1(record.letters, record.lettersLength);
+            continue;
+        default:
+            break;
+        }
+        if (kModelEntryTypes[pos] == FieldType::Double)
+            m_bulk->number(record.values[pos]);
+        else
+            m_bulk->integer(static_cast<qint64>(record.values[pos]));
+    }
+    addToSums(m_bulk->endRow(), record);
+}
+
 void ModelEntryInserter::addNextRow()
 {
+    if (m_bulk) {
+        writeRow(m_rows[0]);
+        return;
+    }
     if (++m_waiting < kBatchRows)
         return;
     m_waiting = 0;
@@ -117,6 +156,10 @@ void ModelEntryInserter::addNextRow()
 
 void ModelEntryInserter::flush()
 {
+    if (m_bulk) {
+        m_bulk->finish();
+        return;
+    }
     const int waiting = m_waiting;
     m_waiting = 0;
     for (int i = 0; i < waiting; ++i) {

@@ -255,7 +255,7 @@ void TestStandStockTables::compileThreeCyclesAndFile()
     QVERIFY(!db.questions.busyVisible());
     QCOMPARE(db.rows(QStringLiteral("SELECT Report_Id, Cycle_Num, Cycle_Year, Num_Species FROM Report_Header")),
              (QStringList{QStringLiteral("1|1|2000|2"), QStringLiteral("2|2|2010|1"), QStringLiteral("3|4|2030|2")}));
-    QCOMPARE(db.rows(QStringLiteral("SELECT Report_id, COUNT(*) FROM Report_Detail GROUP BY Report_id")),
+    QCOMPARE(db.rows(QStringLiteral("SELECT Report_id, COUNT(*) FROM Report_Detail GROUP BY Report_id ORDER BY Report_id")),
              (QStringList{QStringLiteral("1|3"), QStringLiteral("2|3"), QStringLiteral("3|3")}));
     QCOMPARE(db.rows(QStringLiteral("SELECT Report_id FROM Species2")), (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}));
 
