@@ -1,0 +1,60 @@
+#include "shell/frmServerDatabase.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace sendrel {
+
+frmServerDatabase::frmServerDatabase(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("frmServerDatabase"));
+    setWindowTitle(QStringLiteral("Server Database"));
+    auto *layout = new QVBoxLayout(this);
+
+    auto *label = new QLabel(QStringLiteral("The run database on a PostgreSQL server, by its &connection text:"), this);
+    layout->addWidget(label);
+    txtConnection = new QLineEdit(this);
+    txtConnection->setObjectName(QStringLiteral("txtConnection"));
+    txtConnection->setPlaceholderText(QStringLiteral("postgresql://user@host/dbname"));
+    txtConnection->setMinimumWidth(txtConnection->fontMetrics().horizontalAdvance(QLatin1Char('x')) * 60);
+    label->setBuddy(txtConnection);
+    layout->addWidget(txtConnection);
+    auto *forms = new QLabel(QStringLiteral("postgresql://[user@]host[:port]/dbname, or on the server's own machine "
+                                            "postgresql:///dbname?host=/run/postgresql.\n"
+                                            "A password is asked for when the server wants one and ~/.pgpass has none; "
+                                            "it is never kept."),
+                             this);
+    forms->setObjectName(QStringLiteral("lblForms"));
+    forms->setWordWrap(true);
+    layout->addWidget(forms);
+
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Help, this);
+    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdOK"));
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
+    buttons->button(QDialogButtonBox::Help)->setObjectName(QStringLiteral("cmdHelp"));
+    layout->addWidget(buttons);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    const auto help = [this] {
+        if (OpenHelp)
+            OpenHelp(HelpFile, HelpContextID);
+    };
+    connect(buttons, &QDialogButtonBox::helpRequested, this, help);
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, help);
+}
+
+void frmServerDatabase::setConnection(const QString &connection)
+{
+    txtConnection->setText(connection);
+}
+
+QString frmServerDatabase::connection() const
+{
+    return txtConnection->text().trimmed();
+}
+
+}  // namespace sendrel
