@@ -122,8 +122,8 @@ private slots:
         QCOMPARE(found, password);
     }
 
-    // A server database that wants a password: Cancel, and a database that cannot be opened, keep
-    // the file open; the password given is used in memory and the settings keep the text alone.
+    // A server database that wants a password: Cancel, a database without species and one that
+    // cannot be opened keep the file open; the password given is used in memory and the settings keep the text alone.
     void serverDatabaseAsksForItsPassword()
     {
         if (const QString why = ServerUnavailable(); !why.isEmpty())
@@ -134,6 +134,15 @@ private slots:
         const QString server = NewServerDatabase();
         CreateRunDatabase(server);
         const QString anna = PasswordRole(server, QStringLiteral("anna"), QStringLiteral("secret"));
+        const QString noSpecies = NewServerDatabase();
+        CreateRunDatabase(noSpecies);
+        {
+            RunStore other;
+            other.open(noSpecies);
+            Exec(other, QStringLiteral("UPDATE Species SET Variant_ID = 1"));
+        }
+        QVERIFY_THROWS_EXCEPTION(SendrelError, OpenServerDatabase(env.tm, noSpecies));
+        QCOMPARE(env.tm.DBEngine.PathToDB, env.path());
 
         env.questions.answerPassword(false);
         QVERIFY(!OpenServerDatabase(env.tm, anna));
