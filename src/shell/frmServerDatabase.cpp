@@ -23,9 +23,9 @@ frmServerDatabase::frmServerDatabase(QWidget *parent) : QDialog(parent)
     txtConnection->setMinimumWidth(txtConnection->fontMetrics().horizontalAdvance(QLatin1Char('x')) * 60);
     label->setBuddy(txtConnection);
     layout->addWidget(txtConnection);
-    auto *forms = new QLabel(QStringLiteral("postgresql://[user@]host[:port]/dbname, or on the server's own machine "
-                                            "postgresql:///dbname?host=/run/postgresql.\n"
-                                            "A password is asked for when the server wants one and ~/.pgpass has none; "
+    auto *forms = new QLabel(QStringLiteral("postgresql://[user@]host[:port]/dbname\n"
+                                            "postgresql:///dbname?host=/run/postgresql (on the server's own machine)\n\n"
+                                            "The password is asked for when the server wants one and ~/.pgpass holds none; "
                                             "it is never kept."),
                              this);
     forms->setObjectName(QStringLiteral("lblForms"));
