@@ -99,6 +99,11 @@ sqlite3 *clsDBEngine::handle() const
     return h;
 }
 
+void clsDBEngine::holdKey(const QString &key)
+{
+    backend().holdKey(key);
+}
+
 bool clsDBEngine::tableExists(const QString &name)
 {
     return backend().tableExists(name);

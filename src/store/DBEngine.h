@@ -102,6 +102,8 @@ public:
 
     // Whether the database holds a table of that name.
     bool tableExists(const QString &name);
+    // Inside a write transaction: no other writer holds the key (case ignored) until it ends.
+    void holdKey(const QString &key);
 
     // A failure of SQLite (result code rc on this connection) in the program's form.
     SendrelError errorFrom(int rc) const;

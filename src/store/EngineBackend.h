@@ -72,6 +72,9 @@ public:
         table->reset();
         return exists;
     }
+    // Keeps other writers from a key (a Run Id, case ignored) until the open transaction ends. The
+    // file's write lock already keeps every other writer out; the server's writers of other keys go on.
+    virtual void holdKey(const QString &) {}
     // The statement that gives a row for the table named by ?1.
     virtual QString tableLookup() const = 0;
     // Readers go on while another program writes (the file's write-ahead log; a server does so anyway).

@@ -356,6 +356,16 @@ public:
     {
         return QStringLiteral("SELECT 1 FROM information_schema.tables WHERE table_schema = current_schema() AND table_name = lower(?1)");
     }
+    void holdKey(const QString &key) override
+    {
+        // Waits as long as lock_timeout allows, like any other lock; the hash of two keys may meet,
+        // which makes the two wait for each other and nothing worse.
+        const std::unique_ptr<StatementBackend> hold = prepare(QStringLiteral("SELECT pg_advisory_xact_lock(hashtextextended(lower(?1), 0))"));
+        const QByteArray utf8 = key.toUtf8();
+        hold->bindUtf8(1, utf8.constData(), static_cast<int>(utf8.size()), true);
+        hold->next();
+        hold->reset();
+    }
     void useWriteAheadLog() override {}
     QString quickCheck() override { return QStringLiteral("ok"); }
     void compact() override { command(QStringLiteral("VACUUM FULL")); }
@@ -551,7 +561,9 @@ public:
     }
 
 private:
-    static constexpr qsizetype kChunk = 1 << 18;
+    // Small pieces keep the server busy while the next rows are read: a piece larger than the
+    // socket's buffer makes the two take turns (256 KB: 5.7 s for a million rows; 8 KB: 3.7 s).
+    static constexpr qsizetype kChunk = 1 << 13;
     template <typename T>
     void append(T value)
     {

@@ -242,6 +242,7 @@ void RunStore::deleteRun(const RunKey &run)
     std::optional<WriteTransaction> own;
     if (!DBEngine.InTransaction())
         own.emplace(DBEngine);
+    holdRunId(run.runId);
     for (const char *table : {"Model_Cycle_Sums", "Model_Entries", "Model_Header", "Model_Run"}) {
         const QString name = QLatin1String(table);
         if (beforeDeleteStatement)

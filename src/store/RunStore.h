@@ -83,6 +83,9 @@ public:
     const QList<SpeciesInfo> &speciesList() const { return m_species; }
 
     bool runExists(const RunKey &run);
+    // Inside a write transaction: until it ends, no other import or delete settles this Run Id, so
+    // that what a lookup found of it stays true. On a server, writers of other Run Ids go on.
+    void holdRunId(const QString &runId) { DBEngine.holdKey(runId); }
     // The Run Id as stored (lookups ignore case), or "" when there is no such run.
     QString storedRunId(const RunKey &run);
     // The runs of the variant, or with onlyRunId only the runs of that Run Id that the Run table

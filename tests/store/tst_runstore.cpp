@@ -113,6 +113,26 @@ private slots:
         QCOMPARE(f.count(QStringLiteral("Model_Run")), 1);
     }
 
+    // Two writers never settle one Run Id at once (the server lets writers of other Run Ids on).
+    void aRunIdIsHeldByOneWriter()
+    {
+        RunDatabase f;
+        WriteTransaction first(f.tm.DBEngine);
+        f.db.holdRunId(QStringLiteral("Plot 7"));
+        RunStore other;
+        other.open(f.path());
+        other.DBEngine.setLockWait(std::chrono::milliseconds(50));
+        const auto holdIn = [&](const QString &runId) {
+            return failureOf([&] {
+                       WriteTransaction second(other.DBEngine);
+                       other.holdRunId(runId);
+                   }).number();
+        };
+        QCOMPARE(holdIn(QStringLiteral("PLOT 7")), ErrNo::DatabaseFailure);
+        if (OnServer())
+            QCOMPARE(holdIn(QStringLiteral("Plot 8")), 0L);
+    }
+
     // The failures a user can meet, each with its number and a message that says what it is.
     void failuresAreNamed_data()
     {

@@ -298,6 +298,9 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
     try {
         for (;;) {
             transaction.emplace(engine);
+            if (!renamedFrom.isEmpty())
+                db.holdRunId(renamedFrom);  // the renames of one Run Id choose their names in turn
+            db.holdRunId(runId);
             // What the user settled is looked up again under the write lock: another program may
             // have imported the Run Id since.
             if (result.dialogResult == DialogEnd::Overwrite || !db.runExists({runId, runKind}))
