@@ -1,10 +1,9 @@
 #include "shell/frmServerDatabase.h"
 
-#include <QDialogButtonBox>
+#include "shell/DialogButtons.h"
+
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace sendrel {
@@ -32,19 +31,10 @@ frmServerDatabase::frmServerDatabase(QWidget *parent) : QDialog(parent)
     forms->setWordWrap(true);
     layout->addWidget(forms);
 
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Help, this);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdOK"));
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
-    buttons->button(QDialogButtonBox::Help)->setObjectName(QStringLiteral("cmdHelp"));
-    layout->addWidget(buttons);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    const auto help = [this] {
+    AddDialogButtons(this, layout, [this] {
         if (OpenHelp)
             OpenHelp(HelpFile, HelpContextID);
-    };
-    connect(buttons, &QDialogButtonBox::helpRequested, this, help);
-    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, help);
+    });
 }
 
 void frmServerDatabase::setConnection(const QString &connection)
