@@ -136,6 +136,13 @@ void Settings::LoadSettings(const SettingsStore &store, const QString &programDi
     Units = store.GetSetting(kSectionSendrel, QStringLiteral("Units"), QStringLiteral("metric"));
     SdiMethod = store.GetSetting(kSectionSendrel, QStringLiteral("SdiMethod"), QStringLiteral("reineke"));
     CsvDefinitions = IsYes(store.GetSetting(kSectionSendrel, QStringLiteral("CsvDefinitions"), QStringLiteral("NO")));
+    ServerDatabase = store.GetSetting(kSectionSendrel, QStringLiteral("ServerDatabase"), QString());
+}
+
+void Settings::SaveServerDatabase(SettingsStore &store) const
+{
+    store.SaveSetting(kSectionSendrel, QStringLiteral("ServerDatabase"), ServerDatabase);
+    store.sync();
 }
 
 void Settings::SaveChosenOptions(SettingsStore &store) const

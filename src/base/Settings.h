@@ -15,7 +15,7 @@ inline const QString kSectionSendrel = QStringLiteral("Sendrel");
 inline const QString kSectionKestrane = QStringLiteral("Kestrane");
 
 // The settings variables, each named as its key. Read once at start, written once at the end;
-// only DataDir and WorkDir are written the moment they are chosen.
+// only DataDir, WorkDir and ServerDatabase are written the moment they are chosen.
 struct Settings {
     // Common
     QString DataDir;
@@ -77,6 +77,10 @@ struct Settings {
     // Whether a CSV export of the desktop writes its definitions beside it (NAME.definitions.csv).
     bool CsvDefinitions = false;
 
+    // The connection text of the server database the desktop opens at start in place of the file
+    // in DataDir; empty for the file. Never with a password.
+    QString ServerDatabase;
+
     // Reads every key with its default and repairs what the rules say. programDir is the
     // folder of the executable; the default help file lies in its parent's Help folder.
     // Fails (Overflow) when NumClasses does not fit 16 bits.
@@ -89,6 +93,9 @@ struct Settings {
     // Writes the keys that Options sets (Units, SdiMethod, CsvDefinitions) at once, so that the
     // headless tool started meanwhile reads them too.
     void SaveChosenOptions(SettingsStore &store) const;
+
+    // Writes ServerDatabase at once: the database chosen is the one of the next start.
+    void SaveServerDatabase(SettingsStore &store) const;
 
     // The default help file: the parent of the program's folder, "Help", "Tolvane.chm".
     static QString DefaultHelpFile(const QString &programDir);

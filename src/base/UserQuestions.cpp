@@ -27,6 +27,16 @@ bool UserQuestions::askOptions(OptionsRequest &)
     return false;
 }
 
+bool UserQuestions::askServerDatabase(QString &)
+{
+    return false;
+}
+
+bool UserQuestions::askPassword(const QString &, QString &)
+{
+    return false;
+}
+
 bool UserQuestions::askPrint(PrintRequest &)
 {
     return false;

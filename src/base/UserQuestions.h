@@ -85,6 +85,12 @@ public:
     virtual std::optional<RunKind> askStandingOrHarvested();
     // "Options": the units, the SDI method and the CSV definitions; false when cancelled.
     virtual bool askOptions(OptionsRequest &request);
+    // "Server Database": the connection text of a PostgreSQL database, shown and edited; false when
+    // cancelled.
+    virtual bool askServerDatabase(QString &connection);
+    // The password of the server database that the connection text (shown) names, for this session
+    // only; false when cancelled.
+    virtual bool askPassword(const QString &connection, QString &password);
     // The print dialog; false when cancelled. After true the caller prints on request.printer,
     // into request.outputFile when that is not "".
     virtual bool askPrint(PrintRequest &request);

@@ -2,6 +2,7 @@
 
 #include "base/SendrelError.h"
 #include "shell/frmOptions.h"
+#include "shell/frmServerDatabase.h"
 #include "windows/common/ShowHelp.h"
 #include "windows/common/frmBusyMessage.h"
 #include "windows/import/frmDuplicateId.h"
@@ -13,6 +14,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QLabel>
 #include <QRadioButton>
 #include <QLineEdit>
@@ -252,6 +254,33 @@ bool GuiQuestions::askOptions(OptionsRequest &request)
     if (form.exec() != QDialog::Accepted)
         return false;
     request = form.choices();
+    return true;
+}
+
+bool GuiQuestions::askServerDatabase(QString &connection)
+{
+    NormalPointer pointer;
+    frmServerDatabase form(m_parent);
+    form.HelpFile = m_helpFile;
+    form.OpenHelp = [](const QString &file, int topic) { ShowHelp(HelpContentsAndTopic, file, topic); };
+    form.setConnection(connection);
+    if (form.exec() != QDialog::Accepted)
+        return false;
+    connection = form.connection();
+    return true;
+}
+
+bool GuiQuestions::askPassword(const QString &connection, QString &password)
+{
+    NormalPointer pointer;
+    QInputDialog dialog(m_parent);
+    dialog.setObjectName(QStringLiteral("frmPassword"));
+    dialog.setWindowTitle(QStringLiteral("Password"));
+    dialog.setLabelText(QStringLiteral("The password for %1:").arg(connection));
+    dialog.setTextEchoMode(QLineEdit::Password);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    password = dialog.textValue();
     return true;
 }
 

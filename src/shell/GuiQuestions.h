@@ -35,6 +35,8 @@ public:
     std::optional<RunKind> askStandingOrHarvested() override;
     bool askReportText(ReportTextRequest &request) override;
     bool askOptions(OptionsRequest &request) override;
+    bool askServerDatabase(QString &connection) override;
+    bool askPassword(const QString &connection, QString &password) override;
     bool askPrint(PrintRequest &request) override;
     void showBusyMessage(const QString &title, const QString &message) override;
     void hideBusyMessage() override;

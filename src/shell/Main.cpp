@@ -63,14 +63,27 @@ bool Main(TreeModel &tm, const QStringList &arguments, frmSendrel *&frame)
 
         // Reaching for the frame's file dialog creates the frame; its load step sets up the folders
         // before the database file is looked for.
-        OpenGameDB(tm, false, [&] {
+        const auto makeFrame = [&] {
             if (!frame) {
                 frame = new frmSendrel(tm);
                 frame->Form_Load();
             }
             if (noDataFolder)
                 tm.GameDBPath = PathAddBackslash(tm.settings.DataDir) + kGameDBFileName;
-        });
+        };
+        // A server database chosen before; where it cannot be opened now (the server away, the
+        // password refused) the file of the Data folder serves, and the next start tries again.
+        bool opened = false;
+        if (!tm.settings.ServerDatabase.isEmpty()) {
+            makeFrame();
+            try {
+                opened = OpenServerDatabase(tm, tm.settings.ServerDatabase);
+            } catch (const SendrelError &e) {
+                tm.questions.ShowErrorMessage(e.description());
+            }
+        }
+        if (!opened)
+            OpenGameDB(tm, false, makeFrame);
 
         if (!tm.RunOnCommandLine) {
             frame->show();

@@ -2,13 +2,11 @@
 
 #include "domain/summary/StandSummary.h"
 #include "domain/units/Units.h"
+#include "shell/DialogButtons.h"
 
 #include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QGroupBox>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace sendrel {
@@ -52,19 +50,10 @@ frmOptions::frmOptions(QWidget *parent) : QDialog(parent)
     chkCsvDefinitions->setObjectName(QStringLiteral("chkCsvDefinitions"));
     layout->addWidget(chkCsvDefinitions);
 
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Help, this);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdOK"));
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cmdCancel"));
-    buttons->button(QDialogButtonBox::Help)->setObjectName(QStringLiteral("cmdHelp"));
-    layout->addWidget(buttons);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    const auto help = [this] {
+    AddDialogButtons(this, layout, [this] {
         if (OpenHelp)
             OpenHelp(HelpFile, HelpContextID);
-    };
-    connect(buttons, &QDialogButtonBox::helpRequested, this, help);
-    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this, help);
+    });
 }
 
 void frmOptions::setChoices(const OptionsRequest &request)

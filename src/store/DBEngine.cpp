@@ -52,6 +52,7 @@ void clsDBEngine::open(bool create)
 {
     CloseDB();
     m_damageFound = false;
+    m_passwordNeeded = false;
     m_openingNote.clear();
     if (IsServer()) {
         m_backend = OpenPostgresBackend(*this, create);

@@ -59,6 +59,12 @@ public:
 
     QString SQLString;
     QString PathToDB;
+    // The password of a server database, given to the server beside PathToDB and kept in memory
+    // only: a connection text is shown and kept in the settings, a password never is.
+    QString Password;
+    // True when the last open of a server database failed for want of a password: none was given,
+    // and libpq found none in ~/.pgpass or PGPASSWORD.
+    bool PasswordNeeded() const { return m_passwordNeeded; }
 
     Recordset RetreiveRecords();
     void Execute(qint32 *lRecords = nullptr);
@@ -120,6 +126,7 @@ private:
     std::chrono::milliseconds m_lockWait = kDefaultLockWait;
     bool m_damageFound = false;
     bool m_readOnly = false;
+    bool m_passwordNeeded = false;
     QString m_openingNote;
     QHash<QString, std::shared_ptr<Statement>> m_inserts;
 };

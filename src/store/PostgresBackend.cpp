@@ -273,9 +273,15 @@ public:
 
     void open(bool create)
     {
-        // The password, where one is needed, comes from libpq's own password file or environment.
-        m_connection = PQconnectdb(m_engine.PathToDB.toUtf8().constData());
+        // The password, where one is needed, comes from libpq's own password file or environment,
+        // or from the engine's Password, which the connection text never holds.
+        const QByteArray text = m_engine.PathToDB.toUtf8();
+        const QByteArray password = m_engine.Password.toUtf8();
+        const char *keywords[] = {"dbname", password.isEmpty() ? nullptr : "password", nullptr};
+        const char *values[] = {text.constData(), password.constData(), nullptr};
+        m_connection = PQconnectdbParams(keywords, values, 1);
         if (PQstatus(m_connection) != CONNECTION_OK) {
+            m_engine.m_passwordNeeded = PQconnectionNeedsPassword(m_connection) != 0;
             throw SendrelError(ErrNo::DatabaseFailure, kSource,
                                QStringLiteral("The run database %1 cannot be written or read (%2).")
                                    .arg(shownConnection(m_engine.PathToDB), QString::fromUtf8(PQerrorMessage(m_connection)).trimmed()));

@@ -1,5 +1,6 @@
 #include "support/TestMain.h"
 #include "support/RunDatabase.h"
+#include "support/ServerDatabase.h"
 
 #include "base/SendrelError.h"
 #include "app/GameDB.h"
@@ -96,6 +97,80 @@ private slots:
         env.questions.answerOpenFile(QString());
         env.questions.answerMessage(Answer::Cancel);
         QCOMPARE(openFails(env, true).number(), ErrNo::DialogCancelled);
+    }
+
+    // What the settings may keep of a connection text: the password goes to memory.
+    void passwordLeavesTheConnectionText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("kept");
+        QTest::addColumn<QString>("password");
+        QTest::newRow("none") << "postgresql://anna@db:5433/growth" << "postgresql://anna@db:5433/growth" << "";
+        QTest::newRow("user:password@") << "postgresql://anna:s%40cret@db/growth" << "postgresql://anna@db/growth" << "s@cret";
+        QTest::newRow("parameter, last") << "postgresql:///growth?host=/run/pg&password=x" << "postgresql:///growth?host=/run/pg" << "x";
+        QTest::newRow("parameter, first") << "postgres://db/g?password=x&sslmode=require" << "postgres://db/g?sslmode=require" << "x";
+        QTest::newRow("an @ after the host") << "postgresql://db/g?options=a:b@c" << "postgresql://db/g?options=a:b@c" << "";
+    }
+
+    void passwordLeavesTheConnectionText()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, kept);
+        QFETCH(QString, password);
+        QString found;
+        QCOMPARE(WithoutPassword(text, found), kept);
+        QCOMPARE(found, password);
+    }
+
+    // A server database that wants a password: Cancel, a database without species and one that
+    // cannot be opened keep the file open; the password given is used in memory and the settings keep the text alone.
+    void serverDatabaseAsksForItsPassword()
+    {
+        if (const QString why = ServerUnavailable(); !why.isEmpty())
+            QSKIP(qPrintable(why));
+        qunsetenv("PGPASSWORD");
+        RunDatabase env{RunDatabase::Db::None};
+        env.openAsProgram();
+        const QString server = NewServerDatabase();
+        CreateRunDatabase(server);
+        const QString anna = PasswordRole(server, QStringLiteral("anna"), QStringLiteral("secret"));
+        const QString noSpecies = NewServerDatabase();
+        CreateRunDatabase(noSpecies);
+        {
+            RunStore other;
+            other.open(noSpecies);
+            Exec(other, QStringLiteral("UPDATE Species SET Variant_ID = 1"));
+        }
+        QVERIFY_THROWS_EXCEPTION(SendrelError, OpenServerDatabase(env.tm, noSpecies));
+        QCOMPARE(env.tm.DBEngine.PathToDB, env.path());
+
+        env.questions.answerPassword(false);
+        QVERIFY(!OpenServerDatabase(env.tm, anna));
+        QCOMPARE(env.questions.asked().last().text, anna);
+        QCOMPARE(env.tm.DBEngine.PathToDB, env.path());
+        QVERIFY(env.tm.db.isOpen());
+
+        env.questions.answerPassword(true, QStringLiteral("wrong"));
+        const SendrelError e = [&] {
+            try {
+                OpenServerDatabase(env.tm, anna);
+            } catch (const SendrelError &e) {
+                return e;
+            }
+            return SendrelError(0, {}, {});
+        }();
+        QVERIFY(e.description().startsWith(QStringLiteral("Cannot open the database.\n")));
+        QVERIFY(e.description().contains(QLatin1String("password authentication failed")));
+        QCOMPARE(env.tm.DBEngine.PathToDB, env.path());
+        QVERIFY(env.tm.db.isOpen());
+
+        env.questions.answerPassword(true, QStringLiteral("secret"));
+        QVERIFY(OpenServerDatabase(env.tm, anna));
+        QCOMPARE(env.tm.DBEngine.PathToDB, anna);
+        QCOMPARE(env.tm.db.NumSpecies, 11);
+        QCOMPARE(env.store.GetSetting(kSectionSendrel, QStringLiteral("ServerDatabase")), anna);
+        QVERIFY(!ReadWholeFile(env.store.fileName()).contains("secret"));
+        QCOMPARE(env.questions.pendingAnswers(), 0);
     }
 
     void aFileWithoutModelRunCannotBeOpened()

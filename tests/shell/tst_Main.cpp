@@ -2,10 +2,12 @@
 // window, and the failures that end it; and the splash itself.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
+#include "support/ServerDatabase.h"
 
 #include "shell/Main.h"
 #include "shell/RevealPicture.h"
 #include "shell/frmKD_Splash.h"
+#include "store/Schema.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -79,6 +81,40 @@ private slots:
         QVERIFY(m && m->isVisible());
         QCOMPARE(RunList(m)->count(), 3);
         QVERIFY(reportWindows(*f.frame).isEmpty());
+    }
+
+    // The server database of the last session opens again; where it cannot be reached, the file of
+    // the Data folder serves after one message, and the server stays chosen for the next start.
+    void serverDatabaseOfTheLastSession_data()
+    {
+        QTest::addColumn<bool>("reached");
+        QTest::newRow("reached") << true;
+        QTest::newRow("away") << false;
+    }
+
+    void serverDatabaseOfTheLastSession()
+    {
+        QFETCH(bool, reached);
+        if (reached && !ServerUnavailable().isEmpty())
+            QSKIP(qPrintable(ServerUnavailable()));
+        GuiBench b;
+        prepare(b);
+        QString server = QStringLiteral("postgresql:///none?host=/nonexistent");
+        if (reached) {
+            server = NewServerDatabase();
+            CreateRunDatabase(server);
+            RunStore other;
+            other.open(server);
+            AddRun(other, QStringLiteral("R1"), QStringLiteral("S"), QStringLiteral("served"));
+            AddHeader(other, QStringLiteral("R1"), QStringLiteral("S"), 1, 2000);
+        }
+        b.store.SaveSetting(kSectionSendrel, QStringLiteral("ServerDatabase"), server);
+        FrameOwner f;
+        QVERIFY(Main(b.tm, withRun(QStringLiteral("R1")), f.frame));
+        QCOMPARE(b.tm.DBEngine.PathToDB, reached ? server : b.path());
+        QCOMPARE(f.frame->Marquel->RunEntries().last(), reached ? QStringLiteral("R1:Standing\tserved") : QStringLiteral("R1:Standing\tone"));
+        QCOMPARE(b.questions.messageTexts().size(), reached ? 0 : 1);
+        QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("ServerDatabase")), server);
     }
 
     // Started with a run: no splash, the browser holds that run, its stand and stock window opens

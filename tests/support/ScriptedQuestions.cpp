@@ -80,6 +80,22 @@ bool ScriptedQuestions::askOptions(OptionsRequest &request)
     return e.value.toBool();
 }
 
+bool ScriptedQuestions::askServerDatabase(QString &connection)
+{
+    const Entry e = take(QStringLiteral("askServerDatabase"), QStringLiteral("Server Database"), connection);
+    if (e.value.toBool())
+        connection = e.extra.toString();
+    return e.value.toBool();
+}
+
+bool ScriptedQuestions::askPassword(const QString &connection, QString &password)
+{
+    const Entry e = take(QStringLiteral("askPassword"), QStringLiteral("Password"), connection);
+    if (e.value.toBool())
+        password = e.extra.toString();
+    return e.value.toBool();
+}
+
 bool ScriptedQuestions::askPrint(PrintRequest &request)
 {
     const QString file = take(QStringLiteral("askPrint"), request.title, request.outputFile).value.toString();

@@ -42,6 +42,13 @@ public:
                          QStringList{chosen.units, chosen.sdiMethod, chosen.csvDefinitions ? QStringLiteral("YES") : QStringLiteral("NO")}});
     }
 
+    // The connection text, or the password; false cancels.
+    void answerServerDatabase(bool ok, const QString &connection = QString())
+    {
+        m_script.append({QStringLiteral("askServerDatabase"), ok, connection});
+    }
+    void answerPassword(bool ok, const QString &password = QString()) { m_script.append({QStringLiteral("askPassword"), ok, password}); }
+
     Answer message(const MessageRequest &request) override;
     QString openFile(const FileRequest &request) override;
     QString saveFile(const FileRequest &request) override;
@@ -51,6 +58,8 @@ public:
     std::optional<RunKind> askStandingOrHarvested() override;
     bool askReportText(ReportTextRequest &request) override;
     bool askOptions(OptionsRequest &request) override;
+    bool askServerDatabase(QString &connection) override;
+    bool askPassword(const QString &connection, QString &password) override;
     bool askPrint(PrintRequest &request) override;
     void showBusyMessage(const QString &title, const QString &message) override;
     void hideBusyMessage() override;

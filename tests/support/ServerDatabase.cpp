@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <cerrno>
 #include <csignal>
@@ -125,10 +126,36 @@ public:
         return connection(QStringLiteral("runs")) + QStringLiteral("&options=-csearch_path%3D") + name;
     }
 
+    QString passwordRole(const QString &database, const QString &role, const QString &password)
+    {
+        const QByteArray schema = database.section(QStringLiteral("search_path%3D"), 1).toUtf8();
+        const QByteArray name = role.toUtf8();
+        exec("CREATE ROLE " + name + " LOGIN PASSWORD '" + password.toUtf8() + "'");
+        exec("GRANT USAGE ON SCHEMA " + schema + " TO " + name);
+        exec("GRANT ALL ON ALL TABLES IN SCHEMA " + schema + " TO " + name);
+        exec("GRANT ALL ON ALL SEQUENCES IN SCHEMA " + schema + " TO " + name);
+        PGresult *r = PQexec(m_admin, "SHOW hba_file");
+        const QByteArray hba = PQgetvalue(r, 0, 0);
+        PQclear(r);
+        exec("COPY (VALUES ('local all " + name + " scram-sha-256'), ('local all all trust')) TO '" + hba + "'");
+        exec("SELECT pg_reload_conf()");
+        // The server reads the file again a moment after the signal.
+        const QString text = QString(database).replace(QStringLiteral("sendrel@"), role + QLatin1Char('@'));
+        for (int tries = 0; tries < 500; ++tries) {
+            PGconn *c = PQconnectdb(text.toUtf8().constData());
+            const bool asks = PQconnectionNeedsPassword(c);
+            PQfinish(c);
+            if (asks)
+                return text;
+            QThread::msleep(10);
+        }
+        throw std::runtime_error("the server does not ask for the password");
+    }
+
     void exec(const QByteArray &sql)
     {
         PGresult *r = PQexec(m_admin, sql.constData());
-        const bool ok = PQresultStatus(r) == PGRES_COMMAND_OK;
+        const bool ok = PQresultStatus(r) == PGRES_COMMAND_OK || PQresultStatus(r) == PGRES_TUPLES_OK;
         PQclear(r);
         if (!ok)
             throw std::runtime_error(PQerrorMessage(m_admin));
@@ -167,6 +194,11 @@ QString NewServerDatabase()
     if (!g_cluster)
         g_cluster = std::make_unique<Cluster>();
     return g_cluster->newDatabase();
+}
+
+QString PasswordRole(const QString &database, const QString &role, const QString &password)
+{
+    return g_cluster->passwordRole(database, role, password);
 }
 
 void StopServer()

@@ -13,6 +13,9 @@ QString ServerUnavailable();
 // A new, empty database on the program's own throwaway cluster (a Unix socket in a temporary
 // folder, no TCP port, removed when the program ends): its connection text.
 QString NewServerDatabase();
+// A role of the cluster that must give its password to reach the database of the connection text,
+// with every right on its tables: the connection text as that role.
+QString PasswordRole(const QString &database, const QString &role, const QString &password);
 // Stops and removes the cluster, if one was started.
 void StopServer();
 

@@ -170,6 +170,8 @@ void frmMarquel::buildMenus()
 {
     mnu_File = addMenu(QStringLiteral("mnu_File"), QStringLiteral("&File"));
     MenuFileDB = addItem(mnu_File, QStringLiteral("MenuFileDB"), QStringLiteral("&Database"));
+    connect(addItem(mnu_File, QStringLiteral("MenuFileServerDB"), QStringLiteral("&Server Database...")), &QAction::triggered, this,
+            &frmMarquel::MenuFileServerDB_Click);
     mnu_File_Compact = addItem(mnu_File, QStringLiteral("mnu_File_Compact"), QStringLiteral("&Compact"));
     connect(addItem(mnu_File, QStringLiteral("mnu_File_Options"), QStringLiteral("&Options...")), &QAction::triggered, this,
             &frmMarquel::mnu_File_Options_Click);
@@ -560,11 +562,27 @@ void frmMarquel::MenuFileDB_Click()
         // Giving up on the file dialog keeps the database that is open.
         if (e.number() == ErrNo::DialogCancelled)
             return;
-        m_tm.questions.message({QStringLiteral("Sendrel"),
-                                QStringLiteral("The following error occured:\n(") + QString::number(e.number()) + QStringLiteral(") ")
-                                    + e.description(),
-                                MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
+        ShowOpenFailure(e);
     }
+}
+
+void frmMarquel::MenuFileServerDB_Click()
+{
+    try {
+        QString connection = m_tm.DBEngine.IsServer() ? m_tm.DBEngine.PathToDB : m_tm.settings.ServerDatabase;
+        if (m_tm.questions.askServerDatabase(connection) && OpenServerDatabase(m_tm, connection))
+            UpdateRunList();
+    } catch (const SendrelError &e) {
+        ShowOpenFailure(e);
+    }
+}
+
+void frmMarquel::ShowOpenFailure(const SendrelError &e)
+{
+    m_tm.questions.message({QStringLiteral("Sendrel"),
+                            QStringLiteral("The following error occured:\n(") + QString::number(e.number()) + QStringLiteral(") ") +
+                                e.description(),
+                            MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
 }
 
 void frmMarquel::mnu_File_Compact_Click()

@@ -19,6 +19,7 @@ class QPushButton;
 namespace sendrel {
 
 struct TreeModel;
+class SendrelError;
 class FrameHost;
 class frmDeleteRuns;
 class RunListDelegate;
@@ -54,6 +55,8 @@ public:
     void chkSS_Click();
     void chkStandLevels_Click();
     void MenuFileDB_Click();
+    // Server Database...: a PostgreSQL database in place of the file, by its connection text.
+    void MenuFileServerDB_Click();
     void mnu_File_Compact_Click();
     // Options: the units, the SDI method and the CSV definitions, kept in the settings at once.
     void mnu_File_Options_Click();
@@ -99,6 +102,8 @@ private:
     // One report window for one list position; nullptr when none opened.
     QWidget *OpenStandStockWindow(int position);
     QWidget *OpenStandLevelsWindow(int position);
+    // A database that could not be opened, with the error trail; the one open stays.
+    void ShowOpenFailure(const SendrelError &e);
     // Selects the first row of the run, as a click on it would.
     void selectRun(const QString &runId);
 

@@ -2,10 +2,12 @@
 // vanished behind the list, the count and places of report windows, import and database.
 #include "support/TestMain.h"
 #include "support/GuiBench.h"
+#include "support/ServerDatabase.h"
 #include "support/TreeListLines.h"
 
 #include "base/SendrelError.h"
 #include "base/SettingsStore.h"
+#include "store/Schema.h"
 #include "windows/common/RunListDelegate.h"
 
 #include <QAction>
@@ -380,6 +382,47 @@ private slots:
         MenuCommand(m, "MenuFileDB")->trigger();
         QCOMPARE(RunList(m)->count(), 0);
         QVERIFY(!Control<QPushButton>(m, "cmdOK")->isEnabled());
+    }
+
+    // File, Server Database...: Cancel keeps the file in silence; the server database's runs are
+    // listed and its connection text is kept without its password; a failure is shown once and keeps
+    // what is open; File, Database back to the file forgets the server.
+    void serverDatabaseMenu()
+    {
+        if (const QString why = ServerUnavailable(); !why.isEmpty())
+            QSKIP(qPrintable(why));
+        GuiBench b;
+        frmMarquel *m = startWithRuns(b);
+        const QString server = NewServerDatabase();
+        CreateRunDatabase(server);
+        {
+            RunStore other;
+            other.open(server);
+            AddRun(other, QStringLiteral("SRV"), QStringLiteral("S"), QStringLiteral("On the server"));
+            AddHeader(other, QStringLiteral("SRV"), QStringLiteral("S"), 1, 2000);
+        }
+        QAction *menu = MenuCommand(m, "MenuFileServerDB");
+        b.questions.answerServerDatabase(false);
+        menu->trigger();
+        QCOMPARE(RunList(m)->count(), 3);
+
+        b.questions.answerServerDatabase(true, QString(server).replace(QStringLiteral("sendrel@"), QStringLiteral("sendrel:secret@")));
+        menu->trigger();
+        QCOMPARE(m->RunEntries(), QStringList{QStringLiteral("SRV:Standing\tOn the server")});
+        QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("ServerDatabase")), server);
+        QVERIFY(!ReadWholeFile(b.store.fileName()).contains("secret"));
+
+        b.questions.answerServerDatabase(true, QString(server).replace(QStringLiteral("/runs?"), QStringLiteral("/none?")));
+        menu->trigger();
+        QCOMPARE(b.questions.messageTexts().size(), 1);
+        QVERIFY(b.questions.messageTexts()[0].startsWith(QStringLiteral("The following error occured:\n(-2147467259) Cannot open the database.\n")));
+        QCOMPARE(RunList(m)->count(), 1);
+        QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("ServerDatabase")), server);
+
+        b.questions.answerOpenFile(b.folder() + kGameDBFileName);
+        MenuCommand(m, "MenuFileDB")->trigger();
+        QCOMPARE(RunList(m)->count(), 3);
+        QCOMPARE(b.store.GetSetting(kSectionSendrel, QStringLiteral("ServerDatabase")), QString());
     }
 
     // File, Options: Cancel keeps the settings; OK keeps the choices at once, in the store too.
