@@ -8,17 +8,14 @@
 #include "store/Schema.h"
 
 #include <QCommandLineParser>
-#include <QDir>
-#include <QTemporaryDir>
-#include <QElapsedTimer>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QRandomGenerator>
+#include <QTemporaryDir>
 
 #include <sys/resource.h>
 
@@ -60,9 +57,9 @@ inline void ParseOptions(QCommandLineParser &parser, const QList<QCommandLineOpt
 
 // The options the benchmarks share, as parsed.
 struct StandardOptions {
-    QString dbPath;   // --db: the run database made once and reused; by default one in the temporary folder
-    QString cli;      // --cli: the sendrel-cli timed; by default this build's
-    int repeat = 1;   // --repeat: runs of each measure, at least 1
+    QString dbPath;  // --db: the run database made once and reused; by default one in the temporary folder
+    QString cli;  // --cli: the sendrel-cli timed; by default this build's
+    int repeat = 1;  // --repeat: runs of each measure, at least 1
 };
 
 // Parses --db and, where defaultRepeat is above 0, --cli and --repeat, beside the benchmark's own
@@ -81,8 +78,8 @@ inline StandardOptions ParseStandardOptions(QCommandLineParser &parser, const QT
     ParseOptions(parser, options + own, description);
     StandardOptions chosen;
     chosen.dbPath = parser.isSet(db) ? parser.value(db) : dir.filePath(kGameDBFileName);
-    chosen.cli = parser.isSet(cli) ? parser.value(cli)
-                                   : QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../bin/sendrel-cli"));
+    chosen.cli =
+        parser.isSet(cli) ? parser.value(cli) : QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../bin/sendrel-cli"));
     chosen.repeat = parser.isSet(repeat) ? std::max(1, parser.value(repeat).toInt()) : std::max(1, defaultRepeat);
     return chosen;
 }
@@ -141,7 +138,8 @@ inline Timing runTool(const QString &cli, const QString &home, const QStringList
     wall.start();
     tool.start(cli, arguments);
     if (!tool.waitForFinished(600000) || tool.exitCode() != 0) {
-        std::fprintf(stderr, "sendrel-cli %s failed: %s\n", qPrintable(arguments.join(QLatin1Char(' '))), tool.readAllStandardError().constData());
+        std::fprintf(stderr, "sendrel-cli %s failed: %s\n", qPrintable(arguments.join(QLatin1Char(' '))),
+                     tool.readAllStandardError().constData());
         std::exit(1);
     }
     return {static_cast<double>(wall.nsecsElapsed()) / 1e6, ChildrenCpuMs() - cpu};

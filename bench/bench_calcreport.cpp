@@ -31,7 +31,8 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     QCommandLineParser parser;
     QTemporaryDir dir;
-    const QString path = bench::ParseStandardOptions(parser, dir, QStringLiteral("CalcReport of one cycle of a 1,000,000-record run."), 0).dbPath;
+    const QString path =
+        bench::ParseStandardOptions(parser, dir, QStringLiteral("CalcReport of one cycle of a 1,000,000-record run."), 0).dbPath;
 
     if (!QFileInfo::exists(path)) {
         QElapsedTimer fill;
@@ -48,7 +49,7 @@ int main(int argc, char *argv[])
     StandStockData data(layout, db.NumSpecies);
     const RunKey run{QStringLiteral("BIG"), RunKind::Standing};
 
-    data.CalcReport(db, run, 1);   // warm the file cache
+    data.CalcReport(db, run, 1);  // warm the file cache
     std::vector<double> ms;
     std::vector<double> cpu;
     for (int c = 1; c <= kCycles; ++c) {

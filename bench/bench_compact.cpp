@@ -49,7 +49,8 @@ int main(int argc, char *argv[])
     const QCommandLineOption staying(QStringLiteral("staying"), QStringLiteral("Tree records of the run that stays."), QStringLiteral("N"),
                                      QStringLiteral("1000"));
     const QCommandLineOption keep(QStringLiteral("keep"), QStringLiteral("Work in DIR and leave it behind."), QStringLiteral("DIR"));
-    bench::ParseOptions(parser, {records, staying, cycles, keep}, QStringLiteral("Disk space of a large run: import, check, delete, compact."));
+    bench::ParseOptions(parser, {records, staying, cycles, keep},
+                        QStringLiteral("Disk space of a large run: import, check, delete, compact."));
 
     QTemporaryDir temporary;
     const QString dir = parser.isSet(keep) ? parser.value(keep) : temporary.path();

@@ -63,7 +63,7 @@ int main(int argc, char *argv[])
                     kCycles * kHarvestedPerCycle, static_cast<long long>(fill.elapsed()));
     }
 
-    const QString year = QStringLiteral("2100");   // cycle 11 of 20
+    const QString year = QStringLiteral("2100");  // cycle 11 of 20
     {
         RunStore db;
         db.open(path);
@@ -85,14 +85,17 @@ int main(int argc, char *argv[])
         const QStringList common = QStringList{QStringLiteral("--db"), path};
         std::vector<bench::Timing> summary, table, charts;
         for (int i = 0; i < repeat; ++i) {
-            summary.push_back(bench::runTool(cli, dir.path(), common + QStringList{QStringLiteral("compare")} + runIds()
-                                                                  + QStringList{QStringLiteral("-o"), dir.filePath(QStringLiteral("c.txt"))}));
-            table.push_back(bench::runTool(cli, dir.path(), common + QStringList{QStringLiteral("compare")} + runIds()
-                                                                + QStringList{QStringLiteral("--table"), QStringLiteral("stand"), QStringLiteral("--year"),
-                                                                              year, QStringLiteral("--classes"), QStringLiteral("0,5,16"),
-                                                                              QStringLiteral("-o"), dir.filePath(QStringLiteral("t.txt"))}));
-            charts.push_back(bench::runTool(cli, dir.path(), common + QStringList{QStringLiteral("chart"), QStringLiteral("compare")} + runIds()
-                                                                 + QStringList{QStringLiteral("-o"), dir.filePath(QStringLiteral("all.pdf"))}));
+            summary.push_back(bench::runTool(cli, dir.path(),
+                                             common + QStringList{QStringLiteral("compare")} + runIds() +
+                                                 QStringList{QStringLiteral("-o"), dir.filePath(QStringLiteral("c.txt"))}));
+            table.push_back(bench::runTool(cli, dir.path(),
+                                           common + QStringList{QStringLiteral("compare")} + runIds() +
+                                               QStringList{QStringLiteral("--table"), QStringLiteral("stand"), QStringLiteral("--year"),
+                                                           year, QStringLiteral("--classes"), QStringLiteral("0,5,16"),
+                                                           QStringLiteral("-o"), dir.filePath(QStringLiteral("t.txt"))}));
+            charts.push_back(bench::runTool(cli, dir.path(),
+                                            common + QStringList{QStringLiteral("chart"), QStringLiteral("compare")} + runIds() +
+                                                QStringList{QStringLiteral("-o"), dir.filePath(QStringLiteral("all.pdf"))}));
         }
         bench::report("sendrel-cli compare (summary), whole process", summary);
         bench::report("sendrel-cli compare --table stand, whole process", table);

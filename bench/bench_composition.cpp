@@ -12,11 +12,11 @@
 #include "BenchCommon.h"
 #include "PerPointPlan.h"
 
-#include "support/ScriptedQuestions.h"
 #include "domain/composition/StandLevelsReport.h"
 #include "domain/composition/StandLevelsSeries.h"
 #include "store/CycleSums.h"
 #include "store/RunStore.h"
+#include "support/ScriptedQuestions.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -44,10 +44,12 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     QCommandLineParser parser;
-    const QCommandLineOption skipPlanOption(QStringLiteral("skip-plan"), QStringLiteral("Leave out the per-point statements (some ten seconds)."));
+    const QCommandLineOption skipPlanOption(QStringLiteral("skip-plan"),
+                                            QStringLiteral("Leave out the per-point statements (some ten seconds)."));
     QTemporaryDir dir;
     const bench::StandardOptions options = bench::ParseStandardOptions(
-        parser, dir, QStringLiteral("Species composition of a 1,000,000-record run with a 1,000,000-record harvested list."), 3, {skipPlanOption});
+        parser, dir, QStringLiteral("Species composition of a 1,000,000-record run with a 1,000,000-record harvested list."), 3,
+        {skipPlanOption});
     const QString &path = options.dbPath;
     const QString &cli = options.cli;
     const int repeat = options.repeat;
@@ -71,7 +73,7 @@ int main(int argc, char *argv[])
     ScriptedQuestions questions;
     std::array<ChartData, kStandLevelsCharts> charts;
     const StandLevelsCharts pointers{&charts[0], &charts[1], &charts[2], &charts[3]};
-    StandLevelsState state = CalcStandLevelsReport(db, questions, kRun, QStringLiteral("S"), pointers);   // warms the file cache
+    StandLevelsState state = CalcStandLevelsReport(db, questions, kRun, QStringLiteral("S"), pointers);  // warms the file cache
     std::printf("%lld points, %lld series per chart\n", static_cast<long long>(charts[0].ChartPointCount()),
                 static_cast<long long>(charts[0].ChartSeriesCount()));
 
@@ -106,10 +108,14 @@ int main(int argc, char *argv[])
         std::vector<Timing> reportTool;
         std::vector<Timing> chartTool;
         for (int i = 0; i < repeat; ++i) {
-            reportTool.push_back(runTool(cli, home, {QStringLiteral("--db"), path, QStringLiteral("report"), QStringLiteral("composition"), kRun,
-                                                     QStringLiteral("--kind"), QStringLiteral("S"), QStringLiteral("-o"), dir.filePath(QStringLiteral("r.txt"))}));
-            chartTool.push_back(runTool(cli, home, {QStringLiteral("--db"), path, QStringLiteral("chart"), QStringLiteral("composition"), kRun,
-                                                    QStringLiteral("--kind"), QStringLiteral("S"), QStringLiteral("-o"), dir.filePath(QStringLiteral("c.png"))}));
+            reportTool.push_back(
+                runTool(cli, home,
+                        {QStringLiteral("--db"), path, QStringLiteral("report"), QStringLiteral("composition"), kRun,
+                         QStringLiteral("--kind"), QStringLiteral("S"), QStringLiteral("-o"), dir.filePath(QStringLiteral("r.txt"))}));
+            chartTool.push_back(
+                runTool(cli, home,
+                        {QStringLiteral("--db"), path, QStringLiteral("chart"), QStringLiteral("composition"), kRun,
+                         QStringLiteral("--kind"), QStringLiteral("S"), QStringLiteral("-o"), dir.filePath(QStringLiteral("c.png"))}));
         }
         report("sendrel-cli report composition (process)", reportTool);
         report("sendrel-cli chart composition (process)", chartTool);

@@ -9,11 +9,11 @@
 
 #include "BenchCommon.h"
 
-#include "support/ScriptedQuestions.h"
 #include "base/UserQuestions.h"
 #include "domain/import/ImportTreeList.h"
 #include "domain/import/TreeListWriter.h"
 #include "store/RunStore.h"
+#include "support/ScriptedQuestions.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -40,7 +40,7 @@ namespace {
 struct ChildRun {
     int exitCode = -1;
     double wallMs = 0;
-    double cpuMs = 0;   // user and system time
+    double cpuMs = 0;  // user and system time
 };
 
 // The peak resident memory of this process. (wait4's figure for a spawned child starts from the
@@ -133,7 +133,8 @@ int main(int argc, char *argv[])
         return importChild(args.at(2), args.at(3));
 
     QCommandLineParser parser;
-    const QCommandLineOption recordsOption(QStringLiteral("records"), QStringLiteral("Tree records (default 1000000)."), QStringLiteral("N"));
+    const QCommandLineOption recordsOption(QStringLiteral("records"), QStringLiteral("Tree records (default 1000000)."),
+                                           QStringLiteral("N"));
     const QCommandLineOption cyclesOption(QStringLiteral("cycles"), QStringLiteral("Cycles (default 10)."), QStringLiteral("N"));
     const QCommandLineOption keepOption(QStringLiteral("keep"), QStringLiteral("Folder to keep the files in."), QStringLiteral("DIR"));
     bench::ParseOptions(parser, {recordsOption, cyclesOption, keepOption},
@@ -182,19 +183,18 @@ int main(int argc, char *argv[])
 
     // The same rows as CSV, written by sqlite3 itself, then imported by it.
     runChild({QStringLiteral("sqlite3"), QStringLiteral("-csv"), ours, QStringLiteral("SELECT * FROM Model_Entries")}, csv);
-    const ChildRun shell = runChild({QStringLiteral("sqlite3"), QStringLiteral("-csv"), theirs,
-                                     QStringLiteral(".import '%1' Model_Entries").arg(csv)});
+    const ChildRun shell =
+        runChild({QStringLiteral("sqlite3"), QStringLiteral("-csv"), theirs, QStringLiteral(".import '%1' Model_Entries").arg(csv)});
     const qint64 oursRows = countRows(ours);
     const qint64 theirRows = countRows(theirs);
 
     std::printf("rows stored: ours %lld, sqlite3 %lld\n", static_cast<long long>(oursRows), static_cast<long long>(theirRows));
-    std::printf("sendrel import: %.0f ms in the import, %.0f ms for the whole process (%.0f ms CPU), peak RSS %.1f MB\n",
-                importMs, import.wallMs, import.cpuMs, importRssMb);
-    std::printf("sqlite3 .import of the same rows as CSV: %.0f ms for the whole process (%.0f ms CPU)\n", shell.wallMs,
-                shell.cpuMs);
+    std::printf("sendrel import: %.0f ms in the import, %.0f ms for the whole process (%.0f ms CPU), peak RSS %.1f MB\n", importMs,
+                import.wallMs, import.cpuMs, importRssMb);
+    std::printf("sqlite3 .import of the same rows as CSV: %.0f ms for the whole process (%.0f ms CPU)\n", shell.wallMs, shell.cpuMs);
     std::printf("ratio sqlite3 / sendrel (whole processes): %.2fx\n", shell.wallMs / import.wallMs);
-    const bool ok = oursRows == records && theirRows == oursRows && import.wallMs < 3000 && importRssMb < 100
-                    && shell.wallMs >= 1.5 * import.wallMs;
+    const bool ok =
+        oursRows == records && theirRows == oursRows && import.wallMs < 3000 && importRssMb < 100 && shell.wallMs >= 1.5 * import.wallMs;
     // Wall times follow the machine's load: a busy machine stretches them, the CPU times less so.
     std::printf("load average at the end: %s\n", bench::LoadAverage().constData());
     std::printf("targets (under 3 s, under 100 MB, at least 1.5x): %s\n", ok ? "met" : "NOT met");

@@ -4,7 +4,6 @@
 #include "BenchCommon.h"
 
 #include "base/Numbers.h"
-#include "support/ScriptedQuestions.h"
 #include "base/ToolBox.h"
 #include "domain/output/ReportFile.h"
 #include "domain/output/ReportTables.h"
@@ -12,6 +11,7 @@
 #include "domain/standstock/StandStockData.h"
 #include "domain/standstock/StandStockTables.h"
 #include "store/RunStore.h"
+#include "support/ScriptedQuestions.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -70,7 +70,8 @@ int main(int argc, char *argv[])
     CreateRunDatabase(path);
     RunStore db;
     db.open(path);
-    Statement(db.DBEngine, QStringLiteral("INSERT INTO Species (Num_Code, Str_Code, Name, Variant_ID) VALUES (12, 'XX', 'twelfth', 2)")).run();
+    Statement(db.DBEngine, QStringLiteral("INSERT INTO Species (Num_Code, Str_Code, Name, Variant_ID) VALUES (12, 'XX', 'twelfth', 2)"))
+        .run();
     db.readSpecies();
     ScriptedQuestions questions;
 

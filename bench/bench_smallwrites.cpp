@@ -27,15 +27,16 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     const QCommandLineOption dbOption(QStringLiteral("db"), QStringLiteral("Make the large run database here once and reuse it."),
                                       QStringLiteral("PATH"));
-    const QCommandLineOption cliOption(QStringLiteral("cli"), QStringLiteral("sendrel-cli to time (default: beside this build's bench folder)."),
-                                       QStringLiteral("PATH"));
+    const QCommandLineOption cliOption(
+        QStringLiteral("cli"), QStringLiteral("sendrel-cli to time (default: beside this build's bench folder)."), QStringLiteral("PATH"));
     const QCommandLineOption records(QStringLiteral("records"), QStringLiteral("Tree records of the large run."), QStringLiteral("N"),
                                      QStringLiteral("10000000"));
     const QCommandLineOption repeat(QStringLiteral("repeat"), QStringLiteral("Times each write is made."), QStringLiteral("N"),
                                     QStringLiteral("9"));
     bench::ParseOptions(parser, {dbOption, cliOption, records, repeat}, QStringLiteral("Small writes to a large run database."));
-    const QString cli = parser.isSet(cliOption) ? parser.value(cliOption)
-                                                : QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../bin/sendrel-cli"));
+    const QString cli = parser.isSet(cliOption)
+                            ? parser.value(cliOption)
+                            : QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("../bin/sendrel-cli"));
     if (!QFileInfo::exists(cli)) {
         std::fprintf(stderr, "no sendrel-cli at %s\n", qPrintable(cli));
         return 2;
@@ -62,16 +63,18 @@ int main(int argc, char *argv[])
     // As the benchmark made the file, no whole check has read it yet.
     const QString note = path + QStringLiteral("-checked");
     QFile::remove(note);
-    const QStringList describe{QStringLiteral("--db"), path, QStringLiteral("describe"), QStringLiteral("BIG"), QStringLiteral("--description"),
-                               QStringLiteral("Grown without treatment")};
+    const QStringList describe{QStringLiteral("--db"),          path,
+                               QStringLiteral("describe"),      QStringLiteral("BIG"),
+                               QStringLiteral("--description"), QStringLiteral("Grown without treatment")};
     report("describe, the file new to the check", {runTool(cli, home, describe)});
     std::vector<Timing> described;
     std::vector<Timing> imported;
     for (int i = 0; i < parser.value(repeat).toInt(); ++i) {
         described.push_back(runTool(cli, home, describe));
-        imported.push_back(runTool(cli, home, {QStringLiteral("--db"), path, QStringLiteral("import"), small, QStringLiteral("--kind"),
-                                               QStringLiteral("S"), QStringLiteral("--run-id"), QStringLiteral("SMALL"),
-                                               QStringLiteral("--on-duplicate"), QStringLiteral("overwrite")}));
+        imported.push_back(
+            runTool(cli, home,
+                    {QStringLiteral("--db"), path, QStringLiteral("import"), small, QStringLiteral("--kind"), QStringLiteral("S"),
+                     QStringLiteral("--run-id"), QStringLiteral("SMALL"), QStringLiteral("--on-duplicate"), QStringLiteral("overwrite")}));
     }
     report("describe (process)", described);
     report("import of 100 records (process)", imported);

@@ -63,10 +63,12 @@ int main(int argc, char *argv[])
     const QCommandLineOption outOption(QStringLiteral("out"), QStringLiteral("Folder that keeps the workbook."), QStringLiteral("FOLDER"));
     const QCommandLineOption onlyOption(QStringLiteral("only"), QStringLiteral("summary or export alone."), QStringLiteral("WHICH"));
     QTemporaryDir dir;
-    const QString path = bench::ParseStandardOptions(parser, dir, QStringLiteral("Stand summary and stand table export of a 1,000,000-record run."),
-                                                     0, {outOption, onlyOption})
-                             .dbPath;
-    const QString workbook = QDir(parser.isSet(outOption) ? parser.value(outOption) : dir.path()).filePath(QStringLiteral("BIG_Stand.xlsx"));
+    const QString path =
+        bench::ParseStandardOptions(parser, dir, QStringLiteral("Stand summary and stand table export of a 1,000,000-record run."), 0,
+                                    {outOption, onlyOption})
+            .dbPath;
+    const QString workbook =
+        QDir(parser.isSet(outOption) ? parser.value(outOption) : dir.path()).filePath(QStringLiteral("BIG_Stand.xlsx"));
 
     if (!QFileInfo::exists(path)) {
         QElapsedTimer fill;
@@ -82,16 +84,16 @@ int main(int argc, char *argv[])
     const QString only = parser.value(onlyOption);
     if (only != QLatin1String("export"))
         measure("stand summary, 20 cycles, standing and harvested", [&] {
-        const StandSummary summary = ReadStandSummary(db, run);
-        if (summary.rows.size() != kCycles || !summary.hasHarvest)
-            qFatal("summary of %d rows", static_cast<int>(summary.rows.size()));
-    });
+            const StandSummary summary = ReadStandSummary(db, run);
+            if (summary.rows.size() != kCycles || !summary.hasHarvest)
+                qFatal("summary of %d rows", static_cast<int>(summary.rows.size()));
+        });
     // The summation method reads every record of both lists, where the rest reads the kept sums.
     if (only != QLatin1String("export"))
         measure("stand summary by the summation SDI, 20 cycles, standing and harvested", [&] {
-        if (!ReadStandSummary(db, run, SdiMethod::Summation).rows.first().summedSdi.before)
-            qFatal("no summed SDI");
-    });
+            if (!ReadStandSummary(db, run, SdiMethod::Summation).rows.first().summedSdi.before)
+                qFatal("no summed SDI");
+        });
 
     ClassLayout layout;
     if (!layout.SetClasses(u"2", u"2.5", u"30").passed())
@@ -101,9 +103,8 @@ int main(int argc, char *argv[])
     for (int c = 1; c <= kCycles; ++c)
         request.cycles.append({static_cast<qint16>(c), QString::number(1990 + 10 * c)});
     if (only != QLatin1String("summary"))
-        measure("stand table of 20 years to a workbook (aggregated, written)", [&] {
-        SaveTableFile(CompileStandStockDocument(db, request, layout, data), TableFormat::Xlsx, workbook);
-    });
+        measure("stand table of 20 years to a workbook (aggregated, written)",
+                [&] { SaveTableFile(CompileStandStockDocument(db, request, layout, data), TableFormat::Xlsx, workbook); });
     std::printf("load average: %s\n", bench::LoadAverage().constData());
     db.close();
     return 0;

@@ -1,9 +1,9 @@
 #include "app/FolderLocation.h"
 
+#include "app/TreeModel.h"
 #include "base/SendrelError.h"
 #include "base/Settings.h"
 #include "base/SettingsStore.h"
-#include "app/TreeModel.h"
 #include "base/UserQuestions.h"
 
 #include <QDir>
@@ -92,10 +92,11 @@ bool LocateFile(UserQuestions &questions, const QString &title, const QString &f
             if (picked.isEmpty()) {
                 if (canKeep)
                     return false;
-                const Answer again = questions.message(
-                    {request.title,
-                     QStringLiteral("The file ") + name + QStringLiteral(" is required to successfully run Sendrel. Do you want to try again?"),
-                     MsgIcon::Critical, MsgButtons::RetryCancel, Answer::Retry});
+                const Answer again =
+                    questions.message({request.title,
+                                       QStringLiteral("The file ") + name +
+                                           QStringLiteral(" is required to successfully run Sendrel. Do you want to try again?"),
+                                       MsgIcon::Critical, MsgButtons::RetryCancel, Answer::Retry});
                 if (again != Answer::Retry)
                     return false;
                 continue;
@@ -111,12 +112,12 @@ namespace {
 
 // The words and keys that tell the Data folder's setup from the Work folder's.
 struct FolderKind {
-    const char *routine;        // for the error trail
+    const char *routine;  // for the error trail
     const char *questionTitle;
     const char *question;
     const char *dialogTitle;
     const char *refusal;
-    const char *sourceName;     // folder of the installation
+    const char *sourceName;  // folder of the installation
     const char *overwriteTitle;
     const char *key;
     QString (*defaultFolder)(bool create);
@@ -160,9 +161,8 @@ bool locateFolder(TreeModel &tm, QString &folder, const FolderKind &kind)
             while (!PathIsDirectory(path)) {
                 const QString picked = BrowseForFolder(tm.questions, QString::fromLatin1(kind.dialogTitle), defaultFolder);
                 if (picked.isEmpty()) {
-                    const Answer again = tm.questions.message({QString::fromLatin1(kind.questionTitle),
-                                                               QString::fromLatin1(kind.refusal), MsgIcon::Question,
-                                                               MsgButtons::RetryCancel, Answer::Retry});
+                    const Answer again = tm.questions.message({QString::fromLatin1(kind.questionTitle), QString::fromLatin1(kind.refusal),
+                                                               MsgIcon::Question, MsgButtons::RetryCancel, Answer::Retry});
                     if (again == Answer::Cancel)
                         return false;
                     continue;
@@ -194,8 +194,10 @@ bool locateFolder(TreeModel &tm, QString &folder, const FolderKind &kind)
 QStandardPaths::StandardLocation locationOf(int folderId)
 {
     switch (folderId) {
-    case kFolderIdDocuments: return QStandardPaths::DocumentsLocation;
-    default: return QStandardPaths::GenericDataLocation;
+    case kFolderIdDocuments:
+        return QStandardPaths::DocumentsLocation;
+    default:
+        return QStandardPaths::GenericDataLocation;
     }
 }
 
@@ -232,8 +234,7 @@ bool LocateDirectories(TreeModel &tm)
     }
 }
 
-qint16 CopyFolderFiles(UserQuestions &questions, const QString &source, const QString &target, bool askOverwrite,
-                       const QString &title)
+qint16 CopyFolderFiles(UserQuestions &questions, const QString &source, const QString &target, bool askOverwrite, const QString &title)
 {
     const QDir sourceDir(source);
     if (!PathIsDirectory(source))
@@ -245,10 +246,11 @@ qint16 CopyFolderFiles(UserQuestions &questions, const QString &source, const QS
         const QString to = PathAddBackslash(target) + name;
         bool copy = true;
         if (QFileInfo::exists(to) && askOverwrite) {
-            const Answer a = questions.message({QStringLiteral("Sendrel - ") + title,
-                                                QStringLiteral("The following file already exists.  Overwrite with the original installation file?")
-                                                    + QStringLiteral("\n\n") + to,
-                                                MsgIcon::Question, MsgButtons::YesNo, Answer::No});
+            const Answer a =
+                questions.message({QStringLiteral("Sendrel - ") + title,
+                                   QStringLiteral("The following file already exists.  Overwrite with the original installation file?") +
+                                       QStringLiteral("\n\n") + to,
+                                   MsgIcon::Question, MsgButtons::YesNo, Answer::No});
             copy = a == Answer::Yes;
         }
         if (copy) {
@@ -258,11 +260,12 @@ qint16 CopyFolderFiles(UserQuestions &questions, const QString &source, const QS
                     throw SendrelError(ErrNo::PermissionDenied, QStringLiteral("Sendrel"), QStringLiteral("Permission denied: ") + to);
             }
             if (!QFile::copy(from, to))
-                throw SendrelError(ErrNo::PathNotFound, QStringLiteral("Sendrel"), QStringLiteral("Cannot copy ") + from + QStringLiteral(" to ") + to);
+                throw SendrelError(ErrNo::PathNotFound, QStringLiteral("Sendrel"),
+                                   QStringLiteral("Cannot copy ") + from + QStringLiteral(" to ") + to);
         }
         // An installation file may be read-only; the user's copy must not be.
-        QFile::setPermissions(to, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser | QFile::ReadGroup
-                                      | QFile::ReadOther);
+        QFile::setPermissions(to, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser | QFile::ReadGroup |
+                                      QFile::ReadOther);
         ++count;
     }
     return count;

@@ -14,7 +14,7 @@ bool PathIsDirectory(const QString &path);
 QString PathFindFileName(const QString &path);
 QString PathRemoveFileSpec(const QString &path);
 QString PathFindExtension(const QString &path);
-QString PathAddBackslash(const QString &path);   // adds the closing separator if missing
+QString PathAddBackslash(const QString &path);  // adds the closing separator if missing
 
 // True when path names an existing file, asking with a file dialog until it does or the user
 // gives up (false). path takes what the user picked. With forceDialog over a file that exists,
@@ -31,8 +31,7 @@ bool LocateDirectories(TreeModel &tm);
 // Copies every file of source (not of its subfolders) into target, both with a closing separator.
 // With askOverwrite an existing target file is replaced only when the user says so (default No).
 // Every target file is made writable. Gives the number of files handled.
-qint16 CopyFolderFiles(UserQuestions &questions, const QString &source, const QString &target, bool askOverwrite,
-                       const QString &title);
+qint16 CopyFolderFiles(UserQuestions &questions, const QString &source, const QString &target, bool askOverwrite, const QString &title);
 
 // The folder the user picked, or "" when the dialog was cancelled.
 QString BrowseForFolder(UserQuestions &questions, const QString &title, const QString &startFolder);

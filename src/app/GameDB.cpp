@@ -1,9 +1,9 @@
 #include "app/GameDB.h"
 
 #include "app/FolderLocation.h"
+#include "app/TreeModel.h"
 #include "base/SendrelError.h"
 #include "base/SettingsStore.h"
-#include "app/TreeModel.h"
 #include "base/UserQuestions.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "app/SaveSettingsAndEnd.h"
 
-#include "app/TreeModel.h"
 #include "app/GameDB.h"
+#include "app/TreeModel.h"
 
 namespace sendrel {
 

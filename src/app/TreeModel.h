@@ -21,11 +21,11 @@ struct TreeModel {
 
     SettingsStore &settingsStore;
     UserQuestions &questions;
-    Settings settings;          // DataDir and WorkDir live here as settings.DataDir, settings.WorkDir
+    Settings settings;  // DataDir and WorkDir live here as settings.DataDir, settings.WorkDir
     RunStore db;
-    clsDBEngine &DBEngine;      // the one engine, db's
+    clsDBEngine &DBEngine;  // the one engine, db's
 
-    QString ProgramDir;         // the folder of the executable
+    QString ProgramDir;  // the folder of the executable
     QString GameDBPath;
 
     qint16 ModelVariant = 0;

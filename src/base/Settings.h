@@ -20,7 +20,7 @@ struct Settings {
     // Common
     QString DataDir;
     QString WorkDir;
-    QString HelpFile;   // the program's help file (key HelpDir)
+    QString HelpFile;  // the program's help file (key HelpDir)
 
     // Sendrel
     bool PrintTo_Printer = true;

@@ -23,8 +23,7 @@ QString address(const QString &section, const QString &key)
 
 }  // namespace
 
-SettingsStore::SettingsStore(const QString &application)
-    : m_settings(new QSettings(storePath(application), QSettings::IniFormat))
+SettingsStore::SettingsStore(const QString &application) : m_settings(new QSettings(storePath(application), QSettings::IniFormat))
 {
 }
 

@@ -37,8 +37,7 @@ QString FormatNumber2(double value, qint16 decimals)
         const qsizetype have = text.size() - point - 1;
         if (have > decimals) {
             throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Sendrel"),
-                               QStringLiteral("FormatNumber2: %1 has more than %2 decimals")
-                                   .arg(DefaultText(value)).arg(decimals));
+                               QStringLiteral("FormatNumber2: %1 has more than %2 decimals").arg(DefaultText(value)).arg(decimals));
         }
         text.append(QString(decimals - have, QLatin1Char('0')));
     }

@@ -49,8 +49,8 @@ void UserQuestions::ShowInfoMessage(const QString &text)
 
 void UserQuestions::ShowErrorMessage(const QString &description)
 {
-    message({QStringLiteral("Sendrel"), QStringLiteral("The following error occured:\n") + description,
-             MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
+    message({QStringLiteral("Sendrel"), QStringLiteral("The following error occured:\n") + description, MsgIcon::Exclamation,
+             MsgButtons::OK, Answer::OK});
 }
 
 }  // namespace sendrel

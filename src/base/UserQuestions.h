@@ -28,8 +28,8 @@ struct MessageRequest {
 
 struct FileRequest {
     QString title;
-    QString filter;        // "Name (*.ext)|*.ext|All Files (*.*)|*.*"
-    QString fileName;      // proposed file name, may be empty
+    QString filter;  // "Name (*.ext)|*.ext|All Files (*.*)|*.*"
+    QString fileName;  // proposed file name, may be empty
     QString startFolder;
     QString defaultExtension;
     bool mustExist = true;
@@ -46,17 +46,17 @@ struct ReportTextRequest {
 
 // The choices of Options, as the settings keep them.
 struct OptionsRequest {
-    QString units;             // "metric" or "imperial"
-    QString sdiMethod;         // "reineke" or "summation"
+    QString units;  // "metric" or "imperial"
+    QString sdiMethod;  // "reineke" or "summation"
     bool csvDefinitions = false;
 };
 
 // The print dialog of a chart: Print to File (PDF) is offered with outputFile, in the Work folder.
 struct PrintRequest {
     QString title;
-    QString outputFile;            // in: the PDF file offered; out: the file chosen, "" for a printer
+    QString outputFile;  // in: the PDF file offered; out: the file chosen, "" for a printer
     bool landscape = false;
-    QPrinter *printer = nullptr;   // the caller's printer, which a real dialog sets up
+    QPrinter *printer = nullptr;  // the caller's printer, which a real dialog sets up
 };
 
 class UserQuestions {
@@ -96,7 +96,11 @@ public:
     virtual bool askPrint(PrintRequest &request);
 
     // The please-wait window; a headless caller may ignore it.
-    virtual void showBusyMessage(const QString &title, const QString &message) { Q_UNUSED(title) Q_UNUSED(message) }
+    virtual void showBusyMessage(const QString &title, const QString &message)
+    {
+        Q_UNUSED(title)
+        Q_UNUSED(message)
+    }
     virtual void hideBusyMessage() {}
 
     // An information box titled "Sendrel".

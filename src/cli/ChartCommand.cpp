@@ -62,15 +62,18 @@ public:
                 QCommandLineOption(QStringLiteral("years"), QStringLiteral("Several calendar years."), QStringLiteral("Y1,Y2,..")),
                 QCommandLineOption(QStringLiteral("classes"), QStringLiteral("The diameter classes (default: the settings')."),
                                    QStringLiteral("START,WIDTH,COUNT")),
-                QCommandLineOption(QStringLiteral("statistic"), QStringLiteral("Composition: density (default), basal area or gross total volume. "
-                                                                               "Compare: sph, basal-area, qmd, sdi, gtv, gmv, nmv, "
-                                                                               "cumulative-gtv, cumulative-nmv, yield-gtv or yield-nmv."),
+                QCommandLineOption(QStringLiteral("statistic"),
+                                   QStringLiteral("Composition: density (default), basal area or gross total volume. "
+                                                  "Compare: sph, basal-area, qmd, sdi, gtv, gmv, nmv, "
+                                                  "cumulative-gtv, cumulative-nmv, yield-gtv or yield-nmv."),
                                    QStringLiteral("NAME")),
-                QCommandLineOption(QStringLiteral("base"), QStringLiteral("Compare: the base run (default: the first)."), QStringLiteral("RUN")),
+                QCommandLineOption(QStringLiteral("base"), QStringLiteral("Compare: the base run (default: the first)."),
+                                   QStringLiteral("RUN")),
                 QCommandLineOption(QStringLiteral("density"), QStringLiteral("Compare: the density diagram.")),
                 QCommandLineOption(QStringLiteral("difference"), QStringLiteral("Compare: the differences from the base.")),
-                QCommandLineOption(QStringLiteral("y-max"), QStringLiteral("The Y axis maximum, digits only; it widens the axis, "
-                                                                           "never cuts data off."),
+                QCommandLineOption(QStringLiteral("y-max"),
+                                   QStringLiteral("The Y axis maximum, digits only; it widens the axis, "
+                                                  "never cuts data off."),
                                    QStringLiteral("N")),
                 QCommandLineOption(QStringLiteral("grid"), QStringLiteral("Grid lines (default: the settings')."),
                                    QStringLiteral("none|horizontal|vertical|both")),
@@ -115,12 +118,13 @@ public:
             session.open();
             const RunKey run = session.requireRun(args.at(1), kind);
             std::array<ChartData, kStandLevelsCharts> charts;
-            const StandLevelsState state =
-                CalcStandLevelsReport(session.tm.db, session.questions, run.runId, run.letter(), {&charts[0], &charts[1], &charts[2], &charts[3]});
+            const StandLevelsState state = CalcStandLevelsReport(session.tm.db, session.questions, run.runId, run.letter(),
+                                                                 {&charts[0], &charts[1], &charts[2], &charts[3]});
             if (!state.filled) {
                 throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
-                                   QStringLiteral("Run %1 has no %2.").arg(EscapedForLine(run.displayName()),
-                                                                            state.CycleRS.isEmpty() ? QStringLiteral("cycles") : QStringLiteral("trees")));
+                                   QStringLiteral("Run %1 has no %2.")
+                                       .arg(EscapedForLine(run.displayName()),
+                                            state.CycleRS.isEmpty() ? QStringLiteral("cycles") : QStringLiteral("trees")));
             }
             const auto shown = static_cast<StandLevelsStatistic>(statistic);
             ChartData &chart = charts[statistic];
@@ -129,7 +133,8 @@ public:
             chart.ChartLeftTitle(titles.left);
             chart.ChartBottomTitle(titles.bottom);
             ApplyYAxisRule(chart, state.maximum(shown), yMax);
-            chart.ChartGrid(grid >= 0 ? static_cast<qint16>(grid) : GridFrom(session.tm.settings.HorizontalGrid, session.tm.settings.VerticalGrid));
+            chart.ChartGrid(grid >= 0 ? static_cast<qint16>(grid)
+                                      : GridFrom(session.tm.settings.HorizontalGrid, session.tm.settings.VerticalGrid));
             chart.ChartScreenStyle(bw ? 0 : 1);
             chart.ChartPrintStyle(bw ? 2 : 3);
             CurrentChartFileWriter()({chart}, output);
@@ -144,14 +149,16 @@ public:
         const QList<CycleListEntry> selected =
             SelectedEntries(parser, UpdateHeaderList(session.tm.db, run), EscapedForLine(run.displayName()));
         if (selected.isEmpty())
-            throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"), QStringLiteral("Run %1 has no cycles.").arg(EscapedForLine(run.displayName())));
+            throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
+                               QStringLiteral("Run %1 has no cycles.").arg(EscapedForLine(run.displayName())));
 
         StandStockData data(layout, session.tm.db.NumSpecies);
         ChartPageRequest request;
         request.run = run;
         request.density = density;
         request.yAxisMax = yMax;
-        request.grid = grid >= 0 ? static_cast<qint16>(grid) : GridFrom(session.tm.settings.HorizontalGrid, session.tm.settings.VerticalGrid);
+        request.grid =
+            grid >= 0 ? static_cast<qint16>(grid) : GridFrom(session.tm.settings.HorizontalGrid, session.tm.settings.VerticalGrid);
         QList<ChartData> pages;
         QStringList years;
         // Each page as a chart window makes it when the user pages to its year.

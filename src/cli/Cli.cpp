@@ -28,14 +28,15 @@ QString toolUsage()
 
 QString toolHelp(const std::vector<std::unique_ptr<Command>> &commands)
 {
-    QString text = toolUsage() + QStringLiteral("\n\nThe headless tool of Sendrel: it never opens a window and never asks; "
-                                                "where the desktop program would ask, a flag answers.\n\nGlobal options:\n"
-                                                "  --db PATH        the run database (default: the Data folder of the settings)\n"
-                                                "  --wait SECONDS   how long to wait for a database another program is writing (default 10)\n"
-                                                "  --units metric|imperial\n"
-                                                "                   units of the summary, the comparison (tables and charts) and of csv, xlsx and json "
-                                                "tables (default: the settings', metric); report files are always metric\n"
-                                                "  -h, --help       this help; after a command, that command's help\n\nCommands:\n");
+    QString text = toolUsage() +
+                   QStringLiteral("\n\nThe headless tool of Sendrel: it never opens a window and never asks; "
+                                  "where the desktop program would ask, a flag answers.\n\nGlobal options:\n"
+                                  "  --db PATH        the run database (default: the Data folder of the settings)\n"
+                                  "  --wait SECONDS   how long to wait for a database another program is writing (default 10)\n"
+                                  "  --units metric|imperial\n"
+                                  "                   units of the summary, the comparison (tables and charts) and of csv, xlsx and json "
+                                  "tables (default: the settings', metric); report files are always metric\n"
+                                  "  -h, --help       this help; after a command, that command's help\n\nCommands:\n");
     for (const auto &c : commands)
         text += QStringLiteral("  %1%2\n").arg(c->name().leftJustified(22), c->summary());
     text += QStringLiteral("\nExit status: 0 success, 1 failure (told on stderr), 2 usage error.\n");
@@ -134,7 +135,8 @@ int RunCli(const QStringList &arguments, QTextStream &out, QTextStream &err)
     QCommandLineParser global;
     global.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     const QCommandLineOption db(QStringLiteral("db"), QStringLiteral("The run database."), QStringLiteral("PATH"));
-    const QCommandLineOption wait(QStringLiteral("wait"), QStringLiteral("Seconds to wait for a locked database."), QStringLiteral("SECONDS"));
+    const QCommandLineOption wait(QStringLiteral("wait"), QStringLiteral("Seconds to wait for a locked database."),
+                                  QStringLiteral("SECONDS"));
     const QCommandLineOption units(QStringLiteral("units"), QStringLiteral("Units of summaries and tables."), QStringLiteral("UNITS"));
     global.addOptions({db, wait, units, helpOption()});
     if (!global.parse(QStringList{kTool} + arguments))
@@ -265,8 +267,8 @@ QString RunIdArgument(const QString &given, const QString &option)
     if (text.isEmpty())
         throw CliUsageFault{QStringLiteral("--%1 needs a Run Id").arg(option)};
     if (text.size() > kMostRunIdCharacters) {
-        throw RefusedValue(option, QStringLiteral("a Run Id of at most %1 characters, as the desktop's Run Id box does").arg(kMostRunIdCharacters),
-                           text);
+        throw RefusedValue(
+            option, QStringLiteral("a Run Id of at most %1 characters, as the desktop's Run Id box does").arg(kMostRunIdCharacters), text);
     }
     return text;
 }
@@ -277,10 +279,18 @@ QString EscapedForLine(const QString &text)
     line.reserve(text.size());
     for (const QChar c : text) {
         switch (c.unicode()) {
-        case '\\': line += QStringLiteral("\\\\"); break;
-        case '\t': line += QStringLiteral("\\t"); break;
-        case '\n': line += QStringLiteral("\\n"); break;
-        case '\r': line += QStringLiteral("\\r"); break;
+        case '\\':
+            line += QStringLiteral("\\\\");
+            break;
+        case '\t':
+            line += QStringLiteral("\\t");
+            break;
+        case '\n':
+            line += QStringLiteral("\\n");
+            break;
+        case '\r':
+            line += QStringLiteral("\\r");
+            break;
         default:
             if (c.unicode() < 32 || c.unicode() == 127 || (c.unicode() >= 0x80 && c.unicode() < 0xa0))
                 line += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));

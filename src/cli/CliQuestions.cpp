@@ -5,7 +5,7 @@ namespace sendrel {
 namespace {
 // Past this many rounds of Rename another program keeps taking the names, and the import gives up.
 constexpr int kMaxDuplicateRounds = 100;
-}
+}  // namespace
 
 Answer CliQuestions::message(const MessageRequest &request)
 {

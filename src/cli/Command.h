@@ -22,9 +22,9 @@ enum CliExit { CliOk = 0, CliFailure = 1, CliUsage = 2 };
 
 // What every command gets: the global options and the two streams.
 struct CliContext {
-    QString dbPath;                     // --db, or the settings' DataDir + "tolv_game.mdb"
-    std::optional<std::chrono::milliseconds> lockWait;   // --wait; else the settings' LockWaitSeconds
-    std::optional<QString> units;       // --units: "metric" or "imperial"; else the settings' Units
+    QString dbPath;  // --db, or the settings' DataDir + "tolv_game.mdb"
+    std::optional<std::chrono::milliseconds> lockWait;  // --wait; else the settings' LockWaitSeconds
+    std::optional<QString> units;  // --units: "metric" or "imperial"; else the settings' Units
     QTextStream &out;
     QTextStream &err;
 };

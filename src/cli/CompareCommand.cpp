@@ -4,8 +4,8 @@
 #include "cli/Selection.h"
 #include "cli/TableOutput.h"
 #include "domain/compare/ComparisonCharts.h"
-#include "domain/table/TableFile.h"
 #include "domain/compare/ComparisonTables.h"
+#include "domain/table/TableFile.h"
 
 #include <QDir>
 
@@ -35,7 +35,8 @@ public:
                                    QStringLiteral("RUN")),
                 QCommandLineOption(QStringLiteral("table"), QStringLiteral("summary (default), or the stand or stock table of one year."),
                                    QStringLiteral("summary|stand|stock")),
-                QCommandLineOption(QStringLiteral("year"), QStringLiteral("The calendar year of the stand or stock table."), QStringLiteral("Y")),
+                QCommandLineOption(QStringLiteral("year"), QStringLiteral("The calendar year of the stand or stock table."),
+                                   QStringLiteral("Y")),
                 QCommandLineOption(QStringLiteral("classes"), QStringLiteral("The diameter classes (default: the settings')."),
                                    QStringLiteral("START,WIDTH,COUNT")),
                 QCommandLineOption(QStringLiteral("format"), QStringLiteral("txt (default, fixed columns), csv, xlsx or json."),
@@ -63,8 +64,8 @@ public:
         QStringList runs;
         for (const QString &run : args)
             runs.append(RunIdArgument(run, QStringLiteral("compare")));
-        const QString base = parser.isSet(QStringLiteral("base")) ? RunIdArgument(parser.value(QStringLiteral("base")), QStringLiteral("base"))
-                                                                   : QString();
+        const QString base =
+            parser.isSet(QStringLiteral("base")) ? RunIdArgument(parser.value(QStringLiteral("base")), QStringLiteral("base")) : QString();
         const TableFormat format =
             FormatOption(parser, {QStringLiteral("txt"), QStringLiteral("csv"), QStringLiteral("xlsx"), QStringLiteral("json")});
         const QString output = parser.value(QStringLiteral("o"));
@@ -78,11 +79,11 @@ public:
             LayoutFromFlagsOrSettings(parser, session.tm.settings, layout);
         session.open();
         const Comparison comparison = ReadComparison(session.tm.db, runs, base, session.units());
-        const TableDocument document = summaryTable ? SummaryComparisonDocument(comparison)
-                                                    : DifferenceTableDocument(session.tm.db, comparison, layout,
-                                                                              static_cast<qint32>(year.first()), table == 1);
-        const QString stem = SafeFileStem(comparison.runIds().join(QLatin1Char('_'))) + QStringLiteral("_Compare")
-                             + (summaryTable ? QString() : QLatin1Char('_') + kTables.at(table) + QString::number(year.first()));
+        const TableDocument document =
+            summaryTable ? SummaryComparisonDocument(comparison)
+                         : DifferenceTableDocument(session.tm.db, comparison, layout, static_cast<qint32>(year.first()), table == 1);
+        const QString stem = SafeFileStem(comparison.runIds().join(QLatin1Char('_'))) + QStringLiteral("_Compare") +
+                             (summaryTable ? QString() : QLatin1Char('_') + kTables.at(table) + QString::number(year.first()));
         const QString defaultPath = QDir(session.tm.ReportFolder()).filePath(stem + TableFileSuffix(format));
         WriteTableOutput(ctx, format, output, defaultPath, document, definitions);
         return CliOk;

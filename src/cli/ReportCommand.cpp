@@ -5,10 +5,10 @@
 #include "cli/Selection.h"
 #include "cli/TableOutput.h"
 #include "domain/composition/StandLevelsReport.h"
-#include "domain/standstock/StandStockDocument.h"
-#include "domain/table/TableFile.h"
 #include "domain/output/ReportFile.h"
+#include "domain/standstock/StandStockDocument.h"
 #include "domain/standstock/StandStockReport.h"
+#include "domain/table/TableFile.h"
 
 #include <QDir>
 
@@ -41,14 +41,17 @@ public:
     QList<QCommandLineOption> options() const override
     {
         return {QCommandLineOption(QStringLiteral("kind"), QStringLiteral("Standing (S) or harvested (H) trees."), QStringLiteral("S|H")),
-                QCommandLineOption(QStringLiteral("cycles"), QStringLiteral("The cycles to report (default: all)."), QStringLiteral("C1,C2,..")),
+                QCommandLineOption(QStringLiteral("cycles"), QStringLiteral("The cycles to report (default: all)."),
+                                   QStringLiteral("C1,C2,..")),
                 QCommandLineOption(QStringLiteral("years"), QStringLiteral("The calendar years to report."), QStringLiteral("Y1,Y2,..")),
                 QCommandLineOption(QStringLiteral("classes"),
                                    QStringLiteral("The diameter classes (default: the settings', else 0,10,10)."),
                                    QStringLiteral("START,WIDTH,COUNT")),
-                QCommandLineOption(QStringLiteral("statistic"), QStringLiteral("Composition: density (default), basal area or gross total volume."),
+                QCommandLineOption(QStringLiteral("statistic"),
+                                   QStringLiteral("Composition: density (default), basal area or gross total volume."),
                                    QStringLiteral("sph|basal-area|gtv")),
-                QCommandLineOption(QStringLiteral("title"), QStringLiteral("The report's title, at most 50 characters."), QStringLiteral("TEXT")),
+                QCommandLineOption(QStringLiteral("title"), QStringLiteral("The report's title, at most 50 characters."),
+                                   QStringLiteral("TEXT")),
                 QCommandLineOption(QStringLiteral("description"), QStringLiteral("The report's description."), QStringLiteral("TEXT")),
                 QCommandLineOption(QStringLiteral("format"),
                                    QStringLiteral("txt (default): the report file; csv or xlsx: its table as numbers. Stand and stock: "
@@ -56,7 +59,8 @@ public:
                                                   "--statistic, xlsx a sheet per statistic (SPH, basal area, GTV)."),
                                    QStringLiteral("FORMAT")),
                 DefinitionsOption(),
-                QCommandLineOption(QStringLiteral("o"), QStringLiteral("Where the report goes: a file, or - for stdout."), QStringLiteral("FILE"))};
+                QCommandLineOption(QStringLiteral("o"), QStringLiteral("Where the report goes: a file, or - for stdout."),
+                                   QStringLiteral("FILE"))};
     }
     int minArguments() const override { return 2; }
     int maxArguments() const override { return 2; }
@@ -74,8 +78,9 @@ public:
             throw CliUsageFault{QStringLiteral("-o needs a file, or - for the standard output")};
         const TableFormat format = FormatOption(parser, {QStringLiteral("txt"), QStringLiteral("csv"), QStringLiteral("xlsx")});
         const bool definitions = DefinitionsAsked(parser, format);
-        const QStringList ownOptions = composition ? QStringList{QStringLiteral("cycles"), QStringLiteral("years"), QStringLiteral("classes")}
-                                                   : QStringList{QStringLiteral("statistic")};
+        const QStringList ownOptions = composition
+                                           ? QStringList{QStringLiteral("cycles"), QStringLiteral("years"), QStringLiteral("classes")}
+                                           : QStringList{QStringLiteral("statistic")};
         for (const QString &option : ownOptions) {
             if (parser.isSet(option))
                 throw CliUsageFault{QStringLiteral("--%1 is no option of report %2").arg(option, what)};
@@ -113,8 +118,8 @@ public:
             StandStockData data(layout, session.tm.db.NumSpecies);
             const TableDocument document =
                 CompileStandStockDocument(session.tm.db, {run, request.density, request.cycles, session.units()}, layout, data);
-            const QString defaultPath = QDir(session.tm.ReportFolder())
-                                            .filePath(ExportFileStem(run, ReportKindName(kindOfReport)) + TableFileSuffix(format));
+            const QString defaultPath =
+                QDir(session.tm.ReportFolder()).filePath(ExportFileStem(run, ReportKindName(kindOfReport)) + TableFileSuffix(format));
             WriteTableOutput(ctx, format, output, defaultPath, document, definitions);
             return CliOk;
         }

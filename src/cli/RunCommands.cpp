@@ -33,8 +33,9 @@ public:
             throw CliUsageFault{QStringLiteral("init needs --db PATH")};
         // A server database is refused by the engine when it holds tables.
         if (!clsDBEngine::IsServerDatabase(ctx.dbPath) && QFileInfo::exists(ctx.dbPath)) {
-            throw SendrelError(ErrNo::FileAlreadyExists, QStringLiteral("sendrel-cli"),
-                               QStringLiteral("%1 exists already; init makes only new databases.").arg(QDir::toNativeSeparators(ctx.dbPath)));
+            throw SendrelError(
+                ErrNo::FileAlreadyExists, QStringLiteral("sendrel-cli"),
+                QStringLiteral("%1 exists already; init makes only new databases.").arg(QDir::toNativeSeparators(ctx.dbPath)));
         }
         CreateRunDatabase(ctx.dbPath);
         return CliOk;
@@ -100,7 +101,7 @@ public:
         session.open();
         const RunKey run = session.requireRun(args.first(), kind);
         session.tm.db.checkNotDamaged();
-        session.tm.db.deleteRun(run);   // one unit: the whole run goes, or nothing of it
+        session.tm.db.deleteRun(run);  // one unit: the whole run goes, or nothing of it
         return CliOk;
     }
 };

@@ -7,8 +7,7 @@
 
 namespace sendrel {
 
-QList<CycleListEntry> SelectedEntries(const QCommandLineParser &parser, const QVector<CycleListEntry> &entries,
-                                      const QString &runName)
+QList<CycleListEntry> SelectedEntries(const QCommandLineParser &parser, const QVector<CycleListEntry> &entries, const QString &runName)
 {
     QString given;
     for (const QString &name : {QStringLiteral("cycles"), QStringLiteral("years"), QStringLiteral("cycle"), QStringLiteral("year")}) {
@@ -25,14 +24,17 @@ QList<CycleListEntry> SelectedEntries(const QCommandLineParser &parser, const QV
     const QList<qint64> wanted = NumberListOption(parser, given);
     if (!given.endsWith(QLatin1Char('s')) && wanted.size() != 1)
         throw RefusedValue(given, QStringLiteral("one whole number"), parser.value(given));
-    auto keyOf = [byCycle](const CycleListEntry &e) { return byCycle ? static_cast<qint64>(e.cycle) : static_cast<qint64>(ReadNumber(e.yearText)); };
+    auto keyOf = [byCycle](const CycleListEntry &e) {
+        return byCycle ? static_cast<qint64>(e.cycle) : static_cast<qint64>(ReadNumber(e.yearText));
+    };
     for (const qint64 w : wanted) {
         bool found = false;
         for (const CycleListEntry &e : entries)
             found = found || keyOf(e) == w;
         if (!found) {
-            throw SendrelError(ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
-                               QStringLiteral("Run %1 has no %2 %3.").arg(runName, byCycle ? QStringLiteral("cycle") : QStringLiteral("year")).arg(w));
+            throw SendrelError(
+                ErrNo::InvalidCall, QStringLiteral("sendrel-cli"),
+                QStringLiteral("Run %1 has no %2 %3.").arg(runName, byCycle ? QStringLiteral("cycle") : QStringLiteral("year")).arg(w));
         }
     }
     QList<CycleListEntry> selected;

@@ -30,8 +30,8 @@ bool DefinitionsAsked(const QCommandLineParser &parser, TableFormat format)
     return true;
 }
 
-void WriteTableOutput(CliContext &ctx, TableFormat format, const QString &output, const QString &defaultPath,
-                      const TableDocument &document, bool definitions)
+void WriteTableOutput(CliContext &ctx, TableFormat format, const QString &output, const QString &defaultPath, const TableDocument &document,
+                      bool definitions)
 {
     if (output == QLatin1String("-")) {
         ctx.out << QString::fromUtf8(TableText(document, format));

@@ -22,7 +22,7 @@ bool DefinitionsAsked(const QCommandLineParser &parser, TableFormat format);
 // A command's table where -o asks for it: "-" the standard output, a file (written whole, an
 // earlier file kept on failure), or without -o the default path, which is then printed; with
 // definitions a CSV file's definitions beside it, whose path is printed too when the file's is.
-void WriteTableOutput(CliContext &ctx, TableFormat format, const QString &output, const QString &defaultPath,
-                      const TableDocument &document, bool definitions = false);
+void WriteTableOutput(CliContext &ctx, TableFormat format, const QString &output, const QString &defaultPath, const TableDocument &document,
+                      bool definitions = false);
 
 }  // namespace sendrel

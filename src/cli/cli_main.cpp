@@ -21,7 +21,7 @@ bool drawsChart(int argc, char *argv[])
             continue;
         }
         if (std::strncmp(argv[i], "--", 2) == 0)
-            continue;   // a global option with its value joined: --units=imperial
+            continue;  // a global option with its value joined: --units=imperial
         return std::strcmp(argv[i], "chart") == 0;
     }
     return false;
@@ -37,13 +37,12 @@ int main(int argc, char *argv[])
     const bool drawing = drawsChart(argc, argv);
     std::unique_ptr<QCoreApplication> app;
     if (drawing) {
-        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
-            && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
+            qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
         app = std::make_unique<QApplication>(argc, argv);
-        sendrel::SetChartFileWriter([](const QList<sendrel::ChartData> &pages, const QString &path) {
-            sendrel::Graph::SaveCharts(pages, path);
-        });
+        sendrel::SetChartFileWriter(
+            [](const QList<sendrel::ChartData> &pages, const QString &path) { sendrel::Graph::SaveCharts(pages, path); });
     } else {
         app = std::make_unique<QCoreApplication>(argc, argv);
     }

@@ -11,13 +11,12 @@ namespace sendrel {
 
 namespace {
 
-constexpr qreal kLead = 10;   // between the plot and the key
-constexpr qreal kSpace = 6;   // between a sample and its name, and after the name
+constexpr qreal kLead = 10;  // between the plot and the key
+constexpr qreal kSpace = 6;  // between a sample and its name, and after the name
 
 }  // namespace
 
-ChartKey::ChartKey(QList<Entry> entries, const QFont &font, const QColor &textColour, QSizeF sample,
-                   qreal availableHeight)
+ChartKey::ChartKey(QList<Entry> entries, const QFont &font, const QColor &textColour, QSizeF sample, qreal availableHeight)
     : m_entries(std::move(entries)), m_font(font), m_textColour(textColour), m_sample(sample)
 {
     // A point size is resolved against the device drawn on: a printer's dots would enlarge the
@@ -54,8 +53,7 @@ QRectF ChartKey::sampleRect(int entry) const
 {
     const int column = entry / m_rows;
     const int row = entry % m_rows;
-    return QRectF(QPointF(column * m_columnWidth + kLead, row * m_rowHeight + std::floor((m_rowHeight - m_sample.height()) / 2)),
-                  m_sample);
+    return QRectF(QPointF(column * m_columnWidth + kLead, row * m_rowHeight + std::floor((m_rowHeight - m_sample.height()) / 2)), m_sample);
 }
 
 void ChartKey::attachTo(QChart *chart, qreal rightMargin)

@@ -24,8 +24,8 @@ class ChartKey : public QGraphicsWidget {
 public:
     struct Entry {
         QString label;
-        QBrush brush;   // a bar's colour or grey; NoBrush: a line sample drawn with the pen
-        QBrush hatch;   // a pattern over the grey
+        QBrush brush;  // a bar's colour or grey; NoBrush: a line sample drawn with the pen
+        QBrush hatch;  // a pattern over the grey
         QPen pen;
     };
 
@@ -49,7 +49,7 @@ private:
     void place(QChart *chart, qreal rightMargin);
 
     QList<Entry> m_entries;
-    QFont m_font;            // in pixels, so that it keeps its size on a printer's painter
+    QFont m_font;  // in pixels, so that it keeps its size on a printer's painter
     QColor m_textColour;
     QSizeF m_sample;
     qreal m_rowHeight = 0;

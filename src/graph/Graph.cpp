@@ -44,22 +44,22 @@ namespace {
 // The first sixteen colours are chosen by hand: the species of the installed list (codes 1 to
 // 11 are palette 1 to 11) must stand apart at a glance, also side by side in a bar group.
 const QRgb kFirstColours[16] = {
-    qRgb(64, 64, 64),     // 0: species without a colour of their own
-    qRgb(31, 119, 180),   // blue
-    qRgb(255, 127, 14),   // orange
-    qRgb(44, 160, 44),    // green
-    qRgb(214, 39, 40),    // red
+    qRgb(64, 64, 64),  // 0: species without a colour of their own
+    qRgb(31, 119, 180),  // blue
+    qRgb(255, 127, 14),  // orange
+    qRgb(44, 160, 44),  // green
+    qRgb(214, 39, 40),  // red
     qRgb(148, 103, 189),  // purple
-    qRgb(140, 86, 75),    // brown
+    qRgb(140, 86, 75),  // brown
     qRgb(227, 119, 194),  // pink
-    qRgb(188, 189, 34),   // olive
-    qRgb(23, 190, 207),   // cyan
-    qRgb(0, 0, 139),      // navy
-    qRgb(128, 0, 0),      // maroon
-    qRgb(255, 215, 0),    // gold
-    qRgb(0, 128, 128),    // teal
-    qRgb(154, 205, 50),   // yellow green
-    qRgb(255, 99, 71),    // tomato
+    qRgb(188, 189, 34),  // olive
+    qRgb(23, 190, 207),  // cyan
+    qRgb(0, 0, 139),  // navy
+    qRgb(128, 0, 0),  // maroon
+    qRgb(255, 215, 0),  // gold
+    qRgb(0, 128, 128),  // teal
+    qRgb(154, 205, 50),  // yellow green
+    qRgb(255, 99, 71),  // tomato
 };
 
 QVector<QColor> makePalette()
@@ -93,8 +93,8 @@ struct Fill {
     int grey;
     Qt::BrushStyle hatch;
 };
-const Fill kFills[] = {{0, Qt::NoBrush},        {255, Qt::NoBrush},    {150, Qt::NoBrush},        {255, Qt::BDiagPattern},
-                       {85, Qt::NoBrush},       {210, Qt::NoBrush},    {0, Qt::HorPattern},       {255, Qt::CrossPattern},
+const Fill kFills[] = {{0, Qt::NoBrush},        {255, Qt::NoBrush},    {150, Qt::NoBrush},         {255, Qt::BDiagPattern},
+                       {85, Qt::NoBrush},       {210, Qt::NoBrush},    {0, Qt::HorPattern},        {255, Qt::CrossPattern},
                        {150, Qt::FDiagPattern}, {255, Qt::VerPattern}, {85, Qt::DiagCrossPattern}, {210, Qt::HorPattern}};
 // The text key of a fill's tile that names its place in kFills.
 const QString kFillKey = QStringLiteral("sendrel-fill");
@@ -118,7 +118,7 @@ QBrush fillBrush(int fill, qreal scale)
 {
     if (kFills[fill].hatch == Qt::NoBrush)
         return groundOf(fill);
-    constexpr int kCell = 8;   // the hatches' own size
+    constexpr int kCell = 8;  // the hatches' own size
     const int k = qMax(1, qRound(scale));
     QImage tile(kCell * k, kCell * k, QImage::Format_RGB32);
     tile.fill(groundOf(fill).color());
@@ -157,18 +157,9 @@ void splitFills(QGraphicsScene &scene)
 // pen's width, each short enough to repeat in the key's sample; an empty pattern is a solid line.
 // Dots, short, middle and long dashes and their mixtures, so that no two differ only a little in
 // the length of a dash.
-const QList<QList<qreal>> kDashPatterns = {{},
-                                            {4, 2},
-                                            {1, 1.5},
-                                            {4, 1.5, 1, 1.5},
-                                            {8, 2},
-                                            {1, 3.5},
-                                            {4, 1.5, 1, 1.5, 1, 1.5},
-                                            {2, 2},
-                                            {8, 2, 1, 2},
-                                            {1, 1, 1, 4},
-                                            {8, 2, 2, 2},
-                                            {2, 4.5}};
+const QList<QList<qreal>> kDashPatterns = {
+    {},     {4, 2},       {1, 1.5},     {4, 1.5, 1, 1.5}, {8, 2},  {1, 3.5}, {4, 1.5, 1, 1.5, 1, 1.5},
+    {2, 2}, {8, 2, 1, 2}, {1, 1, 1, 4}, {8, 2, 2, 2},     {2, 4.5}};
 
 // Category labels must differ for the axis to keep them apart; a repeated label gets
 // invisible characters behind it.
@@ -214,8 +205,7 @@ QFont withSize(QFont font, double points, bool bold = false)
 
 }  // namespace
 
-Graph::Graph(QWidget *parent)
-    : QWidget(parent), m_view(new QChartView(this))
+Graph::Graph(QWidget *parent) : QWidget(parent), m_view(new QChartView(this))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -308,7 +298,8 @@ QAbstractAxis *addBars(QChart *chart, const ChartData &data, bool colour, qreal 
 
 // The series as lines over x, added to the chart and to drawn, with a key entry for each named
 // one; gives the x axis.
-QAbstractAxis *addLines(QChart *chart, const ChartData &data, bool colour, QList<ChartKey::Entry> &keyEntries, QList<QAbstractSeries *> &drawn)
+QAbstractAxis *addLines(QChart *chart, const ChartData &data, bool colour, QList<ChartKey::Entry> &keyEntries,
+                        QList<QAbstractSeries *> &drawn)
 {
     const QVector<ChartData::Series> &all = data.series();
     QAbstractAxis *xAxis = nullptr;
@@ -636,7 +627,8 @@ void Graph::ChartDraw(qint16 action)
             own->setPageOrientation(QPageLayout::Landscape);
             printer = own.get();
         }
-        PrintOn(*printer, [this](QPagedPaintDevice &device) { renderTo(&device, ChartPrintStyle() == 3); }, QStringLiteral("Graph"));
+        PrintOn(
+            *printer, [this](QPagedPaintDevice &device) { renderTo(&device, ChartPrintStyle() == 3); }, QStringLiteral("Graph"));
         break;
     }
     default:

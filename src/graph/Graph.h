@@ -91,7 +91,7 @@ private:
     QSize outputSize() const;
 
     QChartView *m_view = nullptr;
-    std::unique_ptr<ChartData> m_shown;   // the data as of the last ChartDraw 2
+    std::unique_ptr<ChartData> m_shown;  // the data as of the last ChartDraw 2
     QPrinter *m_printer = nullptr;
 };
 

@@ -2,15 +2,15 @@
 
 #include "app/CommandLine.h"
 #include "app/FolderLocation.h"
+#include "app/GameDB.h"
+#include "app/TreeModel.h"
 #include "base/SendrelError.h"
 #include "base/SettingsStore.h"
-#include "app/TreeModel.h"
 #include "base/UserQuestions.h"
 #include "shell/frmKD_Splash.h"
 #include "shell/frmSendrel.h"
-#include "windows/browser/frmMarquel.h"
-#include "app/GameDB.h"
 #include "store/Schema.h"
+#include "windows/browser/frmMarquel.h"
 
 #include <QCheckBox>
 #include <QMdiSubWindow>
@@ -21,8 +21,8 @@ namespace {
 
 void showMainFailure(TreeModel &tm, const SendrelError &e)
 {
-    tm.questions.message({QStringLiteral("Sendrel"), QStringLiteral("Module:TREEMODL|MAIN\n") + e.description(), MsgIcon::None,
-                          MsgButtons::OK, Answer::OK});
+    tm.questions.message(
+        {QStringLiteral("Sendrel"), QStringLiteral("Module:TREEMODL|MAIN\n") + e.description(), MsgIcon::None, MsgButtons::OK, Answer::OK});
 }
 
 void showBrowser(frmSendrel &frame, frmMarquel &browser)

@@ -30,9 +30,8 @@ frmKD_About::frmKD_About(QWidget *parent)
     big.setPointSizeF(big.pointSizeF() * 1.8);
     big.setBold(true);
     Label2->setFont(big);
-    Label1->setText(QStringLiteral(
-        "Sendrel is the graphical reporting component of Tolvane, the growth model output processing system. "
-        "It is used to compare the responses of different stand structures to treatments over time."));
+    Label1->setText(QStringLiteral("Sendrel is the graphical reporting component of Tolvane, the growth model output processing system. "
+                                   "It is used to compare the responses of different stand structures to treatments over time."));
     Label1->setWordWrap(true);
     lblVersion->setText(VersionText());
     cmdOK->setText(QStringLiteral("OK"));

@@ -12,8 +12,8 @@
 namespace sendrel {
 
 frmKD_Splash::frmKD_Splash(QWidget *parent)
-    : QDialog(parent, Qt::SplashScreen | Qt::FramelessWindowHint), Image1(new PictureBox(StandPicture(), this)),
-      Label2(new QLabel(this)), Label3(new QLabel(this)), lblVersion(new QLabel(this)), Timer1(new QTimer(this))
+    : QDialog(parent, Qt::SplashScreen | Qt::FramelessWindowHint), Image1(new PictureBox(StandPicture(), this)), Label2(new QLabel(this)),
+      Label3(new QLabel(this)), lblVersion(new QLabel(this)), Timer1(new QTimer(this))
 {
     setObjectName(QStringLiteral("frmKD_Splash"));
     setModal(true);

@@ -25,8 +25,8 @@ protected:
 
 private:
     PictureBox *Image1;
-    QLabel *Label2;        // the program's name
-    QLabel *Label3;        // what the program is
+    QLabel *Label2;  // the program's name
+    QLabel *Label3;  // what the program is
     QLabel *lblVersion;
     QTimer *Timer1;
 };

@@ -2,15 +2,15 @@
 
 #include "app/FolderLocation.h"
 #include "app/SaveSettingsAndEnd.h"
-#include "base/SendrelError.h"
 #include "app/TreeModel.h"
+#include "base/SendrelError.h"
 #include "base/UserQuestions.h"
+#include "shell/RevealPicture.h"
+#include "shell/frmKD_About.h"
 #include "windows/common/ChildFrame.h"
 #include "windows/common/ChildMenus.h"
-#include "shell/RevealPicture.h"
 #include "windows/common/ShowHelp.h"
 #include "windows/common/WindowMenu.h"
-#include "shell/frmKD_About.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -115,20 +115,19 @@ QAction *frmSendrel::addItem(QMenu *menu, const QString &name, const QString &ca
 void frmSendrel::buildMenus()
 {
     QMenu *file = addMenu(QStringLiteral("mnu_File"), QStringLiteral("&File"));
-    connect(addItem(file, QStringLiteral("mnu_Exit"), QStringLiteral("E&xit")), &QAction::triggered, this,
-            &frmSendrel::SaveSettingsAndEnd);
+    connect(addItem(file, QStringLiteral("mnu_Exit"), QStringLiteral("E&xit")), &QAction::triggered, this, &frmSendrel::SaveSettingsAndEnd);
 
     QMenu *window = addMenu(QStringLiteral("mnu_Window"), QStringLiteral("&Window"));
     connect(addItem(window, QStringLiteral("mnu_Window_Cascade"), QStringLiteral("&Cascade")), &QAction::triggered, this,
             [this] { Arrange(kArrangeCascade); });
-    connect(addItem(window, QStringLiteral("mnu_Window_TileHorizontally"), QStringLiteral("Tile &Horizontally")),
-            &QAction::triggered, this, [this] { Arrange(kArrangeTileHorizontal); });
-    connect(addItem(window, QStringLiteral("mnu_Window_TileVertically"), QStringLiteral("Tile &Vertically")), &QAction::triggered,
-            this, [this] { Arrange(kArrangeTileVertical); });
+    connect(addItem(window, QStringLiteral("mnu_Window_TileHorizontally"), QStringLiteral("Tile &Horizontally")), &QAction::triggered, this,
+            [this] { Arrange(kArrangeTileHorizontal); });
+    connect(addItem(window, QStringLiteral("mnu_Window_TileVertically"), QStringLiteral("Tile &Vertically")), &QAction::triggered, this,
+            [this] { Arrange(kArrangeTileVertical); });
     connect(addItem(window, QStringLiteral("mnuArrangeWindows"), QStringLiteral("&Arrange Windows")), &QAction::triggered, this,
             &frmSendrel::ArrangeWindows);
-    connect(addItem(window, QStringLiteral("mnu_Window_ArrangeIcons"), QStringLiteral("&Arrange Icons")), &QAction::triggered,
-            this, [this] { Arrange(kArrangeIcons); });
+    connect(addItem(window, QStringLiteral("mnu_Window_ArrangeIcons"), QStringLiteral("&Arrange Icons")), &QAction::triggered, this,
+            [this] { Arrange(kArrangeIcons); });
     ListOpenWindows(window, *this);
 
     QMenu *help = addMenu(QStringLiteral("mnuHelp"), QStringLiteral("&Help"));
@@ -136,13 +135,12 @@ void frmSendrel::buildMenus()
             [this] { ShowHelpTopic(0); });
     connect(addItem(help, QStringLiteral("mnuHelpSearch"), QStringLiteral("&Search for help on...")), &QAction::triggered, this,
             [this] { ShowHelpTopic(0); });
-    connect(addItem(help, QStringLiteral("mnuHelpTechnicalSupport"), QStringLiteral("&Obtaining Technical Support")),
-            &QAction::triggered, this, [this] { ShowHelpTopic(14); });
-    connect(addItem(help, QStringLiteral("mnuHelpAcknowledgements"), QStringLiteral("Acknowledgements")), &QAction::triggered,
-            this, [this] { ShowHelpTopic(15); });
+    connect(addItem(help, QStringLiteral("mnuHelpTechnicalSupport"), QStringLiteral("&Obtaining Technical Support")), &QAction::triggered,
+            this, [this] { ShowHelpTopic(14); });
+    connect(addItem(help, QStringLiteral("mnuHelpAcknowledgements"), QStringLiteral("Acknowledgements")), &QAction::triggered, this,
+            [this] { ShowHelpTopic(15); });
     help->addSeparator()->setObjectName(QStringLiteral("mnuHelpSep1"));
-    connect(addItem(help, QStringLiteral("mnuHelpAbout"), QStringLiteral("&About...")), &QAction::triggered, this,
-            &frmSendrel::ShowAbout);
+    connect(addItem(help, QStringLiteral("mnuHelpAbout"), QStringLiteral("&About...")), &QAction::triggered, this, &frmSendrel::ShowAbout);
 }
 
 void frmSendrel::UpdateMenus()
@@ -188,8 +186,8 @@ void frmSendrel::Form_Load()
             SaveSettingsAndEnd();
         }
     } catch (const SendrelError &e) {
-        m_tm.questions.message({QStringLiteral("Sendrel"), QStringLiteral("frmSendrel|MDIForm_Load\n") + e.description(),
-                                MsgIcon::Critical, MsgButtons::OK, Answer::OK});
+        m_tm.questions.message({QStringLiteral("Sendrel"), QStringLiteral("frmSendrel|MDIForm_Load\n") + e.description(), MsgIcon::Critical,
+                                MsgButtons::OK, Answer::OK});
         if (!located)
             SaveSettingsAndEnd();
     }
@@ -239,8 +237,10 @@ QMdiSubWindow *frmSendrel::AddChildWindow(QWidget *form)
     }
     FitIntoWorkArea(sub, QRect(QPoint(0, 0), m_mdi->viewport()->size()));
     // A form that closed by itself takes its sub-window along: no empty window stays.
-    connect(form, &QObject::destroyed, sub, [sub] { sub->close(); }, Qt::QueuedConnection);
-    connect(sub, &QObject::destroyed, this, [this] { UpdateMenus(); }, Qt::QueuedConnection);
+    connect(
+        form, &QObject::destroyed, sub, [sub] { sub->close(); }, Qt::QueuedConnection);
+    connect(
+        sub, &QObject::destroyed, this, [this] { UpdateMenus(); }, Qt::QueuedConnection);
     return sub;
 }
 
@@ -274,11 +274,20 @@ void FitIntoWorkArea(QWidget *window, const QRect &room, bool toCorner)
 void frmSendrel::Arrange(int command)
 {
     switch (command) {
-    case kArrangeCascade: m_mdi->cascadeSubWindows(); break;
-    case kArrangeTileHorizontal: tile(true); break;
-    case kArrangeTileVertical: tile(false); break;
-    case kArrangeIcons: arrangeIcons(); break;
-    default: break;
+    case kArrangeCascade:
+        m_mdi->cascadeSubWindows();
+        break;
+    case kArrangeTileHorizontal:
+        tile(true);
+        break;
+    case kArrangeTileVertical:
+        tile(false);
+        break;
+    case kArrangeIcons:
+        arrangeIcons();
+        break;
+    default:
+        break;
     }
 }
 

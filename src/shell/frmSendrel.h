@@ -70,7 +70,7 @@ public:
     QMdiArea *mdiArea() const { return m_mdi; }
     TreeModel &treeModel() const { return m_tm; }
 
-    QPointer<frmMarquel> Marquel;   // the run browser, once it is loaded
+    QPointer<frmMarquel> Marquel;  // the run browser, once it is loaded
     int HelpContextID = 29;
 
 protected:

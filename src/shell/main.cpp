@@ -1,10 +1,10 @@
-#include "base/SettingsStore.h"
-#include "app/TreeModel.h"
-#include "shell/GuiQuestions.h"
 #include "shell/Main.h"
+#include "app/TreeModel.h"
+#include "base/SettingsStore.h"
+#include "domain/import/ImportTreeList.h"
+#include "shell/GuiQuestions.h"
 #include "shell/RevealPicture.h"
 #include "shell/frmSendrel.h"
-#include "domain/import/ImportTreeList.h"
 
 #include <QApplication>
 

@@ -40,8 +40,8 @@ QList<CycleSpeciesSums> keptSums(clsDBEngine &engine, const RunKey &run)
     const auto number = [&kept](int column) { return numberOf(kept, column); };
     QList<CycleSpeciesSums> groups;
     while (kept.next()) {
-        groups.append({kept.integer(0), kept.integer(1), kept.integer(2), kept.integer(3),
-                       {number(4), number(5), number(6), number(7), number(8)}});
+        groups.append(
+            {kept.integer(0), kept.integer(1), kept.integer(2), kept.integer(3), {number(4), number(5), number(6), number(7), number(8)}});
     }
     return groups;
 }
@@ -60,7 +60,8 @@ bool stillTheRecords(clsDBEngine &engine, const RunKey &run, const QList<CycleSp
     headers.bind(1, run.runId).bind(2, run.letter());
     while (headers.next())
         cycles.insert(headers.integer(0));
-    Statement last(engine, QStringLiteral("SELECT MAX(rowid) FROM Model_Entries WHERE Run_Id = ?1 AND Standing_Harvested = ?2 AND Cycle_Number = ?3"));
+    Statement last(
+        engine, QStringLiteral("SELECT MAX(rowid) FROM Model_Entries WHERE Run_Id = ?1 AND Standing_Harvested = ?2 AND Cycle_Number = ?3"));
     for (qint64 cycle : std::as_const(cycles)) {
         last.bind(1, run.runId).bind(2, run.letter()).bind(3, cycle);
         const bool hasRecords = last.next() && !last.isNull(0);
@@ -127,7 +128,8 @@ void MakeCycleSumsTable(clsDBEngine &engine)
                                      "  Gross_Merch_Volume REAL,\n"
                                      "  Merch_Vol_Less_DWB REAL)"))
         .run();
-    Statement(engine, QStringLiteral("CREATE INDEX IF NOT EXISTS Model_Cycle_Sums_Run ON Model_Cycle_Sums (Run_Id, Standing_Harvested)")).run();
+    Statement(engine, QStringLiteral("CREATE INDEX IF NOT EXISTS Model_Cycle_Sums_Run ON Model_Cycle_Sums (Run_Id, Standing_Harvested)"))
+        .run();
 }
 
 void DeleteCycleSums(clsDBEngine &engine, const RunKey &run)
@@ -153,7 +155,7 @@ QList<CycleSpeciesSums> ReadCycleSums(clsDBEngine &engine, const RunKey &run)
 QHash<qint64, SpeciesSums> YearSums(clsDBEngine &engine, const QString &runId, const QList<CycleSpeciesSums> &standing,
                                     const QList<CycleSpeciesSums> &harvested, double harvestedSign)
 {
-    QHash<std::pair<bool, qint64>, QList<const CycleSpeciesSums *>> byCycle;   // (standing, cycle)
+    QHash<std::pair<bool, qint64>, QList<const CycleSpeciesSums *>> byCycle;  // (standing, cycle)
     for (const CycleSpeciesSums &g : standing)
         byCycle[{true, g.cycle}].append(&g);
     for (const CycleSpeciesSums &g : harvested)
@@ -197,7 +199,8 @@ QList<CycleSpeciesSums> SumCycleRecords(clsDBEngine &engine, const RunKey &run)
         builder.add(records.integer(0), records.integer(1), records.integer(2), number(3), number(4), number(5), number(6), number(7));
     }
     QList<CycleSpeciesSums> groups = builder.groups();
-    std::sort(groups.begin(), groups.end(), [](const CycleSpeciesSums &a, const CycleSpeciesSums &b) { return a.firstRecord < b.firstRecord; });
+    std::sort(groups.begin(), groups.end(),
+              [](const CycleSpeciesSums &a, const CycleSpeciesSums &b) { return a.firstRecord < b.firstRecord; });
     return groups;
 }
 

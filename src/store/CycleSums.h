@@ -45,8 +45,8 @@ struct CycleSpeciesSums {
 // from 3.43 on it compensates the rounding of its sums.)
 class CycleSumsBuilder {
 public:
-    void add(qint64 record, qint64 cycle, qint64 species, double treesPerHa, double diameter, double totalVolume,
-             double grossMerchVolume, double netMerchVolume);
+    void add(qint64 record, qint64 cycle, qint64 species, double treesPerHa, double diameter, double totalVolume, double grossMerchVolume,
+             double netMerchVolume);
     // In the order of their first record.
     const QList<CycleSpeciesSums> &groups() const { return m_groups; }
 

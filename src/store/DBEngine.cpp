@@ -149,7 +149,8 @@ bool clsDBEngine::InTransaction() const
 
 Statement &clsDBEngine::insertFor(const QString &table, int valueCount, bool AutoN)
 {
-    const QString key = table.toLower() + QLatin1Char('|') + QString::number(valueCount) + (AutoN ? QLatin1String("|a") : QLatin1String(""));
+    const QString key =
+        table.toLower() + QLatin1Char('|') + QString::number(valueCount) + (AutoN ? QLatin1String("|a") : QLatin1String(""));
     if (const auto found = m_inserts.constFind(key); found != m_inserts.constEnd())
         return **found;
 
@@ -174,7 +175,8 @@ Statement &clsDBEngine::insertFor(const QString &table, int valueCount, bool Aut
         marks.append(QStringLiteral("?"));
     }
     auto insert = std::make_shared<Statement>(
-        *this, QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)").arg(quotedTable, names.join(QLatin1Char(',')), marks.join(QLatin1Char(','))));
+        *this,
+        QStringLiteral("INSERT INTO \"%1\" (%2) VALUES (%3)").arg(quotedTable, names.join(QLatin1Char(',')), marks.join(QLatin1Char(','))));
     m_inserts.insert(key, insert);
     return *insert;
 }

@@ -119,7 +119,8 @@ void BackupDatabase(clsDBEngine &engine, const QString &target)
                                 .arg(QDir::toNativeSeparators(engine.PathToDB), shownTarget, cause));
     };
     if (QFileInfo::exists(target) || QFileInfo(target).isSymLink())
-        throw SendrelError(ErrNo::FileAlreadyExists, kSource, QStringLiteral("%1 exists already; a backup is written to a new file only.").arg(shownTarget));
+        throw SendrelError(ErrNo::FileAlreadyExists, kSource,
+                           QStringLiteral("%1 exists already; a backup is written to a new file only.").arg(shownTarget));
 
     // A name of its own beside the target, so the move into place stays on one file system.
     QTemporaryFile part(target + QStringLiteral(".part-XXXXXX"));
@@ -175,7 +176,8 @@ void BackupDatabase(clsDBEngine &engine, const QString &target)
     removeJournals();
     // Never over a file that came meanwhile: rename refuses an existing name.
     if (!QFile::rename(partName, target))
-        throw failed(QFileInfo::exists(target) ? QStringLiteral("%1 came into being meanwhile").arg(shownTarget) : QStringLiteral("it cannot be moved into place"));
+        throw failed(QFileInfo::exists(target) ? QStringLiteral("%1 came into being meanwhile").arg(shownTarget)
+                                               : QStringLiteral("it cannot be moved into place"));
     part.setAutoRemove(false);
 }
 
@@ -192,7 +194,8 @@ void RestoreDatabase(clsDBEngine &engine, const QString &source)
     // Read only, and never made when missing.
     QUrl url = QUrl::fromLocalFile(QFileInfo(source).absoluteFilePath());
     url.setQuery(QStringLiteral("mode=ro"));
-    int rc = sqlite3_open_v2(url.toString(QUrl::FullyEncoded).toUtf8().constData(), &backup.db, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
+    int rc =
+        sqlite3_open_v2(url.toString(QUrl::FullyEncoded).toUtf8().constData(), &backup.db, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr);
     if (rc != SQLITE_OK)
         throw failed(backup.db ? QString::fromUtf8(sqlite3_errmsg(backup.db)) : QString::fromUtf8(sqlite3_errstr(rc)));
     const QString verdict = quickCheck(backup.db);

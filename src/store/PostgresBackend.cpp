@@ -360,7 +360,8 @@ public:
     {
         // Waits as long as lock_timeout allows, like any other lock; the hash of two keys may meet,
         // which makes the two wait for each other and nothing worse.
-        const std::unique_ptr<StatementBackend> hold = prepare(QStringLiteral("SELECT pg_advisory_xact_lock(hashtextextended(lower(?1), 0))"));
+        const std::unique_ptr<StatementBackend> hold =
+            prepare(QStringLiteral("SELECT pg_advisory_xact_lock(hashtextextended(lower(?1), 0))"));
         const QByteArray utf8 = key.toUtf8();
         hold->bindUtf8(1, utf8.constData(), static_cast<int>(utf8.size()), true);
         hold->next();

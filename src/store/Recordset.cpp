@@ -74,7 +74,8 @@ QVariant Recordset::Fields(const QString &name) const
     const int index = FieldIndex(name);
     if (index < 0)
         throw SendrelError(ErrNo::ItemNotFound, QStringLiteral("Recordset"),
-                           QStringLiteral("Item cannot be found in the collection corresponding to the requested name or ordinal: ") + name);
+                           QStringLiteral("Item cannot be found in the collection corresponding to the requested name or ordinal: ") +
+                               name);
     return Fields(index);
 }
 

@@ -18,14 +18,14 @@ public:
     Recordset();
     Recordset(QStringList names, QVector<Row> rows);
 
-    bool Eof() const;           // EOF: past the last row, or no rows at all
+    bool Eof() const;  // EOF: past the last row, or no rows at all
     void MoveFirst();
     void MoveNext();
     int RecordCount() const;
 
     QVariant Fields(const QString &name) const;
     QVariant Fields(int index) const;
-    int FieldIndex(const QString &name) const;   // -1 when not there
+    int FieldIndex(const QString &name) const;  // -1 when not there
 
     void Close();
     bool IsOpen() const;

@@ -9,7 +9,6 @@
 
 namespace sendrel {
 
-
 // "S" or "H".
 QString KindLetter(RunKind kind);
 // "Standing" or "Harvested", as run lists show it.

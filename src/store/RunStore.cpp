@@ -37,9 +37,9 @@ QByteArray fileState(const QString &path)
     struct stat st {};
     if (::stat(QFile::encodeName(path).constData(), &st) != 0)
         return QByteArray();
-    return QByteArray::number(static_cast<qulonglong>(st.st_dev)) + ' ' + QByteArray::number(static_cast<qulonglong>(st.st_ino)) + ' '
-           + QByteArray::number(static_cast<qlonglong>(st.st_size)) + ' ' + QByteArray::number(static_cast<qlonglong>(st.st_ctim.tv_sec))
-           + '.' + QByteArray::number(static_cast<qlonglong>(st.st_ctim.tv_nsec));
+    return QByteArray::number(static_cast<qulonglong>(st.st_dev)) + ' ' + QByteArray::number(static_cast<qulonglong>(st.st_ino)) + ' ' +
+           QByteArray::number(static_cast<qlonglong>(st.st_size)) + ' ' + QByteArray::number(static_cast<qlonglong>(st.st_ctim.tv_sec)) +
+           '.' + QByteArray::number(static_cast<qlonglong>(st.st_ctim.tv_nsec));
 }
 
 // The note beside the file: "tolv_game.mdb-checked".
@@ -72,7 +72,8 @@ void RunStore::noteChecked(const QByteArray &state) const
         note.commit();
 }
 
-template <typename F> void RunStore::keepingCheck(F &&f)
+template <typename F>
+void RunStore::keepingCheck(F &&f)
 {
     const QString path = DBEngine.PathToDB;
     const QByteArray before = path.isEmpty() ? QByteArray() : fileState(path);
@@ -103,7 +104,9 @@ void RunStore::open(const QString &path)
     DBEngine.OpenDB();
     MakeScratchReportTables(DBEngine);
     // A file without the run tables is no run database: refused here rather than at the first read.
-    { Statement probe(DBEngine, QStringLiteral("SELECT 1 FROM Model_Run, Model_Header, Model_Entries")); }
+    {
+        Statement probe(DBEngine, QStringLiteral("SELECT 1 FROM Model_Run, Model_Header, Model_Entries"));
+    }
     DBEngine.UseWriteAheadLog();
     if (sqlite3 *handle = DBEngine.backend().sqliteHandle())
         sqlite3_wal_hook(handle, &RunStore::afterCommit, this);
@@ -170,9 +173,8 @@ QString RunStore::storedRunId(const RunKey &run)
 
 QList<RunRow> RunStore::runs(const std::optional<QString> &onlyRunId)
 {
-    const QString select = QStringLiteral(
-        "SELECT Model_Run.Run_Id, Model_Run.Standing_Harvested, Run.Run_Desc "
-        "FROM Model_Run LEFT JOIN Run ON Model_Run.Run_Id = Run.Run_Id");
+    const QString select = QStringLiteral("SELECT Model_Run.Run_Id, Model_Run.Standing_Harvested, Run.Run_Desc "
+                                          "FROM Model_Run LEFT JOIN Run ON Model_Run.Run_Id = Run.Run_Id");
     // The order of the table, which a server keeps only when asked.
     const QString order = QStringLiteral(" ORDER BY Model_Run.rowid");
     Statement list(DBEngine, onlyRunId ? select + QStringLiteral(" WHERE Run.Run_ID = ?1") + order
@@ -233,7 +235,10 @@ void RunStore::describeRun(const QString &runId, const std::optional<QString> &d
     if (description)
         Statement(DBEngine, QStringLiteral("UPDATE Run SET Run_Desc = ?1 WHERE Run_Id = ?2")).bind(1, *description).bind(2, runId).run();
     if (parameters)
-        Statement(DBEngine, QStringLiteral("UPDATE Run SET run_parameters = ?1 WHERE Run_Id = ?2")).bind(1, *parameters).bind(2, runId).run();
+        Statement(DBEngine, QStringLiteral("UPDATE Run SET run_parameters = ?1 WHERE Run_Id = ?2"))
+            .bind(1, *parameters)
+            .bind(2, runId)
+            .run();
     transaction.commit();
 }
 
@@ -271,9 +276,10 @@ void RunStore::checkNotDamaged()
         throw e.withDescription(e.description() + nothingWritten);
     }
     if (problem != QLatin1String("ok")) {
-        throw SendrelError(ErrNo::DatabaseFailure, QStringLiteral("SQLite"),
-                           QStringLiteral("The run database %1 is damaged (%2).").arg(QDir::toNativeSeparators(DBEngine.PathToDB), problem)
-                               + nothingWritten);
+        throw SendrelError(
+            ErrNo::DatabaseFailure, QStringLiteral("SQLite"),
+            QStringLiteral("The run database %1 is damaged (%2).").arg(QDir::toNativeSeparators(DBEngine.PathToDB), problem) +
+                nothingWritten);
     }
     noteChecked(state);
 }

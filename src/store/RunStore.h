@@ -39,7 +39,7 @@ struct CycleRow {
 
 // One tree record of a cycle as the stand and stock tables read it.
 struct TreeRow {
-    double speciesCode = 0;   // as stored; the caller rounds it to its integer type
+    double speciesCode = 0;  // as stored; the caller rounds it to its integer type
     double diameter = 0;
     double totalVolume = 0;
     double treesPerHa = 0;
@@ -131,7 +131,8 @@ public:
     // orders them (NULL first), records of the same species and diameter in table order.
     std::vector<TreeRow> treesOfCycle(const RunKey &run, qint64 cycle);
     // Calls f(const TreeRow &) for each of them in that order.
-    template <typename F> void forEachTree(const RunKey &run, qint64 cycle, F &&f);
+    template <typename F>
+    void forEachTree(const RunKey &run, qint64 cycle, F &&f);
 
 private:
     // SQLite's hook after each commit to the log: the checkpoint, keeping the note of the last check.
@@ -141,13 +142,15 @@ private:
     void noteChecked(const QByteArray &state) const;
     // Runs f, which may copy the log into the file (a checkpoint), and keeps the note of the last
     // check when the file was as noted before it.
-    template <typename F> void keepingCheck(F &&f);
+    template <typename F>
+    void keepingCheck(F &&f);
 
     QList<SpeciesInfo> m_species;
     QHash<qint64, qsizetype> m_speciesIndex;
 };
 
-template <typename F> void RunStore::forEachTree(const RunKey &run, qint64 cycle, F &&f)
+template <typename F>
+void RunStore::forEachTree(const RunKey &run, qint64 cycle, F &&f)
 {
     for (const TreeRow &row : treesOfCycle(run, cycle))
         f(row);

@@ -26,74 +26,69 @@ QStringList RunDatabaseSchema()
     QStringList s;
     // Positions 0-4 are written by the import; Variant_ID follows with the only variant this
     // program knows, so the browser's "WHERE Variant_ID = 2" finds every imported run.
-    s << QStringLiteral(
-        "CREATE TABLE Model_Run (\n"
-        "  Run_Id TEXT COLLATE NOCASE NOT NULL,\n"
-        "  Run_Date TEXT,\n"
-        "  Run_Time TEXT,\n"
-        "  Not_Used TEXT,\n"
-        "  Standing_Harvested TEXT COLLATE NOCASE NOT NULL,\n"
-        "  Variant_ID INTEGER NOT NULL DEFAULT 2)");
+    s << QStringLiteral("CREATE TABLE Model_Run (\n"
+                        "  Run_Id TEXT COLLATE NOCASE NOT NULL,\n"
+                        "  Run_Date TEXT,\n"
+                        "  Run_Time TEXT,\n"
+                        "  Not_Used TEXT,\n"
+                        "  Standing_Harvested TEXT COLLATE NOCASE NOT NULL,\n"
+                        "  Variant_ID INTEGER NOT NULL DEFAULT 2)");
     s << QStringLiteral("CREATE UNIQUE INDEX Model_Run_Key ON Model_Run (Run_Id, Standing_Harvested)");
 
-    s << QStringLiteral(
-        "CREATE TABLE Model_Header (\n"
-        "  Run_Id TEXT COLLATE NOCASE NOT NULL,\n"
-        "  First_Header_Number INTEGER,\n"
-        "  Cycle INTEGER,\n"
-        "  Cycle_Year INTEGER,\n"
-        "  Standing_Harvested TEXT COLLATE NOCASE NOT NULL)");
+    s << QStringLiteral("CREATE TABLE Model_Header (\n"
+                        "  Run_Id TEXT COLLATE NOCASE NOT NULL,\n"
+                        "  First_Header_Number INTEGER,\n"
+                        "  Cycle INTEGER,\n"
+                        "  Cycle_Year INTEGER,\n"
+                        "  Standing_Harvested TEXT COLLATE NOCASE NOT NULL)");
     s << QStringLiteral("CREATE INDEX Model_Header_Run ON Model_Header (Run_Id, Standing_Harvested, Cycle)");
 
     // Columns without a name of their own are named after the tree-list columns they carry.
-    s << QStringLiteral(
-        "CREATE TABLE Model_Entries (\n"
-        "  Run_Id TEXT COLLATE NOCASE NOT NULL,\n"
-        "  Tree_Id TEXT,\n"
-        "  Col_11_14 INTEGER,\n"
-        "  Species_Code INTEGER,\n"
-        "  Col_28_30 INTEGER,\n"
-        "  Trees_per_ha REAL,\n"
-        "  Current_Diameter REAL,\n"
-        "  Col_56_60 REAL,\n"
-        "  Col_62_66 REAL,\n"
-        "  Col_68_71 REAL,\n"
-        "  Constant_1 INTEGER,\n"
-        "  Col_73_74 INTEGER,\n"
-        "  Col_84_89 REAL,\n"
-        "  Col_22_23 INTEGER,\n"
-        "  Total_Volume REAL,\n"
-        "  Gross_Merch_Volume REAL,\n"
-        "  Col_111_117 REAL,\n"
-        "  Col_125_127 INTEGER,\n"
-        "  Cycle_Number INTEGER,\n"
-        "  Constant_1b INTEGER,\n"
-        "  Col_81_82 INTEGER,\n"
-        "  Standing_Harvested TEXT COLLATE NOCASE NOT NULL,\n"
-        "  Col_41_48 REAL,\n"
-        "  Species_Letters TEXT,\n"
-        "  Col_76_79 REAL,\n"
-        "  Col_91_95 INTEGER,\n"
-        "  Col_119_120 INTEGER,\n"
-        "  Col_122_123 INTEGER,\n"
-        "  Col_25_26 INTEGER,\n"
-        "  MerchVolLessDWB REAL)");
+    s << QStringLiteral("CREATE TABLE Model_Entries (\n"
+                        "  Run_Id TEXT COLLATE NOCASE NOT NULL,\n"
+                        "  Tree_Id TEXT,\n"
+                        "  Col_11_14 INTEGER,\n"
+                        "  Species_Code INTEGER,\n"
+                        "  Col_28_30 INTEGER,\n"
+                        "  Trees_per_ha REAL,\n"
+                        "  Current_Diameter REAL,\n"
+                        "  Col_56_60 REAL,\n"
+                        "  Col_62_66 REAL,\n"
+                        "  Col_68_71 REAL,\n"
+                        "  Constant_1 INTEGER,\n"
+                        "  Col_73_74 INTEGER,\n"
+                        "  Col_84_89 REAL,\n"
+                        "  Col_22_23 INTEGER,\n"
+                        "  Total_Volume REAL,\n"
+                        "  Gross_Merch_Volume REAL,\n"
+                        "  Col_111_117 REAL,\n"
+                        "  Col_125_127 INTEGER,\n"
+                        "  Cycle_Number INTEGER,\n"
+                        "  Constant_1b INTEGER,\n"
+                        "  Col_81_82 INTEGER,\n"
+                        "  Standing_Harvested TEXT COLLATE NOCASE NOT NULL,\n"
+                        "  Col_41_48 REAL,\n"
+                        "  Species_Letters TEXT,\n"
+                        "  Col_76_79 REAL,\n"
+                        "  Col_91_95 INTEGER,\n"
+                        "  Col_119_120 INTEGER,\n"
+                        "  Col_122_123 INTEGER,\n"
+                        "  Col_25_26 INTEGER,\n"
+                        "  MerchVolLessDWB REAL)");
     s << QStringLiteral("CREATE INDEX Model_Entries_Cycle ON Model_Entries (Run_Id, Standing_Harvested, Cycle_Number)");
     // Model_Cycle_Sums (the sums of each run's records by cycle and species) is made by
     // MakeCycleSumsTable, also in a database from before it.
 
-    s << QStringLiteral(
-        "CREATE TABLE Run (\n"
-        "  Run_Id TEXT COLLATE NOCASE PRIMARY KEY,\n"
-        "  Run_Desc TEXT,\n"
-        "  run_parameters TEXT)");
+    s << QStringLiteral("CREATE TABLE Run (\n"
+                        "  Run_Id TEXT COLLATE NOCASE PRIMARY KEY,\n"
+                        "  Run_Desc TEXT,\n"
+                        "  run_parameters TEXT)");
 
-    s << QStringLiteral(
-        "CREATE TABLE Species (\n"
-        "  Num_Code INTEGER NOT NULL,\n"
-        "  Str_Code TEXT COLLATE NOCASE,\n"
-        "  Name TEXT,\n"
-        "  Variant_ID INTEGER NOT NULL)");
+    s << QStringLiteral("CREATE TABLE Species (\n"
+                        "  Num_Code INTEGER NOT NULL,\n"
+                        "  Str_Code TEXT COLLATE NOCASE,\n"
+                        "  Name TEXT,\n"
+                        "  Variant_ID INTEGER NOT NULL)");
     s << QStringLiteral("CREATE UNIQUE INDEX Species_Key ON Species (Num_Code, Variant_ID)");
 
     s << ScratchReportTableSchema();
@@ -103,34 +98,31 @@ QStringList RunDatabaseSchema()
 QStringList ScratchReportTableSchema()
 {
     QStringList s;
-    s << QStringLiteral(
-        "CREATE TABLE Report_Header (\n"
-        "  Report_Id INTEGER,\n"
-        "  Run_ID TEXT COLLATE NOCASE,\n"
-        "  Report_Type TEXT,\n"
-        "  Num_Species INTEGER,\n"
-        "  Cycle_Num INTEGER,\n"
-        "  Cycle_Year INTEGER,\n"
-        "  Report_Title TEXT,\n"
-        "  [Desc] TEXT)");
+    s << QStringLiteral("CREATE TABLE Report_Header (\n"
+                        "  Report_Id INTEGER,\n"
+                        "  Run_ID TEXT COLLATE NOCASE,\n"
+                        "  Report_Type TEXT,\n"
+                        "  Num_Species INTEGER,\n"
+                        "  Cycle_Num INTEGER,\n"
+                        "  Cycle_Year INTEGER,\n"
+                        "  Report_Title TEXT,\n"
+                        "  [Desc] TEXT)");
 
-    s << QStringLiteral(
-        "CREATE TABLE Report_Detail (\n"
-        "  IsBucket TEXT,\n"
-        "  Report_id INTEGER,\n"
-        "  DBH_MinDia REAL,\n"
-        "  DBH_MaxDia REAL,\n"
-        "  DBH_Midpoint REAL,\n"
-        "  DBH_Class TEXT,\n  ")
-             + sp12Columns(QStringLiteral("Sp%1 TEXT, Sp%1_Density REAL, Sp%1_MerchVol REAL")) + QStringLiteral(")");
+    s << QStringLiteral("CREATE TABLE Report_Detail (\n"
+                        "  IsBucket TEXT,\n"
+                        "  Report_id INTEGER,\n"
+                        "  DBH_MinDia REAL,\n"
+                        "  DBH_MaxDia REAL,\n"
+                        "  DBH_Midpoint REAL,\n"
+                        "  DBH_Class TEXT,\n  ") +
+             sp12Columns(QStringLiteral("Sp%1 TEXT, Sp%1_Density REAL, Sp%1_MerchVol REAL")) + QStringLiteral(")");
     s << QStringLiteral("CREATE INDEX Report_Detail_Report ON Report_Detail (Report_id)");
 
-    s << QStringLiteral(
-        "CREATE TABLE Stand_Levels_Report (\n"
-        "  Report_id INTEGER,\n"
-        "  [Year] INTEGER,\n  ")
-             + sp12Columns(QStringLiteral("Sp%1 TEXT")) + QStringLiteral(",\n  ")
-             + sp12Columns(QStringLiteral("Value%1 REAL")) + QStringLiteral(")");
+    s << QStringLiteral("CREATE TABLE Stand_Levels_Report (\n"
+                        "  Report_id INTEGER,\n"
+                        "  [Year] INTEGER,\n  ") +
+             sp12Columns(QStringLiteral("Sp%1 TEXT")) + QStringLiteral(",\n  ") + sp12Columns(QStringLiteral("Value%1 REAL")) +
+             QStringLiteral(")");
     s << QStringLiteral("CREATE INDEX Stand_Levels_Report_Report ON Stand_Levels_Report (Report_id)");
 
     QStringList species;
@@ -147,7 +139,7 @@ void MakeScratchReportTables(clsDBEngine &engine)
     for (QString statement : ScratchReportTableSchema()) {
         if (statement.startsWith(QLatin1String("CREATE TABLE ")))
             statement.replace(0, 13, QStringLiteral("CREATE TEMP TABLE IF NOT EXISTS "));
-        else   // a name of its own: the file's index of the same name would stop a VACUUM
+        else  // a name of its own: the file's index of the same name would stop a VACUUM
             statement.replace(0, 13, QStringLiteral("CREATE INDEX IF NOT EXISTS temp.Scratch_"));
         Statement(engine, statement).run();
     }
@@ -157,17 +149,9 @@ const QList<SpeciesRow> &InstalledSpecies()
 {
     // In the column order of the volume-deduction table.
     static const QList<SpeciesRow> rows = {
-        {1, "PW", "western white pine"},
-        {2, "LW", "western larch"},
-        {3, "FD", "Douglas-fir"},
-        {4, "BG", "grand fir"},
-        {5, "HW", "western hemlock"},
-        {6, "CW", "western redcedar"},
-        {7, "PL", "lodgepole pine"},
-        {8, "SE", "Engelmann spruce"},
-        {9, "BL", "subalpine fir"},
-        {10, "PY", "ponderosa pine"},
-        {11, "HM", "mountain hemlock"},
+        {1, "PW", "western white pine"}, {2, "LW", "western larch"},    {3, "FD", "Douglas-fir"},       {4, "BG", "grand fir"},
+        {5, "HW", "western hemlock"},    {6, "CW", "western redcedar"}, {7, "PL", "lodgepole pine"},    {8, "SE", "Engelmann spruce"},
+        {9, "BL", "subalpine fir"},      {10, "PY", "ponderosa pine"},  {11, "HM", "mountain hemlock"},
     };
     return rows;
 }

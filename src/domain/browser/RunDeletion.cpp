@@ -29,21 +29,20 @@ FoundRuns FindSelectedRuns(const QStringList &selectedEntries, const QStringList
     return result;
 }
 
-DeleteRunsResult DeleteConfirmedRuns(RunStore &db, UserQuestions &questions, const QStringList &found,
-                                     const OpenReportWindows &openWindows)
+DeleteRunsResult DeleteConfirmedRuns(RunStore &db, UserQuestions &questions, const QStringList &found, const OpenReportWindows &openWindows)
 {
     DeleteRunsResult result;
     bool checked = false;
     for (const QString &entry : found) {
         const RunEntry run = SplitRunEntry(entry);
         if (openWindows.isRunOpen(run.key())) {
-            result.stoppedMessage = QStringLiteral("Can't delete this Run: ") + run.runId + QLatin1Char(':') + run.kindWord
-                                    + QStringLiteral(" while open.");
+            result.stoppedMessage =
+                QStringLiteral("Can't delete this Run: ") + run.runId + QLatin1Char(':') + run.kindWord + QStringLiteral(" while open.");
             return result;
         }
-        const Answer answer = questions.message({QStringLiteral("Delete?"),
-                                                 QStringLiteral("Delete run: ") + run.runId + QLatin1Char(':') + run.kindWord,
-                                                 MsgIcon::Question, MsgButtons::OKCancel, Answer::OK});
+        const Answer answer =
+            questions.message({QStringLiteral("Delete?"), QStringLiteral("Delete run: ") + run.runId + QLatin1Char(':') + run.kindWord,
+                               MsgIcon::Question, MsgButtons::OKCancel, Answer::OK});
         if (answer != Answer::OK)
             continue;
         if (!checked) {
@@ -59,7 +58,8 @@ DeleteRunsResult DeleteConfirmedRuns(RunStore &db, UserQuestions &questions, con
 QString CompactMessage(const CompactResult &result)
 {
     const auto megabytes = [](qint64 bytes) { return QString::number(static_cast<double>(bytes) / (1024.0 * 1024.0), 'f', 1); };
-    return QStringLiteral("The run database was compacted from %1 MB to %2 MB.").arg(megabytes(result.bytesBefore), megabytes(result.bytesAfter));
+    return QStringLiteral("The run database was compacted from %1 MB to %2 MB.")
+        .arg(megabytes(result.bytesBefore), megabytes(result.bytesAfter));
 }
 
 }  // namespace sendrel

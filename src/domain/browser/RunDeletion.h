@@ -31,8 +31,8 @@ struct FoundRuns {
 FoundRuns FindSelectedRuns(const QStringList &selectedEntries, const QStringList &entries);
 
 struct DeleteRunsResult {
-    QStringList deleted;      // the entries whose runs were deleted, in order
-    QString stoppedMessage;   // "Can't delete this Run: ... while open." when a run stood open; "" otherwise
+    QStringList deleted;  // the entries whose runs were deleted, in order
+    QString stoppedMessage;  // "Can't delete this Run: ... while open." when a run stood open; "" otherwise
 };
 
 // Asks "Delete?" for each found entry in turn and deletes each run the user confirms, one

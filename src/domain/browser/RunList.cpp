@@ -46,9 +46,8 @@ QStringList RunListEntries(RunStore &db, const std::optional<QString> &onlyRunId
     for (const RunRow &row : db.runs(onlyRunId))
         entries.append(MakeRunEntry(row.key, row.description));
     // The list control sorts its rows as text, without regard to case.
-    std::stable_sort(entries.begin(), entries.end(), [](const QString &a, const QString &b) {
-        return a.compare(b, Qt::CaseInsensitive) < 0;
-    });
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) < 0; });
     return entries;
 }
 

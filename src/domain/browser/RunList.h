@@ -16,7 +16,7 @@ class RunStore;
 // ":Harvested" (else at its first tab) and, ahead of it, at the last ":".
 struct RunEntry {
     QString runId;
-    QString kindWord;      // "Standing" or "Harvested"
+    QString kindWord;  // "Standing" or "Harvested"
     QString description;
 
     // Standing when the word begins with "S", else harvested.

@@ -24,7 +24,8 @@ using Value = std::optional<double>;
 
 // The summary's columns of one part of the stand, by their index among the standing run's
 // columns; a measure holds a plain function, so each is a template instance.
-template <int Column> Value summaryCell(const ComparedRun &run, qint32 year)
+template <int Column>
+Value summaryCell(const ComparedRun &run, qint32 year)
 {
     const auto row = run.byYear.constFind(year);
     if (row == run.byYear.constEnd())
@@ -33,7 +34,8 @@ template <int Column> Value summaryCell(const ComparedRun &run, qint32 year)
     return column.value(*row);
 }
 
-template <bool Yield, bool Net> Value accumulated(const ComparedRun &run, qint32 year)
+template <bool Yield, bool Net>
+Value accumulated(const ComparedRun &run, qint32 year)
 {
     const auto row = run.byYear.constFind(year);
     if (row == run.byYear.constEnd())
@@ -71,25 +73,31 @@ QList<CompareMeasure> makeMeasures(UnitSystem units)
     const QString unit = UnitLabel(volume, units);
     const QString conversion = ConversionWords(volume, units);
     const QString gtv = QStringLiteral("gross total volume per hectare (Total_Volume x Trees_per_ha)");
-    const QString nmv = QStringLiteral("net merchantable volume per hectare (gross merchantable less the deductions for decay, waste and breakage)");
+    const QString nmv =
+        QStringLiteral("net merchantable volume per hectare (gross merchantable less the deductions for decay, waste and breakage)");
     const QString converted = conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion;
     const auto cumulative = [&](const QString &what) {
         return QStringLiteral("Cumulative removals of %1: the sum of the removals (the harvested list's trees of the calendar year) of "
                               "every year of the run up to and with this one; 0 for a run without a harvested list.")
-                   .arg(what)
-               + converted;
+                   .arg(what) +
+               converted;
     };
     const auto yield = [&](const QString &what) {
-        return QStringLiteral("Total yield of %1: the stand after harvest in the year plus the cumulative removals up to and with the year.")
-                   .arg(what)
-               + converted;
+        return QStringLiteral(
+                   "Total yield of %1: the stand after harvest in the year plus the cumulative removals up to and with the year.")
+                   .arg(what) +
+               converted;
     };
     const QString removals = QStringLiteral("Cumulative removals");
     const QString total = QStringLiteral("Total yield");
-    measures.append({QStringLiteral("cumulative_gtv"), removals, QStringLiteral("GTV"), unit, 1, &accumulated<false, false>, volume, units, cumulative(gtv)});
-    measures.append({QStringLiteral("cumulative_nmv"), removals, QStringLiteral("NMV"), unit, 1, &accumulated<false, true>, volume, units, cumulative(nmv)});
-    measures.append({QStringLiteral("yield_gtv"), total, QStringLiteral("GTV"), unit, 1, &accumulated<true, false>, volume, units, yield(gtv)});
-    measures.append({QStringLiteral("yield_nmv"), total, QStringLiteral("NMV"), unit, 1, &accumulated<true, true>, volume, units, yield(nmv)});
+    measures.append({QStringLiteral("cumulative_gtv"), removals, QStringLiteral("GTV"), unit, 1, &accumulated<false, false>, volume, units,
+                     cumulative(gtv)});
+    measures.append({QStringLiteral("cumulative_nmv"), removals, QStringLiteral("NMV"), unit, 1, &accumulated<false, true>, volume, units,
+                     cumulative(nmv)});
+    measures.append(
+        {QStringLiteral("yield_gtv"), total, QStringLiteral("GTV"), unit, 1, &accumulated<true, false>, volume, units, yield(gtv)});
+    measures.append(
+        {QStringLiteral("yield_nmv"), total, QStringLiteral("NMV"), unit, 1, &accumulated<true, true>, volume, units, yield(nmv)});
     return measures;
 }
 
@@ -109,7 +117,7 @@ ComparedRun compared(RunStore &db, const RunKey &run, const QString &description
     ComparedRun c{run, description, summary.sources, {}, {}};
     for (StandSummaryRow row : summary.rows) {
         if (c.byYear.contains(row.year))
-            continue;   // a second cycle of a year: its removals and after-harvest stand are the year's, already there
+            continue;  // a second cycle of a year: its removals and after-harvest stand are the year's, already there
         if (!row.removed)
             row.removed = StandSums();
         c.byYear.insert(row.year, row);
@@ -153,7 +161,8 @@ const QList<CompareMeasure> &CompareMeasures(UnitSystem units)
 Comparison ReadComparison(RunStore &db, const QStringList &runIds, const QString &base, UnitSystem units)
 {
     if (runIds.size() < kFewestComparedRuns || runIds.size() > kMostComparedRuns)
-        throw refused(QStringLiteral("A comparison takes %1 to %2 runs, not %3.").arg(kFewestComparedRuns).arg(kMostComparedRuns).arg(runIds.size()));
+        throw refused(
+            QStringLiteral("A comparison takes %1 to %2 runs, not %3.").arg(kFewestComparedRuns).arg(kMostComparedRuns).arg(runIds.size()));
     int baseIndex = base.isEmpty() ? 0 : -1;
     for (qsizetype i = 0; i < runIds.size(); ++i) {
         for (qsizetype j = 0; j < i; ++j) {
@@ -196,8 +205,8 @@ Comparison WithBase(Comparison comparison, int base)
             common = common || b.byYear.contains(*y);
         }
         if (!common) {
-            throw refused(QStringLiteral("Runs %1 and %2 have no year in common; there is nothing to compare.")
-                              .arg(b.run.runId, r.run.runId));
+            throw refused(
+                QStringLiteral("Runs %1 and %2 have no year in common; there is nothing to compare.").arg(b.run.runId, r.run.runId));
         }
     }
     comparison.years = QList<qint32>(all.cbegin(), all.cend());

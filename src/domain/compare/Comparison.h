@@ -22,7 +22,7 @@ inline constexpr int kMostComparedRuns = 8;
 struct ComparedRun {
     RunKey run;
     QString description;
-    QList<RunInfo> sources;   // the lists read (standing, and harvested when there is one), with their import dates
+    QList<RunInfo> sources;  // the lists read (standing, and harvested when there is one), with their import dates
     // The summary's first row of each calendar year. A run without a harvested list removed
     // nothing: its removals are 0, not blank, so that it compares with a thinned run.
     QMap<qint32, StandSummaryRow> byYear;
@@ -33,9 +33,9 @@ struct ComparedRun {
 // Runs side by side against a base, by calendar year.
 struct Comparison {
     QList<ComparedRun> runs;
-    int base = 0;              // index into runs
-    QList<qint32> years;       // the union of the runs' years, rising
-    UnitSystem units = UnitSystem::Metric;   // of its tables and charts; the runs keep the stored metric values
+    int base = 0;  // index into runs
+    QList<qint32> years;  // the union of the runs' years, rising
+    UnitSystem units = UnitSystem::Metric;  // of its tables and charts; the runs keep the stored metric values
 
     const ComparedRun &baseRun() const { return runs.at(base); }
     // The runs' Run Ids in their order.
@@ -47,8 +47,7 @@ struct Comparison {
 // (SendrelError) on a count outside 2 to 8, a Run Id named twice, a base that is not one of the
 // runs, a run not in the database, and runs that share no year with the base. units: those its
 // tables and charts show.
-Comparison ReadComparison(RunStore &db, const QStringList &runIds, const QString &base = QString(),
-                          UnitSystem units = UnitSystem::Metric);
+Comparison ReadComparison(RunStore &db, const QStringList &runIds, const QString &base = QString(), UnitSystem units = UnitSystem::Metric);
 
 // The same comparison with another base (an index into its runs).
 Comparison WithBase(Comparison comparison, int base);
@@ -56,15 +55,15 @@ Comparison WithBase(Comparison comparison, int base);
 // One compared number: a statistic of a part of the stand ("Before" "GTV"), or cumulative
 // removals and total yield of gross total and net merchantable volume.
 struct CompareMeasure {
-    QString key;       // "before_gtv", "cumulative_nmv", "yield_gtv"
-    QString group;     // "Before", "Removed", "After", "Cumulative removals", "Total yield"
-    QString name;      // "SPH", "BA", ...
-    QString unit;      // in the measure's units: "cu.m/ha", "cu.ft/acre"
+    QString key;  // "before_gtv", "cumulative_nmv", "yield_gtv"
+    QString group;  // "Before", "Removed", "After", "Cumulative removals", "Total yield"
+    QString name;  // "SPH", "BA", ...
+    QString unit;  // in the measure's units: "cu.m/ha", "cu.ft/acre"
     int decimals = 0;
-    std::optional<double> (*value)(const ComparedRun &run, qint32 year) = nullptr;   // metric, as stored
+    std::optional<double> (*value)(const ComparedRun &run, qint32 year) = nullptr;  // metric, as stored
     Quantity quantity = Quantity::None;
     UnitSystem units = UnitSystem::Metric;
-    QString definition;   // the formula in words, in the measure's units
+    QString definition;  // the formula in words, in the measure's units
 
     // "Before harvest GTV".
     QString title() const;
@@ -82,8 +81,8 @@ const QList<CompareMeasure> &CompareMeasures(UnitSystem units = UnitSystem::Metr
 // then tells "n/a").
 struct CompareCell {
     std::optional<double> value;
-    std::optional<double> difference;   // run - base
-    std::optional<double> percent;      // 100 * difference / base, of the stored values: the same in any units
+    std::optional<double> difference;  // run - base
+    std::optional<double> percent;  // 100 * difference / base, of the stored values: the same in any units
     bool baseIsZero = false;
 };
 CompareCell CompareValue(const Comparison &comparison, const CompareMeasure &measure, int run, qint32 year);

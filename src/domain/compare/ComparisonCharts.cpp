@@ -92,7 +92,8 @@ const QList<CompareStatistic> &CompareStatistics()
 {
     static const QList<CompareStatistic> statistics = {
         {QStringLiteral("sph"), QStringLiteral("Stems per hectare"), QStringLiteral("before_sph"), QStringLiteral("after_sph")},
-        {QStringLiteral("basal-area"), QStringLiteral("Basal area"), QStringLiteral("before_basal_area"), QStringLiteral("after_basal_area")},
+        {QStringLiteral("basal-area"), QStringLiteral("Basal area"), QStringLiteral("before_basal_area"),
+         QStringLiteral("after_basal_area")},
         {QStringLiteral("qmd"), QStringLiteral("Quadratic mean diameter"), QStringLiteral("before_qmd"), QStringLiteral("after_qmd")},
         {QStringLiteral("sdi"), QStringLiteral("Stand density index"), QStringLiteral("before_sdi"), QStringLiteral("after_sdi")},
         {QStringLiteral("gtv"), QStringLiteral("Gross total volume"), QStringLiteral("before_gtv"), QStringLiteral("after_gtv")},
@@ -156,8 +157,8 @@ ChartData CompareChart(const Comparison &comparison, int statistic, bool differe
     }
     setAxes(chart, comparison.years.first(), comparison.years.last(), lowest, highest);
     const CompareMeasure &first = *parts.first();
-    chart.ChartTopTitle((difference ? QStringLiteral("Difference from %1: ").arg(comparison.baseRun().run.runId) : QString()) + s.titleIn(comparison.units)
-                        + (parts.size() > 1 ? QStringLiteral(", before and after harvest") : QString()));
+    chart.ChartTopTitle((difference ? QStringLiteral("Difference from %1: ").arg(comparison.baseRun().run.runId) : QString()) +
+                        s.titleIn(comparison.units) + (parts.size() > 1 ? QStringLiteral(", before and after harvest") : QString()));
     chart.ChartLeftTitle(first.name + QStringLiteral(" (") + first.unit + QLatin1Char(')'));
     chart.ChartBottomTitle(QStringLiteral("Year"));
     chart.ChartGrid(1);
@@ -233,9 +234,9 @@ ChartData DensityDiagram(const Comparison &comparison, double maxSdi)
     chart.ChartXAxisMax(xHigh);
     chart.ChartYAxisMin(yLow);
     chart.ChartYAxisMax(yHigh);
-    chart.ChartTopTitle(QStringLiteral("Density diagram: %1 against QMD, maximum SDI %2")
-                            .arg(units == UnitSystem::Imperial ? QStringLiteral("trees per acre") : QStringLiteral("stems per hectare"),
-                                 number(maximum)));
+    chart.ChartTopTitle(
+        QStringLiteral("Density diagram: %1 against QMD, maximum SDI %2")
+            .arg(units == UnitSystem::Imperial ? QStringLiteral("trees per acre") : QStringLiteral("stems per hectare"), number(maximum)));
     chart.ChartLeftTitle(QStringLiteral("SPH (%1)").arg(sph[0]->unit));
     chart.ChartBottomTitle(QStringLiteral("QMD (%1)").arg(qmd[0]->unit));
     chart.ChartGrid(3);

@@ -9,9 +9,9 @@ namespace sendrel {
 // then after harvest, so that a harvest draws as the drop within its year), or cumulative
 // removals and total yield.
 struct CompareStatistic {
-    QString name;           // as the tool takes it: "gtv", "basal-area", "yield-nmv"
-    QString title;          // "Gross total volume"
-    QString before;         // the measure's key; the only one where after is empty
+    QString name;  // as the tool takes it: "gtv", "basal-area", "yield-nmv"
+    QString title;  // "Gross total volume"
+    QString before;  // the measure's key; the only one where after is empty
     QString after;
 
     // The title in the units given: "Trees per acre" for imperial stems.

@@ -22,7 +22,8 @@ QVariant number(const std::optional<double> &v)
 
 TableColumn yearColumn()
 {
-    return MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year"), QString(), -1, QStringLiteral("The calendar year of the runs' cycles."));
+    return MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year"), QString(), -1,
+                           QStringLiteral("The calendar year of the runs' cycles."));
 }
 
 QString differenceHeading(const Comparison &c, int run)
@@ -46,7 +47,7 @@ TableDocument documentOf(const Comparison &comparison, const QString &title)
 // One run's cells of a year: class by species code, unrounded.
 struct YearCells {
     bool present = false;
-    QMap<qint64, QList<double>> bySpecies;   // a value per class
+    QMap<qint64, QList<double>> bySpecies;  // a value per class
 };
 
 YearCells yearCells(RunStore &db, const ComparedRun &run, const ClassLayout &layout, StandStockData &data, qint32 year, bool density,
@@ -63,7 +64,8 @@ YearCells yearCells(RunStore &db, const ComparedRun &run, const ClassLayout &lay
         QList<double> &values = cells.bySpecies[code];
         for (int i = 0; i < layout.ClassCount(); ++i) {
             const ReportEntryType &e = data.ReportEntry(i, code);
-            values.append(density ? ToUnits(e.Density, Quantity::StemsPerArea, units) : ToUnits(e.MerchVol, Quantity::VolumePerArea, units));
+            values.append(density ? ToUnits(e.Density, Quantity::StemsPerArea, units)
+                                  : ToUnits(e.MerchVol, Quantity::VolumePerArea, units));
         }
     }
     return cells;
@@ -125,8 +127,8 @@ DataTable SummaryComparisonTable(const Comparison &comparison, const CompareMeas
     }
     for (int r = 0; r < n; ++r) {
         if (r != comparison.base) {
-            TableColumn column = MakeTableColumn(QStringLiteral("difference:") + comparison.runs[r].run.runId, differenceHeading(comparison, r),
-                                                 measure.unit, measure.decimals,
+            TableColumn column = MakeTableColumn(QStringLiteral("difference:") + comparison.runs[r].run.runId,
+                                                 differenceHeading(comparison, r), measure.unit, measure.decimals,
                                                  QStringLiteral("Run %1's value of the table's statistic less the base %2's, in its unit, "
                                                                 "where both have the year; blank otherwise.")
                                                      .arg(comparison.runs[r].run.runId, base));
@@ -175,8 +177,7 @@ TableDocument SummaryComparisonDocument(const Comparison &comparison)
     return document;
 }
 
-TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison, const ClassLayout &layout, qint32 year,
-                                      bool density)
+TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison, const ClassLayout &layout, qint32 year, bool density)
 {
     if (!comparison.years.contains(year)) {
         throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Comparison"),
@@ -198,29 +199,32 @@ TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison
     // The same columns for the runs' tables and, defined as run less base, for the differences.
     const auto columnsOf = [&](const QString &ofRuns) {
         const QString suffix = ofRuns + (conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion);
-        QList<TableColumn> columns{MakeTableColumn(QStringLiteral("dbh_class"), QStringLiteral("DBH class"), QStringLiteral("cm"), -1,
-                                                   QStringLiteral("The class midpoint, in the units the class layout was given in; the last class by "
-                                                                  "its lower limit, holding every larger tree."))};
+        QList<TableColumn> columns{
+            MakeTableColumn(QStringLiteral("dbh_class"), QStringLiteral("DBH class"), QStringLiteral("cm"), -1,
+                            QStringLiteral("The class midpoint, in the units the class layout was given in; the last class by "
+                                           "its lower limit, holding every larger tree."))};
         for (qint64 code : species) {
             const QString str = db.SpeciesStrCode(code);
             columns.append(MakeTableColumn(str.toLower(), str, unit, decimals,
                                            (density ? QStringLiteral("Stems per hectare of the species in the class")
-                                                    : QStringLiteral("Gross total volume per hectare of the species in the class"))
-                                               + suffix));
+                                                    : QStringLiteral("Gross total volume per hectare of the species in the class")) +
+                                               suffix));
         }
-        columns.append(MakeTableColumn(QStringLiteral("total"), QStringLiteral("Total"), unit, decimals, QStringLiteral("The sum of the species") + suffix));
+        columns.append(MakeTableColumn(QStringLiteral("total"), QStringLiteral("Total"), unit, decimals,
+                                       QStringLiteral("The sum of the species") + suffix));
         return columns;
     };
     const QList<TableColumn> columns = columnsOf(QStringLiteral("."));
-    const QList<TableColumn> differenceColumns = columnsOf(QStringLiteral(", the run's less the base %1's.").arg(comparison.baseRun().run.runId));
+    const QList<TableColumn> differenceColumns =
+        columnsOf(QStringLiteral(", the run's less the base %1's.").arg(comparison.baseRun().run.runId));
     // The labels of the classes as the aggregation just wrote them into every species' cells.
     QStringList labels;
     for (int i = 0; i < layout.ClassCount(); ++i)
         labels.append(db.NumSpecies > 0 ? data.ReportEntry(i, 1).DBHClass.trimmed() : QString::number(layout.aClass[i].MidPoint));
 
     const QString what = density ? QStringLiteral("Stand table") : QStringLiteral("Stock table");
-    TableDocument document = documentOf(comparison, QStringLiteral("%1 comparison %2: ").arg(what).arg(year)
-                                                        + comparison.runIds().join(QStringLiteral(", ")));
+    TableDocument document =
+        documentOf(comparison, QStringLiteral("%1 comparison %2: ").arg(what).arg(year) + comparison.runIds().join(QStringLiteral(", ")));
     const auto valueOf = [&cells](int run, qint64 code, int i) {
         const auto found = cells[run].bySpecies.constFind(code);
         return found == cells[run].bySpecies.constEnd() ? 0.0 : found->at(i);
@@ -228,8 +232,8 @@ TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison
     const int n = static_cast<int>(comparison.runs.size());
     for (int r = 0; r < n; ++r) {
         const QString id = comparison.runs[r].run.runId;
-        DataTable t = classTable(id, QStringLiteral("%1 %2: %3").arg(what).arg(year).arg(id), columns, labels, species,
-                                 !cells[r].present, [&](qint64 code, int i) { return valueOf(r, code, i); });
+        DataTable t = classTable(id, QStringLiteral("%1 %2: %3").arg(what).arg(year).arg(id), columns, labels, species, !cells[r].present,
+                                 [&](qint64 code, int i) { return valueOf(r, code, i); });
         if (!cells[r].present)
             t.notes.append(QStringLiteral("Run %1 has no cycle in %2.").arg(id).arg(year));
         document.tables.append(t);
@@ -254,7 +258,8 @@ DataTable JoinedTable(const TableDocument &document)
     joined.title = document.title;
     if (document.tables.isEmpty())
         return joined;
-    joined.columns.append(MakeTableColumn(QStringLiteral("table"), QStringLiteral("Table"), QString(), -1, QStringLiteral("The table the row belongs to.")));
+    joined.columns.append(
+        MakeTableColumn(QStringLiteral("table"), QStringLiteral("Table"), QString(), -1, QStringLiteral("The table the row belongs to.")));
     for (qsizetype c = 0; c < document.tables.first().columns.size(); ++c) {
         TableColumn column = document.tables.first().columns.at(c);
         const bool sameUnit = std::all_of(document.tables.cbegin(), document.tables.cend(),

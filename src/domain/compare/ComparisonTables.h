@@ -24,8 +24,7 @@ TableDocument SummaryComparisonDocument(const Comparison &comparison);
 // columns: the union of the runs' species in the year, by species code; a "Total" column and a
 // totals row. A run without the year has a table of blanks, and so has its difference. For CSV
 // the tables joined.
-TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison, const ClassLayout &layout, qint32 year,
-                                      bool density);
+TableDocument DifferenceTableDocument(RunStore &db, const Comparison &comparison, const ClassLayout &layout, qint32 year, bool density);
 
 // Tables of one shape as one table, for a single CSV file: a "Table" column naming each row's
 // table, then the first table's columns. Totals follow each table's rows. Where a column's unit

@@ -17,9 +17,9 @@ namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
 
-constexpr int kColumnPairs = 12;          // Sp1/Value1 to Sp12/Value12
-constexpr int kSpecies2Pairs = 11;        // Str_Code1/Name1 to Str_Code11/Name11
-constexpr int kMostSpeciesAlone = 11;     // from the twelfth species on, "Others: " joins the rest
+constexpr int kColumnPairs = 12;  // Sp1/Value1 to Sp12/Value12
+constexpr int kSpecies2Pairs = 11;  // Str_Code1/Name1 to Str_Code11/Name11
+constexpr int kMostSpeciesAlone = 11;  // from the twelfth species on, "Others: " joins the rest
 constexpr int kOwnColumnsWithOthers = 10;
 constexpr int kLandscapeFromSpecies = 5;
 // The frame's hourglass pointer.
@@ -43,10 +43,13 @@ double throughText(double value)
 double statisticOf(const StandLevelsCell &cell, StandLevelsStatistic statistic)
 {
     switch (statistic) {
-    case StandLevelsStatistic::Sph: return cell.sph;
-    case StandLevelsStatistic::BasalArea: return cell.basalArea;
+    case StandLevelsStatistic::Sph:
+        return cell.sph;
+    case StandLevelsStatistic::BasalArea:
+        return cell.basalArea;
     case StandLevelsStatistic::MerchVol:
-    case StandLevelsStatistic::TotalVol: break;
+    case StandLevelsStatistic::TotalVol:
+        break;
     }
     // Both volume reports read gross total volume.
     return cell.totalVol;
@@ -71,9 +74,11 @@ public:
     explicit StandLevelsTableWriter(RunStore &db)
         : m_db(db),
           m_species2(db.DBEngine, insertOf(QStringLiteral("Species2 (Report_id"), QStringLiteral(", Str_Code%1, Name%1"), kSpecies2Pairs)),
-          m_header(db.DBEngine, QStringLiteral("INSERT INTO Report_Header (Report_id, Run_ID, Report_Type, Num_Species, Report_Title, [Desc]) "
-                                               "VALUES (1, ?, ?, ?, ?, ?)")),
-          m_row(db.DBEngine, insertOf(QStringLiteral("Stand_Levels_Report (Report_id, [Year]"), QStringLiteral(", Sp%1, Value%1"), kColumnPairs))
+          m_header(db.DBEngine,
+                   QStringLiteral("INSERT INTO Report_Header (Report_id, Run_ID, Report_Type, Num_Species, Report_Title, [Desc]) "
+                                  "VALUES (1, ?, ?, ?, ?, ?)")),
+          m_row(db.DBEngine,
+                insertOf(QStringLiteral("Stand_Levels_Report (Report_id, [Year]"), QStringLiteral(", Sp%1, Value%1"), kColumnPairs))
     {
     }
 
@@ -174,14 +179,14 @@ DataTable StandLevelsTable(const RunStore &db, const StandLevelsCycleSums &sums,
     const int i = static_cast<int>(statistic);
     const Quantity quantity = kQuantities[i];
     const QString conversion = ConversionWords(quantity, units);
-    const QString after = QStringLiteral(" in the cycle's standing list as imported (a harvested run: its own list).")
-                          + (conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion);
+    const QString after = QStringLiteral(" in the cycle's standing list as imported (a harvested run: its own list).") +
+                          (conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion);
     DataTable table;
     table.name = QString::fromLatin1(kNames[i]);
     table.title = QStringLiteral("Species composition: ") + table.name;
     const QList<StandLevelsReportRow> rows = StandLevelsReportRows(db, sums.cycles, sums.species, sums, statistic);
-    table.columns.append(MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year"), QString(), -1,
-                                         QStringLiteral("The calendar year of the cycle.")));
+    table.columns.append(
+        MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year"), QString(), -1, QStringLiteral("The calendar year of the cycle.")));
     const QStringList headings = rows.isEmpty() ? QStringList() : rows.first().headings;
     for (QString heading : headings) {
         heading = heading.remove(QLatin1Char(':')).trimmed();
@@ -217,10 +222,14 @@ TableDocument StandLevelsDocument(RunStore &db, const StandLevelsCycleSums &sums
 QString StandLevelsReportType(StandLevelsStatistic statistic)
 {
     switch (statistic) {
-    case StandLevelsStatistic::Sph: return QStringLiteral("SL_SPH");
-    case StandLevelsStatistic::BasalArea: return QStringLiteral("SL_BASAL_AREA");
-    case StandLevelsStatistic::MerchVol: return QStringLiteral("SL_MERCH_VOL");
-    case StandLevelsStatistic::TotalVol: break;
+    case StandLevelsStatistic::Sph:
+        return QStringLiteral("SL_SPH");
+    case StandLevelsStatistic::BasalArea:
+        return QStringLiteral("SL_BASAL_AREA");
+    case StandLevelsStatistic::MerchVol:
+        return QStringLiteral("SL_MERCH_VOL");
+    case StandLevelsStatistic::TotalVol:
+        break;
     }
     return QStringLiteral("SL_TOTAL_VOL");
 }
@@ -265,9 +274,9 @@ CompiledStandLevelsReport CompileStandLevelsReport(RunStore &db, UserQuestions &
     StandLevelsTableWriter writer(db);
     writer.writeSpecies2(request.SpeciesListRS);
     writer.writeHeader(request.This_RunId, request.statistic, request.SpeciesListRS.size(), text.title, request.This_RunDesc);
-    writer.writeRows(StandLevelsReportRows(db, request.CycleRS, request.SpeciesListRS,
-                                           request.sums ? *request.sums : ReadStandLevelsCycleSums(db, request.This_RunId, request.This_SorH),
-                                           request.statistic));
+    writer.writeRows(StandLevelsReportRows(
+        db, request.CycleRS, request.SpeciesListRS,
+        request.sums ? *request.sums : ReadStandLevelsCycleSums(db, request.This_RunId, request.This_SorH), request.statistic));
     const GeneratedReport generated =
         GenerateReport(db, ReportKind::Species, request.This_RunId, request.reportPath, request.This_RunDesc, clock);
     snapshot.end();

@@ -24,26 +24,26 @@ struct StandLevelsReportRequest {
     // In: the window's description of the run. Out: with the run's parameters appended (on every
     // call, also a cancelled one), then, once the dialog is answered, its description.
     QString This_RunDesc;
-    StandLevelsStatistic statistic = StandLevelsStatistic::Sph;   // the option that is on
-    QString title;                   // the title box of that option: what the dialog proposes
+    StandLevelsStatistic statistic = StandLevelsStatistic::Sph;  // the option that is on
+    QString title;  // the title box of that option: what the dialog proposes
     // The cycles and species that CalcStandLevelsReport found for the window.
     QList<CycleRow> CycleRS;
     QList<qint64> SpeciesListRS;
     // The numbers, when the caller has just read them (the headless tool); else the report reads
     // them in its transaction, as the run stands then.
     std::optional<StandLevelsCycleSums> sums;
-    QString reportPath;              // where the report file goes; "" for the text alone
+    QString reportPath;  // where the report file goes; "" for the text alone
     // The frame's mouse pointer (0 default, 11 hourglass), up once the dialog is answered.
     std::function<void(int pointer)> SetMousePointer;
 };
 
 // What the viewer is to show of a compiled report.
 struct CompiledStandLevelsReport {
-    bool compiled = false;           // false: the user cancelled the dialog, nothing was done
-    QString ReportFile;              // "" when no path was given
-    QString text;                    // the report's text
+    bool compiled = false;  // false: the user cancelled the dialog, nothing was done
+    QString ReportFile;  // "" when no path was given
+    QString text;  // the report's text
     qint16 ReportType = ReportKind::Species;
-    qint16 ReportOrientation = 1;    // 1 portrait below 5 species, 2 landscape from 5
+    qint16 ReportOrientation = 1;  // 1 portrait below 5 species, 2 landscape from 5
     qint16 columns = 0;
 };
 

@@ -37,7 +37,7 @@ QList<qint64> speciesInOrder(const QList<CycleSpeciesSums> &sums)
 {
     QList<qint64> species;
     QSet<qint64> met;
-    for (const CycleSpeciesSums &g : sums) {   // in the order of their first record
+    for (const CycleSpeciesSums &g : sums) {  // in the order of their first record
         if (!met.contains(g.species)) {
             met.insert(g.species);
             species.append(g.species);
@@ -60,7 +60,7 @@ StandLevelsSums ReadStandLevelsSums(RunStore &db, const QString &This_RunId, con
         return sums;
     const QList<CycleSpeciesSums> own = ReadCycleSums(db.DBEngine, {This_RunId, kind});
     sums.species = speciesInOrder(own);
-    QHash<std::pair<qint64, qint64>, StandLevelsCell> first;   // (cycle, species)
+    QHash<std::pair<qint64, qint64>, StandLevelsCell> first;  // (cycle, species)
     for (const CycleSpeciesSums &g : own)
         first.insert({g.cycle, g.species}, cellOf(g.sums));
     // The second pass: the stand of each year less what was harvested in it.
@@ -101,10 +101,14 @@ StandLevelsCycleSums ReadStandLevelsCycleSums(RunStore &db, const QString &This_
 double StandLevelsState::maximum(StandLevelsStatistic statistic) const
 {
     switch (statistic) {
-    case StandLevelsStatistic::Sph: return MaxSph;
-    case StandLevelsStatistic::BasalArea: return MaxBasalArea;
-    case StandLevelsStatistic::MerchVol: return MaxMerchVol;
-    case StandLevelsStatistic::TotalVol: return MaxTotalVol;
+    case StandLevelsStatistic::Sph:
+        return MaxSph;
+    case StandLevelsStatistic::BasalArea:
+        return MaxBasalArea;
+    case StandLevelsStatistic::MerchVol:
+        return MaxMerchVol;
+    case StandLevelsStatistic::TotalVol:
+        return MaxTotalVol;
     }
     return 0;
 }

@@ -31,8 +31,8 @@ inline constexpr int kStandLevelsCharts = 4;
 struct StandLevelsCell {
     double sph = 0;
     double basalArea = 0;
-    double totalVol = 0;   // the statements' MerchVol column is read by no chart or report
-    bool found = false;    // the statement gave a row
+    double totalVol = 0;  // the statements' MerchVol column is read by no chart or report
+    bool found = false;  // the statement gave a row
 };
 
 // A run as the charts take it, before anything is drawn: its cycles, its species, and the sums
@@ -45,10 +45,10 @@ struct StandLevelsCell {
 // cycle's passes in turn.
 struct StandLevelsSums {
     RunKind kind = RunKind::Standing;
-    int passes = 1;                    // 2 for "S", 1 for "H"
+    int passes = 1;  // 2 for "S", 1 for "H"
     QList<CycleRow> cycles;
     QList<qint64> species;
-    QVector<StandLevelsCell> cells;    // point-major, species within
+    QVector<StandLevelsCell> cells;  // point-major, species within
     const StandLevelsCell &cell(int point, int speciesIndex) const { return cells.at(point * species.size() + speciesIndex); }
 };
 
@@ -98,8 +98,8 @@ StandLevelsState FillStandLevelsCharts(const RunStore &db, const StandLevelsSums
 
 // The whole filling of the composition charts of a run behind the busy message: reset, read,
 // fill. Nothing is drawn. A database failure is passed on, the busy message down.
-StandLevelsState CalcStandLevelsReport(RunStore &db, UserQuestions &questions, const QString &This_RunId,
-                                       const QString &This_SorH, const StandLevelsCharts &charts);
+StandLevelsState CalcStandLevelsReport(RunStore &db, UserQuestions &questions, const QString &This_RunId, const QString &This_SorH,
+                                       const StandLevelsCharts &charts);
 
 // The titles that the run browser gives each chart: the run's name and ": Density by Species"
 // (and the others) on top, the left and bottom titles of the settings. Charts name the run with

@@ -49,11 +49,11 @@ void warnOfHiddenHeader(ImportResult &result, const TreeListFile &file, QByteArr
 QString warningsText(const QString &fileName, const ImportResult &result)
 {
     const qint64 count = result.warnings.size() + result.moreWarnings;
-    QString text = QStringLiteral("%1 was imported, but %2 of it may not have been read as meant%3:\n\n")
-                       .arg(QDir::toNativeSeparators(fileName),
-                            count == 1 ? QStringLiteral("1 place") : QStringLiteral("%1 places").arg(count),
-                            result.moreWarnings > 0 ? QStringLiteral(" (the first %1 below)").arg(result.warnings.size()) : QString())
-                   + result.warnings.join(QLatin1Char('\n'));
+    QString text =
+        QStringLiteral("%1 was imported, but %2 of it may not have been read as meant%3:\n\n")
+            .arg(QDir::toNativeSeparators(fileName), count == 1 ? QStringLiteral("1 place") : QStringLiteral("%1 places").arg(count),
+                 result.moreWarnings > 0 ? QStringLiteral(" (the first %1 below)").arg(result.warnings.size()) : QString()) +
+        result.warnings.join(QLatin1Char('\n'));
     return text;
 }
 
@@ -153,7 +153,8 @@ void readCycles(TreeListFile &file, UserQuestions &questions, ModelEntryInserter
         // The busy message names the current cycle; it is only redrawn when that changes.
         if (shownCycle != current.cycle) {
             shownCycle = current.cycle;
-            questions.showBusyMessage(QStringLiteral("Please wait..."), QStringLiteral("Importing cycle number: ") + QString::number(current.cycle));
+            questions.showBusyMessage(QStringLiteral("Please wait..."),
+                                      QStringLiteral("Importing cycle number: ") + QString::number(current.cycle));
         }
         if (file.atEnd())
             return;
@@ -164,7 +165,7 @@ void readCycles(TreeListFile &file, UserQuestions &questions, ModelEntryInserter
         case LineKind::Header:
             current = ParseCycleHeader(line, &fieldWarnings);
             warn(result, file, fieldWarnings);
-            entries.flush();   // the trees of a cycle go in ahead of the next header
+            entries.flush();  // the trees of a cycle go in ahead of the next header
             AddModelHeader(entries.engine(), current, runId, kind);
             ++result.cyclesRead;
             break;
@@ -214,7 +215,9 @@ QString NextFreeRunId(RunStore &db, const QString &name)
 
 QList<MessageRequest> ImportMessages(const QString &fileName, const ImportResult &result)
 {
-    const auto info = [](const QString &text) { return MessageRequest{QStringLiteral("Sendrel"), text, MsgIcon::Information, MsgButtons::OK, Answer::OK}; };
+    const auto info = [](const QString &text) {
+        return MessageRequest{QStringLiteral("Sendrel"), text, MsgIcon::Information, MsgButtons::OK, Answer::OK};
+    };
     switch (result.ending) {
     case ImportEnding::Refused:
         return {info(result.detail)};
@@ -225,7 +228,7 @@ QList<MessageRequest> ImportMessages(const QString &fileName, const ImportResult
         if (!result.cause.isEmpty())
             told.append(info(result.cause));
         told.append({QStringLiteral("Sendrel"), QStringLiteral("Import Error") + QStringLiteral("\n\n") + result.detail, MsgIcon::None,
-                      MsgButtons::OK, Answer::OK});
+                     MsgButtons::OK, Answer::OK});
         return told;
     }
     case ImportEnding::Completed:
@@ -238,8 +241,7 @@ QList<MessageRequest> ImportMessages(const QString &fileName, const ImportResult
     return {};
 }
 
-ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QString &fileName, RunKind runKind,
-                            const QString &proposedRunId)
+ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QString &fileName, RunKind runKind, const QString &proposedRunId)
 {
     ImportResult result;
     const QString kind = KindLetter(runKind);
@@ -335,7 +337,9 @@ ImportResult ImportTreeList(RunStore &db, UserQuestions &questions, const QStrin
         result.ending = ImportEnding::Failed;
         // Rows wait in memory until the end of the list: a full disk is met there, as it is written.
         result.detail = committing ? QStringLiteral("Import of %1 failed as its %2 lines were written: %3")
-                                         .arg(QDir::toNativeSeparators(fileName)).arg(file.lineNumber()).arg(e.description())
+                                         .arg(QDir::toNativeSeparators(fileName))
+                                         .arg(file.lineNumber())
+                                         .arg(e.description())
                                    : QStringLiteral("Import of %1 failed: %2").arg(where(file), e.description());
         result.cyclesRead = 0;
         result.treeRecordsRead = 0;

@@ -13,24 +13,24 @@ class RunStore;
 class UserQuestions;
 
 enum class ImportEnding {
-    Completed,      // the whole list stands in the tables
-    Cancelled,      // a dialog was cancelled: nothing touched
-    InvalidFile,    // no "-999" header, or the only header is the last line: nothing touched
-    Refused,        // the file cannot be opened or read up to its first header, the first header is out of
-                    // range, the Run Id holds a control character, or the database is damaged: nothing touched
-    Failed,         // a failure while the list was stored: "Import Error"; rolled back, the database as it was
+    Completed,  // the whole list stands in the tables
+    Cancelled,  // a dialog was cancelled: nothing touched
+    InvalidFile,  // no "-999" header, or the only header is the last line: nothing touched
+    Refused,  // the file cannot be opened or read up to its first header, the first header is out of
+              // range, the Run Id holds a control character, or the database is damaged: nothing touched
+    Failed,  // a failure while the list was stored: "Import Error"; rolled back, the database as it was
 };
 
 inline constexpr qsizetype kShownWarnings = 10;
 
 struct ImportResult {
     ImportEnding ending = ImportEnding::Cancelled;
-    QString runId;          // as settled
-    DialogEnd dialogResult = DialogEnd::Cancel;   // how the Run Id dialogs ended: OK, Overwrite or Cancel
-    int cyclesRead = 0;     // header lines stored
+    QString runId;  // as settled
+    DialogEnd dialogResult = DialogEnd::Cancel;  // how the Run Id dialogs ended: OK, Overwrite or Cancel
+    int cyclesRead = 0;  // header lines stored
     qint64 treeRecordsRead = 0;
-    QString detail;         // Refused and Failed: the file, the line and what went wrong
-    QString cause;          // Failed: a message of its own told ahead of "Import Error" (an invalid species number)
+    QString detail;  // Refused and Failed: the file, the line and what went wrong
+    QString cause;  // Failed: a message of its own told ahead of "Import Error" (an invalid species number)
     // Fields the reading had to cut or could not read, and lines that may not have been read as
     // meant: "FILE, line N, column C: what"; the first kShownWarnings kept, told once at the end.
     QStringList warnings;

@@ -36,7 +36,8 @@ ModelEntryInserter::ModelEntryInserter(clsDBEngine &engine, const QString &runId
             throw SendrelError(ErrNo::ItemNotFound, QStringLiteral("SQLite"),
                                QStringLiteral("Item cannot be found in the collection corresponding to the requested name or ordinal: "
                                               "%1 values for table 'Model_Entries' of %2 columns.")
-                                   .arg(EntryPos::Count).arg(probe.columnCount()));
+                                   .arg(EntryPos::Count)
+                                   .arg(probe.columnCount()));
         }
         for (int i = 0; i < EntryPos::Count; ++i)
             names.append(QLatin1Char('"') + probe.columnName(i) + QLatin1Char('"'));
@@ -78,7 +79,7 @@ void ModelEntryInserter::bindRow(Statement &stmt, int row, const TreeRecord &rec
         switch (pos) {
         case EntryPos::RunId:
         case EntryPos::StandingHarvested:
-            continue;   // bound once for the whole list
+            continue;  // bound once for the whole list
         case EntryPos::TreeId:
             bindLatin1(stmt, index, record.treeId, record.treeIdLength, scratch);
             continue;

@@ -18,15 +18,15 @@ const QString kSource = QStringLiteral("Sendrel");
 
 }  // namespace
 
-TreeListFile::TreeListFile(const QString &fileName)
-    : m_fileName(fileName), m_file(fileName)
+TreeListFile::TreeListFile(const QString &fileName) : m_fileName(fileName), m_file(fileName)
 {
 }
 
 bool TreeListFile::open()
 {
     // Looked at before opening: opening a pipe without a writer would wait for one.
-    const QString refused = QStringLiteral("it is no regular file (a device, a pipe or a folder), and a tree list is read from a file only");
+    const QString refused =
+        QStringLiteral("it is no regular file (a device, a pipe or a folder), and a tree list is read from a file only");
     const QFileInfo info(m_fileName);
     if (info.exists() && !info.isFile()) {
         m_error = refused;
@@ -36,7 +36,7 @@ bool TreeListFile::open()
         m_error = m_file.errorString();
         return false;
     }
-    if (m_file.isSequential()) {   // swapped for a device since it was looked at
+    if (m_file.isSequential()) {  // swapped for a device since it was looked at
         m_file.close();
         m_error = refused;
         return false;
@@ -126,9 +126,9 @@ QByteArrayView TreeListFile::readLine()
         if (end >= 0 && !undecided)
             return takeLine(end, end == cr && end + 1 == lf ? end + 2 : end + 1);
         if (end < 0 && m_end - m_begin > kMaxLineBytes)
-            return takeLine(m_end, m_end);   // refused there, without reading further
+            return takeLine(m_end, m_end);  // refused there, without reading further
         if (!fill() && end < 0)
-            return takeLine(m_end, m_end);   // the last line, without a line end
+            return takeLine(m_end, m_end);  // the last line, without a line end
         // Otherwise look again: more has come, or the end of the file settles a closing CR.
     }
 }

@@ -54,7 +54,7 @@ bool readPlainNumber(QByteArrayView field, double &value)
         ++p;
     }
     const char *const digitsBegin = p;
-    quint64 mantissa = 0;   // wraps harmlessly past 19 digits, which go to from_chars
+    quint64 mantissa = 0;  // wraps harmlessly past 19 digits, which go to from_chars
     while (p < end && isDigit(*p)) {
         mantissa = mantissa * 10 + (*p - '0');
         ++p;
@@ -70,7 +70,7 @@ bool readPlainNumber(QByteArrayView field, double &value)
         }
         decimals = static_cast<int>(p - point - 1);
         if (decimals == 0)
-            return false;   // "5." goes the long way
+            return false;  // "5." goes the long way
     }
     const char *const numberEnd = p;
     while (p < end && *p == ' ')
@@ -123,7 +123,7 @@ void warn(FieldWarnings *warnings, int column, const FieldLayout &f, const QStri
 enum class Shape { Whole, Empty, Cut, NoNumber, NonFinite };
 struct Examined {
     Shape shape = Shape::Whole;
-    qsizetype at = 0;   // where in the field the number, or what cut it, begins
+    qsizetype at = 0;  // where in the field the number, or what cut it, begins
 };
 
 // Walks the field as ReadNumber does (blanks, tabs and line feeds skipped wherever they stand)
@@ -184,8 +184,8 @@ Examined examineNumber(QByteArrayView field, double value)
 
 bool isTreeMeasure(const FieldLayout &f)
 {
-    return f.position == EntryPos::TreesPerHa || f.position == EntryPos::CurrentDiameter || f.position == EntryPos::TotalVolume
-           || f.position == EntryPos::GrossMerchVolume;
+    return f.position == EntryPos::TreesPerHa || f.position == EntryPos::CurrentDiameter || f.position == EntryPos::TotalVolume ||
+           f.position == EntryPos::GrossMerchVolume;
 }
 
 // The field's number: the plain shape read at once, anything else by the full rule, and told
@@ -217,7 +217,8 @@ double fieldValue(QByteArrayView line, const FieldLayout &f, FieldWarnings *warn
                                    QStringLiteral("\"%1\" is beyond the range of the field's whole numbers").arg(shown));
             }
             if (isTreeMeasure(f))
-                throw fieldFailure(ErrNo::InvalidCall, column, f, QStringLiteral("\"%1\" is no finite number, which no tree has").arg(shown));
+                throw fieldFailure(ErrNo::InvalidCall, column, f,
+                                   QStringLiteral("\"%1\" is no finite number, which no tree has").arg(shown));
             warn(warnings, column, f, QStringLiteral("\"%1\" is no finite number and is read as 0").arg(shown));
             break;
         }
@@ -373,8 +374,9 @@ CycleHeader ParseCycleHeader(QByteArrayView line, FieldWarnings *warnings)
     const FieldLayout &year = kCycleHeaderLayout[2];
     h.year = static_cast<qint16>(fieldValue(line, year, warnings));
     if (h.year < kFirstCycleYear || h.year > kLastCycleYear) {
-        throw fieldFailure(ErrNo::InvalidCall, year.firstColumn, year,
-                           QStringLiteral("\"%1\" is no calendar year (%2 to %3)").arg(fieldText(line, year)).arg(kFirstCycleYear).arg(kLastCycleYear));
+        throw fieldFailure(
+            ErrNo::InvalidCall, year.firstColumn, year,
+            QStringLiteral("\"%1\" is no calendar year (%2 to %3)").arg(fieldText(line, year)).arg(kFirstCycleYear).arg(kLastCycleYear));
     }
     const FieldLayout &name = kCycleHeaderLayout[3];
     const QByteArrayView runName = CutField(line, name.firstColumn, name.width);
@@ -452,9 +454,8 @@ void ParseTreeRecord(QByteArrayView line, qint16 cycleNumber, TreeRecord &r, Fie
     r.values[EntryPos::CycleNumber] = cycleNumber;
     const char16_t code[2] = {static_cast<char16_t>(static_cast<uchar>(r.letters[0])),
                               static_cast<char16_t>(static_cast<uchar>(r.letters[1]))};
-    r.values[EntryPos::MerchVolLessDWB] = MVol_less_DWB(QStringView(code, r.lettersLength),
-                                                        r.values[EntryPos::CurrentDiameter],
-                                                        r.values[EntryPos::GrossMerchVolume]);
+    r.values[EntryPos::MerchVolLessDWB] =
+        MVol_less_DWB(QStringView(code, r.lettersLength), r.values[EntryPos::CurrentDiameter], r.values[EntryPos::GrossMerchVolume]);
 }
 
 bool IsValidSpeciesNumber(qint16 number)

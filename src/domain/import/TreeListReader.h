@@ -18,19 +18,19 @@ class clsDBEngine;
 // serves only to recognise a line, so indentation never moves a field.
 
 enum class FieldType {
-    Text,       // blanks trimmed from both ends
-    Letters,    // exactly the characters of the columns, not trimmed
-    Int16,      // the number-reading rule, rounded half to even, -32768..32767 or Overflow
+    Text,  // blanks trimmed from both ends
+    Letters,  // exactly the characters of the columns, not trimmed
+    Int16,  // the number-reading rule, rounded half to even, -32768..32767 or Overflow
     Int32,
     Double,
 };
 
 struct FieldLayout {
     const char *field;
-    int firstColumn;    // 1-based
+    int firstColumn;  // 1-based
     int width;
     FieldType type;
-    int position;       // place in the row it goes to; -1 when the value is not stored
+    int position;  // place in the row it goes to; -1 when the value is not stored
 };
 
 // Header: columns 1-5 hold the marker; positions are those of the Model_Header row.
@@ -101,35 +101,35 @@ constexpr int Count = 30;
 
 // The column type of each Model_Entries position, as the row is written.
 inline constexpr std::array<FieldType, EntryPos::Count> kModelEntryTypes{{
-    FieldType::Text,    // 0 Run_Id
-    FieldType::Text,    // 1 tree id
-    FieldType::Int16,   // 2
-    FieldType::Int16,   // 3 Species_Code
-    FieldType::Int16,   // 4
+    FieldType::Text,  // 0 Run_Id
+    FieldType::Text,  // 1 tree id
+    FieldType::Int16,  // 2
+    FieldType::Int16,  // 3 Species_Code
+    FieldType::Int16,  // 4
     FieldType::Double,  // 5 Trees_per_ha
     FieldType::Double,  // 6 Current_Diameter
     FieldType::Double,  // 7
     FieldType::Double,  // 8
     FieldType::Double,  // 9
-    FieldType::Int32,   // 10 constant 1
-    FieldType::Int16,   // 11
+    FieldType::Int32,  // 10 constant 1
+    FieldType::Int16,  // 11
     FieldType::Double,  // 12
-    FieldType::Int16,   // 13
+    FieldType::Int16,  // 13
     FieldType::Double,  // 14 Total_Volume
     FieldType::Double,  // 15 gross merchantable volume
     FieldType::Double,  // 16
-    FieldType::Int16,   // 17
-    FieldType::Int16,   // 18 Cycle_Number
-    FieldType::Int32,   // 19 constant 1
-    FieldType::Int16,   // 20
-    FieldType::Text,    // 21 Standing_Harvested
+    FieldType::Int16,  // 17
+    FieldType::Int16,  // 18 Cycle_Number
+    FieldType::Int32,  // 19 constant 1
+    FieldType::Int16,  // 20
+    FieldType::Text,  // 21 Standing_Harvested
     FieldType::Double,  // 22
-    FieldType::Letters, // 23 species letter code
+    FieldType::Letters,  // 23 species letter code
     FieldType::Double,  // 24
-    FieldType::Int32,   // 25
-    FieldType::Int16,   // 26
-    FieldType::Int16,   // 27
-    FieldType::Int16,   // 28
+    FieldType::Int32,  // 25
+    FieldType::Int16,  // 26
+    FieldType::Int16,  // 27
+    FieldType::Int16,  // 28
     FieldType::Double,  // 29 MerchVolLessDWB
 }};
 
@@ -170,7 +170,7 @@ struct HeaderStamp {
 // One tree record, its values by Model_Entries position. The two texts are kept as the bytes of
 // the line, so that reading a record allocates nothing.
 struct TreeRecord {
-    std::array<double, EntryPos::Count> values{};   // numbers; integer positions hold whole numbers
+    std::array<double, EntryPos::Count> values{};  // numbers; integer positions hold whole numbers
     char treeId[8] = {};
     int treeIdLength = 0;
     char letters[2] = {};
@@ -189,7 +189,7 @@ QByteArrayView CutField(QByteArrayView line, int firstColumn, int width);
 // A field that the reading had to cut or could not read. The value stays as the reading gives it;
 // the user is told, with the column where the trouble begins.
 struct FieldWarning {
-    int column = 0;   // 1-based
+    int column = 0;  // 1-based
     QString text;
 };
 using FieldWarnings = std::vector<FieldWarning>;
@@ -199,11 +199,11 @@ using FieldWarnings = std::vector<FieldWarning>;
 // 9999. The upper bounds keep every number that one record adds to a report cell within a
 // tenth of what the cell holds (ten characters: a blank and 9,999,999 with its separators), and
 // each lies beyond what a stand can hold:
-inline constexpr double kMostDiameterCm = 2000.0;           // the stoutest tree known is about 1,150 cm
-inline constexpr double kMostStemsPerHa = 1000000.0;        // one stem on every 100 sq.cm of ground
-inline constexpr double kMostTreeVolume = 10000.0;          // cu.m; the largest tree known holds about 1,500
-inline constexpr double kMostBasalAreaPerHa = 10000.0;      // sq.m/ha: the stems cannot cover more than the hectare
-inline constexpr double kMostVolumePerHa = 1000000.0;       // cu.m/ha: a hectare of trees 100 m tall, wall to wall
+inline constexpr double kMostDiameterCm = 2000.0;  // the stoutest tree known is about 1,150 cm
+inline constexpr double kMostStemsPerHa = 1000000.0;  // one stem on every 100 sq.cm of ground
+inline constexpr double kMostTreeVolume = 10000.0;  // cu.m; the largest tree known holds about 1,500
+inline constexpr double kMostBasalAreaPerHa = 10000.0;  // sq.m/ha: the stems cannot cover more than the hectare
+inline constexpr double kMostVolumePerHa = 1000000.0;  // cu.m/ha: a hectare of trees 100 m tall, wall to wall
 inline constexpr int kFirstCycleYear = 1;
 inline constexpr int kLastCycleYear = 9999;
 

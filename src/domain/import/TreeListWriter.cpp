@@ -43,27 +43,21 @@ private:
 
 struct SpeciesTraits {
     const char *code;
-    int number;         // as in the Species table
-    double share;       // of the records
-    double growth;      // diameter growth of a free tree, cm a year
-    double maxHeight;   // m
+    int number;  // as in the Species table
+    double share;  // of the records
+    double growth;  // diameter growth of a free tree, cm a year
+    double maxHeight;  // m
 };
 
 // A mixed interior stand.
 constexpr SpeciesTraits kStand[] = {
-    {"FD", 3, 0.28, 0.55, 45.0},
-    {"PL", 7, 0.20, 0.50, 32.0},
-    {"SE", 8, 0.12, 0.45, 40.0},
-    {"BL", 9, 0.10, 0.35, 33.0},
-    {"CW", 6, 0.10, 0.40, 42.0},
-    {"HW", 5, 0.10, 0.45, 40.0},
-    {"LW", 2, 0.05, 0.55, 42.0},
-    {"PW", 1, 0.03, 0.50, 40.0},
-    {"PY", 10, 0.02, 0.45, 38.0},
+    {"FD", 3, 0.28, 0.55, 45.0}, {"PL", 7, 0.20, 0.50, 32.0}, {"SE", 8, 0.12, 0.45, 40.0},
+    {"BL", 9, 0.10, 0.35, 33.0}, {"CW", 6, 0.10, 0.40, 42.0}, {"HW", 5, 0.10, 0.45, 40.0},
+    {"LW", 2, 0.05, 0.55, 42.0}, {"PW", 1, 0.03, 0.50, 40.0}, {"PY", 10, 0.02, 0.45, 38.0},
 };
 
 struct Tree {
-    int species;        // index in kStand
+    int species;  // index in kStand
     int plot;
     int serial;
     int age;
@@ -121,7 +115,8 @@ private:
 void put(QIODevice &device, const std::string &text)
 {
     if (device.write(text.data(), static_cast<qint64>(text.size())) != static_cast<qint64>(text.size()))
-        throw SendrelError(ErrNo::DeviceIO, QStringLiteral("Sendrel"), QStringLiteral("Cannot write the tree list: ") + device.errorString());
+        throw SendrelError(ErrNo::DeviceIO, QStringLiteral("Sendrel"),
+                           QStringLiteral("Cannot write the tree list: ") + device.errorString());
 }
 
 void writeHeader(QIODevice &device, Line &line, const SampleStandOptions &o, int cycle)
@@ -175,53 +170,53 @@ void writeTree(QIODevice &device, Line &line, const Tree &t, double tph, int cyc
     const double volume = totalVolumeOf(t);
     line.clear();
     line.blanks(1);
-    line.integer(t.serial, 8);                                   // 2-9 tree id
+    line.integer(t.serial, 8);  // 2-9 tree id
     line.blanks(1);
-    line.integer(t.plot, 4);                                     // 11-14 plot
+    line.integer(t.plot, 4);  // 11-14 plot
     line.blanks(1);
-    line.text(s.code, 2);                                        // 16-17 species letters
+    line.text(s.code, 2);  // 16-17 species letters
     line.blanks(1);
-    line.integer(s.number, 2);                                   // 19-20 species number
+    line.integer(s.number, 2);  // 19-20 species number
     line.blanks(1);
-    line.integer(t.crownClass, 2);                               // 22-23 crown class
+    line.integer(t.crownClass, 2);  // 22-23 crown class
     line.blanks(1);
-    line.integer(t.damage, 2);                                   // 25-26 damage code
+    line.integer(t.damage, 2);  // 25-26 damage code
     line.blanks(1);
-    line.integer(std::min(t.age, 999), 3);                       // 28-30 age
+    line.integer(std::min(t.age, 999), 3);  // 28-30 age
     line.blanks(1);
-    line.fixed(tph, 8, 4);                                       // 32-39 trees per hectare
+    line.fixed(tph, 8, 4);  // 32-39 trees per hectare
     line.blanks(1);
-    line.fixed(tph * 0.785398163397448 * (t.dbh / 100.0) * (t.dbh / 100.0), 8, 5);   // 41-48 basal area, sq.m/ha
+    line.fixed(tph * 0.785398163397448 * (t.dbh / 100.0) * (t.dbh / 100.0), 8, 5);  // 41-48 basal area, sq.m/ha
     line.blanks(1);
-    line.fixed(t.dbh, 5, 1);                                     // 50-54 diameter
+    line.fixed(t.dbh, 5, 1);  // 50-54 diameter
     line.blanks(1);
-    line.fixed(height, 5, 1);                                    // 56-60 height
+    line.fixed(height, 5, 1);  // 56-60 height
     line.blanks(1);
-    line.fixed(std::clamp(70.0 - t.dbh * 0.6 + t.crownClass * 3.0, 15.0, 90.0), 5, 1);   // 62-66 crown ratio
+    line.fixed(std::clamp(70.0 - t.dbh * 0.6 + t.crownClass * 3.0, 15.0, 90.0), 5, 1);  // 62-66 crown ratio
     line.blanks(1);
-    line.fixed(t.lastIncrement, 4, 2);                           // 68-71 last diameter increment
+    line.fixed(t.lastIncrement, 4, 2);  // 68-71 last diameter increment
     line.blanks(1);
-    line.integer(t.damage > 0 ? 2 : 1, 2);                       // 73-74 tree class
+    line.integer(t.damage > 0 ? 2 : 1, 2);  // 73-74 tree class
     line.blanks(1);
-    line.fixed(1.0 + t.dbh * 0.12, 4, 1);                        // 76-79 crown width
+    line.fixed(1.0 + t.dbh * 0.12, 4, 1);  // 76-79 crown width
     line.blanks(1);
-    line.integer(18 + t.species % 5, 2);                         // 81-82 site index
+    line.integer(18 + t.species % 5, 2);  // 81-82 site index
     line.blanks(1);
-    line.fixed(height * 0.4, 6, 2);                              // 84-89 height to live crown
+    line.fixed(height * 0.4, 6, 2);  // 84-89 height to live crown
     line.blanks(1);
-    line.integer(t.serial % 100000, 5);                          // 91-95 sequence number
+    line.integer(t.serial % 100000, 5);  // 91-95 sequence number
     line.blanks(1);
-    line.fixed(volume, 6, 4);                                    // 97-102 total volume
+    line.fixed(volume, 6, 4);  // 97-102 total volume
     line.blanks(1);
-    line.fixed(merchVolumeOf(t), 6, 4);                          // 104-109 gross merchantable volume
+    line.fixed(merchVolumeOf(t), 6, 4);  // 104-109 gross merchantable volume
     line.blanks(1);
-    line.fixed(volume * tph, 7, 3);                              // 111-117 volume per hectare
+    line.fixed(volume * tph, 7, 3);  // 111-117 volume per hectare
     line.blanks(1);
-    line.integer(1, 2);                                          // 119-120 status
+    line.integer(1, 2);  // 119-120 status
     line.blanks(1);
-    line.integer(t.species + 1, 2);                              // 122-123 species group
+    line.integer(t.species + 1, 2);  // 122-123 species group
     line.blanks(1);
-    line.integer(cycle, 3);                                      // 125-127 cycle of record
+    line.integer(cycle, 3);  // 125-127 cycle of record
     line.end();
     put(device, line.str());
 }
@@ -232,7 +227,7 @@ std::vector<Tree> plantStand(const SampleStandOptions &o, Random &random)
     for (const SpeciesTraits &s : kStand)
         shares += s.share;
     std::vector<Tree> trees(static_cast<size_t>(o.recordsPerCycle));
-    const double standDensity = 1400.0;   // stems per hectare at the start
+    const double standDensity = 1400.0;  // stems per hectare at the start
     for (size_t i = 0; i < trees.size(); ++i) {
         Tree &t = trees[i];
         double pick = random.uniform() * shares;
@@ -270,7 +265,8 @@ SampleListCounts WriteSampleTreeLists(const SampleStandOptions &o, QIODevice &st
                 t.dbh = std::min(t.dbh + t.lastIncrement, 160.0);
                 t.age += o.yearsPerCycle;
                 // Suppressed and small trees die first.
-                const double mortality = std::clamp(0.012 * o.yearsPerCycle * (20.0 / (t.dbh + 5.0)) * (0.6 + 0.2 * t.crownClass), 0.0, 0.6);
+                const double mortality =
+                    std::clamp(0.012 * o.yearsPerCycle * (20.0 / (t.dbh + 5.0)) * (0.6 + 0.2 * t.crownClass), 0.0, 0.6);
                 t.tph *= 1.0 - mortality * random.uniform(0.5, 1.5);
             }
         }
@@ -307,8 +303,7 @@ SampleListCounts WriteSampleTreeLists(const SampleStandOptions &o, QIODevice &st
     return counts;
 }
 
-SampleListCounts WriteSampleTreeListFiles(const SampleStandOptions &options, const QString &standingPath,
-                                          const QString &harvestedPath)
+SampleListCounts WriteSampleTreeListFiles(const SampleStandOptions &options, const QString &standingPath, const QString &harvestedPath)
 {
     QFile standing(standingPath);
     QFile harvested(harvestedPath);

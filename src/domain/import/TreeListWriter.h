@@ -17,13 +17,13 @@ namespace sendrel {
 // installation.
 struct SampleStandOptions {
     quint32 seed = 1;
-    QString runName = QStringLiteral("SAMPLE");     // columns 21-30 of the headers, at most 10 characters
+    QString runName = QStringLiteral("SAMPLE");  // columns 21-30 of the headers, at most 10 characters
     int cycles = 8;
-    int recordsPerCycle = 60;      // tree records of the standing list in each cycle
+    int recordsPerCycle = 60;  // tree records of the standing list in each cycle
     int firstYear = 2000;
     int yearsPerCycle = 10;
-    int thinningCycle = 3;         // the cycle in which the stand is thinned; 0: never
-    int standNumber = 1;           // the first header number
+    int thinningCycle = 3;  // the cycle in which the stand is thinned; 0: never
+    int standNumber = 1;  // the first header number
     QDateTime stamp = QDateTime(QDate(2023, 11, 14), QTime(22, 13, 20));
 };
 
@@ -35,7 +35,6 @@ struct SampleListCounts {
 
 // Lines end in CR LF. Fails (SendrelError) when a device refuses to write.
 SampleListCounts WriteSampleTreeLists(const SampleStandOptions &options, QIODevice &standing, QIODevice &harvested);
-SampleListCounts WriteSampleTreeListFiles(const SampleStandOptions &options, const QString &standingPath,
-                                          const QString &harvestedPath);
+SampleListCounts WriteSampleTreeListFiles(const SampleStandOptions &options, const QString &standingPath, const QString &harvestedPath);
 
 }  // namespace sendrel

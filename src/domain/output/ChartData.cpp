@@ -8,8 +8,7 @@ namespace {
 
 SendrelError invalid(const QString &what, qint16 index)
 {
-    return SendrelError(ErrNo::InvalidCall, QStringLiteral("Graph"),
-                        QStringLiteral("Invalid %1 index: %2").arg(what).arg(index));
+    return SendrelError(ErrNo::InvalidCall, QStringLiteral("Graph"), QStringLiteral("Invalid %1 index: %2").arg(what).arg(index));
 }
 
 }  // namespace

@@ -95,15 +95,15 @@ public:
     // Read by the drawing.
     struct Series {
         QString legend;
-        qint16 colour = 0;          // palette index
-        QVector<double> values;     // one per point
-        QVector<double> xs;         // x positions, time charts
-        double width = 0;           // pen width; 0 the default
+        qint16 colour = 0;  // palette index
+        QVector<double> values;  // one per point
+        QVector<double> xs;  // x positions, time charts
+        double width = 0;  // pen width; 0 the default
         bool markers = true;
     };
     const QVector<Series> &series() const { return m_series; }
     const QVector<QString> &pointLabels() const { return m_labels; }
-    double value(int series, int point) const;   // both from 1
+    double value(int series, int point) const;  // both from 1
 
 private:
     Series &current();

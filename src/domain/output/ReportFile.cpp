@@ -284,8 +284,8 @@ GeneratedReport GenerateReport(RunStore &db, qint16 kind, const QString &runId, 
     return report;
 }
 
-QString WriteReportFile(RunStore &db, qint16 kind, const QString &runId, const QString &path, const QString &description,
-                        qint16 &columns, const ReportClock &clock)
+QString WriteReportFile(RunStore &db, qint16 kind, const QString &runId, const QString &path, const QString &description, qint16 &columns,
+                        const ReportClock &clock)
 {
     const GeneratedReport report = GenerateReport(db, kind, runId, path, description, clock);
     columns = report.columns;
@@ -305,13 +305,14 @@ MessageRequest ReportFailureMessage(const SendrelError &e)
     if (e.number() == ErrNo::ReportDataUnavailable)
         return {title, e.description(), MsgIcon::Critical, MsgButtons::OK, Answer::OK};
     if (IsGeneratorFailure(e)) {
-        return {title, QStringLiteral("Error printing report") + kCrLf + e.description() + QStringLiteral(" (") + QString::number(e.number())
-                           + QLatin1Char(')'),
+        return {title,
+                QStringLiteral("Error printing report") + kCrLf + e.description() + QStringLiteral(" (") + QString::number(e.number()) +
+                    QLatin1Char(')'),
                 MsgIcon::Exclamation, MsgButtons::OK, Answer::OK};
     }
     return {title,
-            QStringLiteral("The following error occured:") + kCrLf + kCrLf + QLatin1Char('(') + QString::number(e.number()) + QStringLiteral(") ")
-                + e.description(),
+            QStringLiteral("The following error occured:") + kCrLf + kCrLf + QLatin1Char('(') + QString::number(e.number()) +
+                QStringLiteral(") ") + e.description(),
             MsgIcon::Exclamation, MsgButtons::OK, Answer::OK};
 }
 

@@ -18,7 +18,7 @@ namespace ReportKind {
 constexpr qint16 Stand = 0;
 constexpr qint16 Stock = 1;
 constexpr qint16 Species = 2;
-}
+}  // namespace ReportKind
 
 // Where "Printed on:" takes its time from. The default is SOURCE_DATE_EPOCH (seconds, UTC)
 // when that is set, else the local time now, so that reproducible runs give identical files.
@@ -37,7 +37,7 @@ void SaveReportText(const QString &path, const QString &text);
 
 // What the generator made of the scratch tables.
 struct GeneratedReport {
-    QString path;        // the file written; "" when no path was given
+    QString path;  // the file written; "" when no path was given
     QString text;
     qint16 columns = 0;  // species columns of the last block
 };
@@ -49,8 +49,8 @@ GeneratedReport GenerateReport(RunStore &db, qint16 kind, const QString &runId, 
                                const ReportClock &clock = ReportClockNow);
 
 // The report file at path (see ReportFilePath) for the run: its path. Fails as GenerateReport.
-QString WriteReportFile(RunStore &db, qint16 kind, const QString &runId, const QString &path, const QString &description,
-                        qint16 &columns, const ReportClock &clock = ReportClockNow);
+QString WriteReportFile(RunStore &db, qint16 kind, const QString &runId, const QString &path, const QString &description, qint16 &columns,
+                        const ReportClock &clock = ReportClockNow);
 
 // True for a failure of the generator itself, told as "Error printing report".
 bool IsGeneratorFailure(const SendrelError &e);

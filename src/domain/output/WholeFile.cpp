@@ -35,8 +35,9 @@ void SaveWholeFile(const QString &path, const QByteArray &bytes, const QString &
     const QFileInfo info(path);
     const QString target = info.isSymLink() ? info.symLinkTarget() : path;
     const auto cannotWrite = [&](long number, int cause) {
-        return SendrelError(number, source,
-                            QStringLiteral("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), QString::fromLocal8Bit(std::strerror(cause))));
+        return SendrelError(
+            number, source,
+            QStringLiteral("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), QString::fromLocal8Bit(std::strerror(cause))));
     };
     // A file that may not be written is not replaced behind its back by the move.
     if (::access(QFile::encodeName(target).constData(), F_OK) == 0 && ::access(QFile::encodeName(target).constData(), W_OK) != 0) {

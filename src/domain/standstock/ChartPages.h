@@ -27,17 +27,17 @@ QString ChartYearText(const CycleListEntry &entry);
 // What a page is made of besides the cells and the classes.
 struct ChartPageRequest {
     RunKey run;
-    CycleListEntry entry;      // the selected year
-    bool density = true;       // the stand table's chart is the one shown and printed, else the stock table's
-    QString yAxisMax;          // the typed Y axis maximum, digits; empty follows the data
-    qint16 grid = 0;           // ChartGrid of both charts
+    CycleListEntry entry;  // the selected year
+    bool density = true;  // the stand table's chart is the one shown and printed, else the stock table's
+    QString yAxisMax;  // the typed Y axis maximum, digits; empty follows the data
+    qint16 grid = 0;  // ChartGrid of both charts
 };
 
 struct ChartPage {
     QString yearText;
-    ClassChartTitles titles;   // top: Run Id, kind and year, ": " and the settings' top title
-    QString caption;           // the settings' top title, ": ", Run Id, kind and year
-    ClassChartMaxima maxima;   // MaxDensity and MaxMerchVol of the page
+    ClassChartTitles titles;  // top: Run Id, kind and year, ": " and the settings' top title
+    QString caption;  // the settings' top title, ": ", Run Id, kind and year
+    ClassChartMaxima maxima;  // MaxDensity and MaxMerchVol of the page
 };
 
 // First step of a page: the cells of the year's cycle (CalcReport) and the year's texts.

@@ -3,10 +3,10 @@
 #include "base/Numbers.h"
 #include "base/Settings.h"
 #include "base/ToolBox.h"
-#include "store/RunStore.h"
 #include "domain/output/ChartData.h"
 #include "domain/standstock/ClassLayout.h"
 #include "domain/standstock/StandStockData.h"
+#include "store/RunStore.h"
 
 namespace sendrel {
 
@@ -42,8 +42,8 @@ void SetTitles(ChartData &chart, const ClassChartTitles &titles)
     chart.ChartBottomTitle(titles.bottom);
 }
 
-ClassChartMaxima FillClassCharts(const RunStore &db, const ClassLayout &layout, const StandStockData &data,
-                                 ChartData &gphDensity, ChartData &gphMerchVol)
+ClassChartMaxima FillClassCharts(const RunStore &db, const ClassLayout &layout, const StandStockData &data, ChartData &gphDensity,
+                                 ChartData &gphMerchVol)
 {
     const int n = layout.ClassCount();
     const int species = data.NextSpecies;
@@ -64,7 +64,7 @@ ClassChartMaxima FillClassCharts(const RunStore &db, const ClassLayout &layout, 
         }
     }
     if (species < 1)
-        return maxima;   // one series of zeros, as ChartSeriesCount left it
+        return maxima;  // one series of zeros, as ChartSeriesCount left it
 
     // The series of each code, from its position in SpeciesType.
     QVector<qint16> seriesOf(data.NumSpecies() + 1, qint16(0));
@@ -100,7 +100,8 @@ ClassChartMaxima FillClassCharts(const RunStore &db, const ClassLayout &layout, 
     return maxima;
 }
 
-ClassChartMaxima PlotSampleCharts(RunStore &db, StandStockData &data, const ClassLayout &layout, const RunKey &run, qint16 cycle, ChartData &gphDensity, ChartData &gphMerchVol)
+ClassChartMaxima PlotSampleCharts(RunStore &db, StandStockData &data, const ClassLayout &layout, const RunKey &run, qint16 cycle,
+                                  ChartData &gphDensity, ChartData &gphMerchVol)
 {
     data.CalcReport(db, run, cycle);
     const ClassChartMaxima maxima = FillClassCharts(db, layout, data, gphDensity, gphMerchVol);
@@ -108,8 +109,8 @@ ClassChartMaxima PlotSampleCharts(RunStore &db, StandStockData &data, const Clas
     return maxima;
 }
 
-ClassChartMaxima PrintClassCharts(const RunStore &db, const ClassLayout &layout, const StandStockData &data,
-                                  ChartData &gphDensity, ChartData &gphMerchVol, QStringView txtYAxisMax)
+ClassChartMaxima PrintClassCharts(const RunStore &db, const ClassLayout &layout, const StandStockData &data, ChartData &gphDensity,
+                                  ChartData &gphMerchVol, QStringView txtYAxisMax)
 {
     const ClassChartMaxima maxima = FillClassCharts(db, layout, data, gphDensity, gphMerchVol);
     // A year without species shows its empty classes on the axes the charts had.

@@ -44,17 +44,18 @@ struct ClassChartMaxima {
 // by its midpoint (the bucket class's too); one series per species found, in the order of
 // SpeciesType, coloured by SpeciesColourIndex and named by its Str_Code; the unrounded cells.
 // With no species, one series of zeros and no legend. Titles and axes are left alone.
-ClassChartMaxima FillClassCharts(const RunStore &db, const ClassLayout &layout, const StandStockData &data,
-                                 ChartData &gphDensity, ChartData &gphMerchVol);
+ClassChartMaxima FillClassCharts(const RunStore &db, const ClassLayout &layout, const StandStockData &data, ChartData &gphDensity,
+                                 ChartData &gphMerchVol);
 
 // The sample of the stand and stock window for the first selected cycle: CalcReport, both
 // charts filled, their y axes from 0 with 5 divisions. Titles stay as set. The window draws.
-ClassChartMaxima PlotSampleCharts(RunStore &db, StandStockData &data, const ClassLayout &layout, const RunKey &run, qint16 cycle, ChartData &gphDensity, ChartData &gphMerchVol);
+ClassChartMaxima PlotSampleCharts(RunStore &db, StandStockData &data, const ClassLayout &layout, const RunKey &run, qint16 cycle,
+                                  ChartData &gphDensity, ChartData &gphMerchVol);
 // A chart window's PrintChart: both charts filled from the cells of the parent's last
 // CalcReport and their y axes set by the typed maximum; with no species the axes stay as they
 // were. Returns MaxDensity and MaxMerchVol.
-ClassChartMaxima PrintClassCharts(const RunStore &db, const ClassLayout &layout, const StandStockData &data,
-                                  ChartData &gphDensity, ChartData &gphMerchVol, QStringView txtYAxisMax);
+ClassChartMaxima PrintClassCharts(const RunStore &db, const ClassLayout &layout, const StandStockData &data, ChartData &gphDensity,
+                                  ChartData &gphMerchVol, QStringView txtYAxisMax);
 
 // The y axis from 0 to the maximum widened by NiceAxisScale with the divisions wished.
 void SetYAxisFor(ChartData &chart, double maximum, qint32 divisions);

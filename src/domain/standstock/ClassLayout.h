@@ -43,9 +43,9 @@ ClassEntryCheck CheckClassEntry(double dClassStart, double dClassWidth, double n
 
 // The three box texts of a layout, as the window writes them back.
 struct ClassBoxTexts {
-    QString start;   // txtClassStart
-    QString width;   // txtClassWidth
-    QString count;   // txtNumofClasses
+    QString start;  // txtClassStart
+    QString width;  // txtClassWidth
+    QString count;  // txtNumofClasses
 };
 
 // The diameter classes of one stand and stock window. Slots 0 to ClassCount() - 1 are in use.
@@ -55,9 +55,9 @@ public:
     static constexpr int kMaxClasses = 30;
 
     std::array<ClassType, kSlots> aClass{};
-    qint16 iNumofClasses = 0;   // as last entered, also when that entry was refused
-    double dClassStart = 0;     // as last entered
-    double dClassWidth = 0;     // as last entered
+    qint16 iNumofClasses = 0;  // as last entered, also when that entry was refused
+    double dClassStart = 0;  // as last entered
+    double dClassWidth = 0;  // as last entered
 
     // Classes in use: the count of the last entry that passed (0 before any). Between a
     // refused entry and the next good one iNumofClasses holds the refused number while the
@@ -86,13 +86,13 @@ private:
 // and calls BoxChanged at every change of a class box, before ClassLayout::SetClasses.
 class ClassResetGuard {
 public:
-    bool bClassesEdited = false;   // an edge zone of the ruler was pressed
-    bool bInChange = false;        // the boxes are being set back: the next change is to be ignored
+    bool bClassesEdited = false;  // an edge zone of the ruler was pressed
+    bool bInChange = false;  // the boxes are being set back: the next change is to be ignored
 
     enum class Action {
-        Rebuild,        // go on with ClassLayout::SetClasses
-        Ignore,         // the change that the setting back caused: nothing to do
-        RestoreBoxes,   // the user kept the dragged layout: write ClassLayout::BoxTexts() back
+        Rebuild,  // go on with ClassLayout::SetClasses
+        Ignore,  // the change that the setting back caused: nothing to do
+        RestoreBoxes,  // the user kept the dragged layout: write ClassLayout::BoxTexts() back
     };
     // Clear the four labels in any case, then act as told. For RestoreBoxes bInChange is now
     // set, so exactly one change event must follow the writing back (write only the box that

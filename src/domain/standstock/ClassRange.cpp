@@ -62,8 +62,8 @@ QString ValidateDbhClass(const ClassLayout &layout, qint16 iClassNum, double dMi
     return QString();
 }
 
-RangeBoxChange RangeBoxChanged(const ClassLayout &layout, RangeBox changed, QStringView lblClassNumber,
-                               QStringView txtMin, QStringView txtMax, QStringView txtCentre)
+RangeBoxChange RangeBoxChanged(const ClassLayout &layout, RangeBox changed, QStringView lblClassNumber, QStringView txtMin,
+                               QStringView txtMax, QStringView txtCentre)
 {
     const int c = classNumberOf(lblClassNumber);
     const double dMin = ReadNumber(txtMin);
@@ -88,8 +88,8 @@ RangeBoxChange RangeBoxChanged(const ClassLayout &layout, RangeBox changed, QStr
     return change;
 }
 
-QVector<int> UpdateDbhPanels(ClassLayout &layout, const QString &fault, QStringView lblClassNumber,
-                             QStringView txtMin, QStringView txtMax, QStringView txtCentre)
+QVector<int> UpdateDbhPanels(ClassLayout &layout, const QString &fault, QStringView lblClassNumber, QStringView txtMin, QStringView txtMax,
+                             QStringView txtCentre)
 {
     const int c = classNumberOf(lblClassNumber);
     const int n = layout.ClassCount();

@@ -106,8 +106,8 @@ ClassRuler::Press ClassRuler::MousePress(ClassResetGuard &guard, int index, doub
     return press;
 }
 
-ClassRuler::Move ClassRuler::MouseMove(ClassLayout &layout, int index, double X, double panelLeft, double width,
-                                       int button, int currentPointer)
+ClassRuler::Move ClassRuler::MouseMove(ClassLayout &layout, int index, double X, double panelLeft, double width, int button,
+                                       int currentPointer)
 {
     const int n = layout.ClassCount();
     Move move;

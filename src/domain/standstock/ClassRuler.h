@@ -21,10 +21,10 @@ public:
     static constexpr double kEdgeZone = 100;
     static constexpr double kNarrowPanel = 150;
 
-    qint16 iDrawLeft = 135;     // left margin of the ruler
-    qint16 iDrawWidth = 8025;   // length of the ruler
-    qint16 iDbhMin = 0;         // diameter at the scale's left end
-    qint16 iDbhMax = 0;         // diameter at the scale's right end
+    qint16 iDrawLeft = 135;  // left margin of the ruler
+    qint16 iDrawWidth = 8025;  // length of the ruler
+    qint16 iDbhMin = 0;  // diameter at the scale's left end
+    qint16 iDbhMax = 0;  // diameter at the scale's right end
     qint16 iDbhRange = 0;
     qint16 iTwipsPerCm = 0;
     bool bDragLeftEdge = false;
@@ -42,7 +42,7 @@ public:
     struct Panel {
         double Left = 0;
         double Width = 0;
-        QString Caption;   // the midpoint; the bucket class reads as its MinDia and "+"
+        QString Caption;  // the midpoint; the bucket class reads as its MinDia and "+"
     };
     // DrawClass: the place and caption of one class's panel.
     Panel DrawClass(const ClassLayout &layout, int iClass) const;
@@ -50,7 +50,7 @@ public:
     Panel FirstPanel(const ClassLayout &layout) const;
 
     struct Tick {
-        double x = 0;          // from iDrawLeft; the tick line and the base line's end
+        double x = 0;  // from iDrawLeft; the tick line and the base line's end
         double LabelLeft = 0;
         QString Caption;
     };
@@ -66,8 +66,8 @@ public:
     static void MoveEdge(ClassLayout &layout, int leftClass, double x);
 
     struct Press {
-        int pointer = kPointerDefault;   // -1: leave the pointer as it is
-        bool openEditor = false;         // open the range editor for the pressed class
+        int pointer = kPointerDefault;  // -1: leave the pointer as it is
+        bool openEditor = false;  // open the range editor for the pressed class
     };
     // A press on panel index at X (relative to the panel) of a panel of that width. A press
     // in an edge zone starts a drag and marks the layout as edited by hand.
@@ -79,8 +79,7 @@ public:
         QVector<int> redraw;
     };
     // A mouse move over (or captured by) panel index; button 1 is the left button.
-    Move MouseMove(ClassLayout &layout, int index, double X, double panelLeft, double width, int button,
-                   int currentPointer);
+    Move MouseMove(ClassLayout &layout, int index, double X, double panelLeft, double width, int button, int currentPointer);
     // The release ends any drag; gives the pointer.
     int MouseRelease();
 };

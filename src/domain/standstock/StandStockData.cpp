@@ -37,10 +37,7 @@ QVector<CycleListEntry> UpdateHeaderList(RunStore &db, const RunKey &run)
 }
 
 StandStockData::StandStockData(const ClassLayout &layout, qint32 numSpecies)
-    : SpeciesType(numSpecies + 1, qint16(-1)),
-      m_layout(layout),
-      m_numSpecies(numSpecies),
-      m_cells(ClassLayout::kSlots * (numSpecies + 1))
+    : SpeciesType(numSpecies + 1, qint16(-1)), m_layout(layout), m_numSpecies(numSpecies), m_cells(ClassLayout::kSlots * (numSpecies + 1))
 {
 }
 
@@ -140,7 +137,7 @@ void StandStockData::addTree(qint16 code, double d, double volume, double treesP
 {
     const int i = ClassOf(m_layout, d);
     if (i < 0)
-        return;   // below the first class: in no table
+        return;  // below the first class: in no table
     if (code < 0 || code > m_numSpecies)
         throw subscriptOutOfRange();
     ReportEntryType &first = m_cells[code];
@@ -159,9 +156,8 @@ void StandStockData::CalcReport(RunStore &db, const RunKey &run, qint16 cycle)
 
     const int n = m_layout.ClassCount();
     clearCells(n);
-    db.forEachTree(run, cycle, [this](const TreeRow &tree) {
-        addTree(ToInt16(tree.speciesCode), tree.diameter, tree.totalVolume, tree.treesPerHa);
-    });
+    db.forEachTree(run, cycle,
+                   [this](const TreeRow &tree) { addTree(ToInt16(tree.speciesCode), tree.diameter, tree.totalVolume, tree.treesPerHa); });
     findSpecies(n);
     roundTotals(n);
 }

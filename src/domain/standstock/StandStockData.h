@@ -17,8 +17,8 @@ class RunStore;
 
 // One entry of the list of years: the text the list shows and its item value.
 struct CycleListEntry {
-    QString yearText;   // Cycle_Year
-    qint32 cycle = 0;   // Cycle, the number that CalcReport takes
+    QString yearText;  // Cycle_Year
+    qint32 cycle = 0;  // Cycle, the number that CalcReport takes
 };
 
 // The cycles of a run, in the order of the table.
@@ -68,7 +68,7 @@ private:
 
     const ClassLayout &m_layout;
     qint32 m_numSpecies;
-    QVector<ReportEntryType> m_cells;   // 33 x (NumSpecies + 1), class major
+    QVector<ReportEntryType> m_cells;  // 33 x (NumSpecies + 1), class major
 };
 
 }  // namespace sendrel

@@ -23,7 +23,8 @@ struct YearCells {
     QList<QHash<qint16, double>> classes;
 };
 
-DataTable tableOf(const QList<TableColumn> &columns, const QList<qint16> &species, const YearCells &year, Quantity quantity, UnitSystem units)
+DataTable tableOf(const QList<TableColumn> &columns, const QList<qint16> &species, const YearCells &year, Quantity quantity,
+                  UnitSystem units)
 {
     DataTable table;
     table.name = QStringLiteral("%1 cycle %2").arg(year.year).arg(year.cycle);
@@ -63,7 +64,7 @@ TableDocument CompileStandStockDocument(RunStore &db, const StandStockExportRequ
     ReadSnapshot snapshot(db.DBEngine);
     RequireRun(db, request.run);
     QList<YearCells> years;
-    QList<qint16> species;   // of all years, as they first appear
+    QList<qint16> species;  // of all years, as they first appear
     for (const SelectedCycle &selected : request.cycles) {
         data.CalcReport(db, request.run, selected.cycle);
         YearCells year{selected.cycle, selected.yearText, {}, {}};
@@ -91,17 +92,20 @@ TableDocument CompileStandStockDocument(RunStore &db, const StandStockExportRequ
     const QString conversion = ConversionWords(quantity, request.units);
     const QString what = request.density ? QStringLiteral("Stems per hectare (the sum of Trees_per_ha)")
                                          : QStringLiteral("Gross total volume per hectare (the sum of Total_Volume x Trees_per_ha)");
-    const QString inClass = QStringLiteral(" of the tree records with a diameter in the class, from its lower bound up to below its upper bound; "
-                                           "the last class holds every larger tree.")
-                            + (conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion);
-    QList<TableColumn> columns{MakeTableColumn(QStringLiteral("dbh_class"), QStringLiteral("DBH class"), QStringLiteral("cm"), -1,
-                                               QStringLiteral("The midpoint of the diameter class, in the units the class layout was given in; "
-                                                              "the Total row sums the classes."))};
+    const QString inClass =
+        QStringLiteral(" of the tree records with a diameter in the class, from its lower bound up to below its upper bound; "
+                       "the last class holds every larger tree.") +
+        (conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion);
+    QList<TableColumn> columns{
+        MakeTableColumn(QStringLiteral("dbh_class"), QStringLiteral("DBH class"), QStringLiteral("cm"), -1,
+                        QStringLiteral("The midpoint of the diameter class, in the units the class layout was given in; "
+                                       "the Total row sums the classes."))};
     for (qint16 code : std::as_const(species)) {
         const QString name = db.SpeciesStrCode(code);
         columns.append(MakeTableColumn(name.toLower(), name, unit, 0, what + QStringLiteral(" of species ") + name + inClass));
     }
-    columns.append(MakeTableColumn(QStringLiteral("total"), QStringLiteral("Total"), unit, 0, what + QStringLiteral(" of every species") + inClass));
+    columns.append(
+        MakeTableColumn(QStringLiteral("total"), QStringLiteral("Total"), unit, 0, what + QStringLiteral(" of every species") + inClass));
 
     document.title = StandStockReportTitle(request.run.runId, request.density);
     document.units = UnitSystemName(request.units);
@@ -112,8 +116,8 @@ TableDocument CompileStandStockDocument(RunStore &db, const StandStockExportRequ
     joined.columns = QList<TableColumn>{MakeTableColumn(QStringLiteral("year"), QStringLiteral("Year"), QString(), -1,
                                                         QStringLiteral("The calendar year of the cycle.")),
                                         MakeTableColumn(QStringLiteral("cycle"), QStringLiteral("Cycle"), QString(), -1,
-                                                        QStringLiteral("The cycle number of the run's list."))}
-                     + columns;
+                                                        QStringLiteral("The cycle number of the run's list."))} +
+                     columns;
     for (const YearCells &year : std::as_const(years)) {
         DataTable table = tableOf(columns, species, year, quantity, request.units);
         table.title = QStringLiteral("%1, year %2, cycle %3").arg(document.title, year.year).arg(year.cycle);

@@ -17,7 +17,7 @@ class StandStockData;
 struct StandStockExportRequest {
     RunKey run;
     bool density = true;
-    QList<SelectedCycle> cycles;   // the selected years, in the list's order
+    QList<SelectedCycle> cycles;  // the selected years, in the list's order
     // The units of the cells; the diameter classes stay in the units of the layout (cm).
     UnitSystem units = UnitSystem::Metric;
 };

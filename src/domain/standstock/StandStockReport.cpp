@@ -106,8 +106,8 @@ CompiledStandStockReport CompileStandStockReport(RunStore &db, UserQuestions &qu
         // refused by name instead.
         if (data.NextSpecies < 1)
             throw CycleWithoutTrees(run, selected, CycleHasTrees(db, run, selected.cycle));
-        writer.write(data, layout, request.density, ++reportId, request.This_RunId, selected.cycle,
-                     ToInt16(ReadNumber(selected.yearText)), text.title, text.description);
+        writer.write(data, layout, request.density, ++reportId, request.This_RunId, selected.cycle, ToInt16(ReadNumber(selected.yearText)),
+                     text.title, text.description);
     }
 
     report.ReportType = request.density ? ReportKind::Stand : ReportKind::Stock;

@@ -25,11 +25,11 @@ struct SelectedCycle {
 // What "View Reports" of a stand and stock window works on.
 struct StandStockReportRequest {
     QString This_RunId;
-    QString This_SorH;               // "S" standing, "H" harvested
-    QString This_RunDesc;            // replaced by the run's parameters from the Run table
-    bool density = true;             // optDensity: a stand table; else a stock table
-    QList<SelectedCycle> cycles;     // the selected entries, in the list's order
-    QString reportPath;              // where the report file goes; "" for the text alone
+    QString This_SorH;  // "S" standing, "H" harvested
+    QString This_RunDesc;  // replaced by the run's parameters from the Run table
+    bool density = true;  // optDensity: a stand table; else a stock table
+    QList<SelectedCycle> cycles;  // the selected entries, in the list's order
+    QString reportPath;  // where the report file goes; "" for the text alone
     // The frame's mouse pointer (0 default, 11 hourglass): the hourglass goes up once the
     // dialog has been answered. A caller without a pointer leaves it empty.
     std::function<void(int pointer)> SetMousePointer;
@@ -37,11 +37,11 @@ struct StandStockReportRequest {
 
 // What the viewer is to show of a compiled report.
 struct CompiledStandStockReport {
-    bool compiled = false;           // false: the user cancelled the dialog, nothing was done
-    QString ReportFile;              // "" when no path was given
-    QString text;                    // the report's text
-    qint16 ReportType = 0;           // 0 stand table, 1 stock table
-    qint16 ReportOrientation = 1;    // 1 portrait, 2 landscape from 8 species columns
+    bool compiled = false;  // false: the user cancelled the dialog, nothing was done
+    QString ReportFile;  // "" when no path was given
+    QString text;  // the report's text
+    qint16 ReportType = 0;  // 0 stand table, 1 stock table
+    qint16 ReportOrientation = 1;  // 1 portrait, 2 landscape from 8 species columns
     qint16 columns = 0;
 };
 
@@ -58,8 +58,8 @@ using CalcReportFn = std::function<void(qint16 cycle)>;
 // not in the database, as the generator fails, or as the database does; a file at the report's
 // path is then as it was.
 CompiledStandStockReport CompileStandStockReport(RunStore &db, UserQuestions &questions, StandStockReportRequest &request,
-                                                 const ClassLayout &layout, StandStockData &data,
-                                                 const ReportClock &clock = ReportClockNow, const CalcReportFn &calcReport = {});
+                                                 const ClassLayout &layout, StandStockData &data, const ReportClock &clock = ReportClockNow,
+                                                 const CalcReportFn &calcReport = {});
 
 // Whether a cycle of the run has tree records.
 bool CycleHasTrees(RunStore &db, const RunKey &run, qint64 cycle);

@@ -11,11 +11,11 @@ namespace sendrel {
 
 namespace {
 
-constexpr int kReportRows = 31;        // ReportRows: 0 to 30
-constexpr int kSpecies2Pairs = 11;     // Species2 holds Str_Code1/Name1 to Str_Code11/Name11
-constexpr int kMostSpeciesAlone = 11;     // from the twelfth species on, "Other:" joins the rest
+constexpr int kReportRows = 31;  // ReportRows: 0 to 30
+constexpr int kSpecies2Pairs = 11;  // Species2 holds Str_Code1/Name1 to Str_Code11/Name11
+constexpr int kMostSpeciesAlone = 11;  // from the twelfth species on, "Other:" joins the rest
 constexpr int kOwnColumnsWithOther = 10;
-constexpr int kColumnGroups = 12;       // Sp1 to Sp12
+constexpr int kColumnGroups = 12;  // Sp1 to Sp12
 
 // The species of one column position of a row; the cells themselves are read from the aggregation.
 struct RowEntry {
@@ -27,7 +27,7 @@ struct ReportRowType {
     QString DBHClass;
     double MinDia = 0;
     double MaxDia = 0;
-    double MidPoint = 0;   // 0: a row without a class
+    double MidPoint = 0;  // 0: a row without a class
     QVector<RowEntry> Entries;
 };
 
@@ -108,17 +108,14 @@ QString species2Insert()
 }  // namespace
 
 StandStockTableWriter::StandStockTableWriter(RunStore &db)
-    : m_db(db),
-      m_species2(db.DBEngine, species2Insert()),
-      m_detail(db.DBEngine, detailInsert()),
+    : m_db(db), m_species2(db.DBEngine, species2Insert()), m_detail(db.DBEngine, detailInsert()),
       m_header(db.DBEngine, QStringLiteral("INSERT INTO Report_Header (Report_ID, Run_ID, Report_Type, Num_Species, Cycle_Num, "
                                            "Cycle_Year, Report_Title, [Desc]) VALUES (?, ?, ?, ?, ?, ?, ?, ?)"))
 {
 }
 
 void StandStockTableWriter::write(const StandStockData &data, const ClassLayout &layout, bool density, qint16 ReportId,
-                                  const QString &RunId, qint16 Cycle, qint16 Year, const QString &title,
-                                  const QString &description)
+                                  const QString &RunId, qint16 Cycle, qint16 Year, const QString &title, const QString &description)
 {
     // NumSpecies as the aggregation was made with it.
     const int numSpecies = data.NumSpecies();

@@ -22,8 +22,8 @@ public:
     // Species after the tenth are joined in "Other:" from the twelfth species on; the last column
     // group is "Totals:". A refused statement stops it with the database's failure, the rows
     // written so far remaining.
-    void write(const StandStockData &data, const ClassLayout &layout, bool density, qint16 ReportId, const QString &RunId,
-               qint16 Cycle, qint16 Year, const QString &title, const QString &description);
+    void write(const StandStockData &data, const ClassLayout &layout, bool density, qint16 ReportId, const QString &RunId, qint16 Cycle,
+               qint16 Year, const QString &title, const QString &description);
 
 private:
     RunStore &m_db;

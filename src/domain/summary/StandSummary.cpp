@@ -44,7 +44,7 @@ KindSums kindSums(const QList<CycleSpeciesSums> &groups)
 {
     KindSums k;
     QSet<qint64> met;
-    for (const CycleSpeciesSums &g : groups) {   // in the order of their first record
+    for (const CycleSpeciesSums &g : groups) {  // in the order of their first record
         if (!met.contains(g.species)) {
             met.insert(g.species);
             k.species.append(g.species);
@@ -144,8 +144,9 @@ StandSummary ReadStandSummary(RunStore &db, const RunKey &run, SdiMethod sdiMeth
     const bool standingRun = run.kind == RunKind::Standing;
     ReadSnapshot snapshot(db.DBEngine);
     if (!db.runExists(run)) {
-        throw SendrelError(ErrNo::InvalidCall, kSource,
-                           QStringLiteral("The run %1 is not in the database; another program may have deleted it.").arg(run.displayName()));
+        throw SendrelError(
+            ErrNo::InvalidCall, kSource,
+            QStringLiteral("The run %1 is not in the database; another program may have deleted it.").arg(run.displayName()));
     }
     // The sums of the run's tree records by cycle and species, as the composition reads them.
     const QList<CycleSpeciesSums> ownGroups = ReadCycleSums(db.DBEngine, run);
@@ -160,12 +161,13 @@ StandSummary ReadStandSummary(RunStore &db, const RunKey &run, SdiMethod sdiMeth
     }
     StandSummary summary;
     summary.run = run;
-    QHash<qint64, SpeciesSums> afterByYear;     // standing less harvested
-    QHash<qint64, SpeciesSums> removedByYear;   // harvested alone
+    QHash<qint64, SpeciesSums> afterByYear;  // standing less harvested
+    QHash<qint64, SpeciesSums> removedByYear;  // harvested alone
     QList<qint64> harvestedSpecies;
     if (standingRun) {
         const QList<CycleSpeciesSums> harvestedGroups = ReadCycleSums(db.DBEngine, {run.runId, RunKind::Harvested});
-        Statement anyHarvested(db.DBEngine, QStringLiteral("SELECT EXISTS (SELECT 1 FROM Model_Header WHERE Run_Id = ?1 AND Standing_Harvested = 'H')"));
+        Statement anyHarvested(db.DBEngine,
+                               QStringLiteral("SELECT EXISTS (SELECT 1 FROM Model_Header WHERE Run_Id = ?1 AND Standing_Harvested = 'H')"));
         anyHarvested.bind(1, run.runId);
         summary.hasHarvest = anyHarvested.next() && anyHarvested.integer(0) != 0;
         anyHarvested.reset();

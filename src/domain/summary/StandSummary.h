@@ -84,10 +84,10 @@ struct StandSummaryRow {
 // tree record of the kind, as the composition's "Total" adds them.
 struct StandSummary {
     RunKey run;
-    bool hasHarvest = false;   // standing run: whether the Run Id has a harvested list
+    bool hasHarvest = false;  // standing run: whether the Run Id has a harvested list
     SdiMethod sdiMethod = SdiMethod::Reineke;
     QList<StandSummaryRow> rows;
-    QList<RunInfo> sources;    // the run, and a standing run's harvested list when it has one
+    QList<RunInfo> sources;  // the run, and a standing run's harvested list when it has one
 };
 
 // Reads the summary as of one moment, from the kept sums: the cost grows with cycles and species,

@@ -14,13 +14,34 @@ namespace {
 using Value = std::optional<double>;
 
 // The statistics of one group of sums, as columns.
-Value sph(const StandSums &s) { return s.sph; }
-Value basalArea(const StandSums &s) { return s.basalArea; }
-Value qmd(const StandSums &s) { return QuadraticMeanDiameter(s.basalArea, s.sph); }
-Value sdi(const StandSums &s) { return StandDensityIndex(s.basalArea, s.sph); }
-Value totalVolume(const StandSums &s) { return s.totalVolume; }
-Value grossMerch(const StandSums &s) { return s.grossMerchVolume; }
-Value netMerch(const StandSums &s) { return s.netMerchVolume; }
+Value sph(const StandSums &s)
+{
+    return s.sph;
+}
+Value basalArea(const StandSums &s)
+{
+    return s.basalArea;
+}
+Value qmd(const StandSums &s)
+{
+    return QuadraticMeanDiameter(s.basalArea, s.sph);
+}
+Value sdi(const StandSums &s)
+{
+    return StandDensityIndex(s.basalArea, s.sph);
+}
+Value totalVolume(const StandSums &s)
+{
+    return s.totalVolume;
+}
+Value grossMerch(const StandSums &s)
+{
+    return s.grossMerchVolume;
+}
+Value netMerch(const StandSums &s)
+{
+    return s.netMerchVolume;
+}
 
 struct Statistic {
     const char *key;
@@ -28,8 +49,8 @@ struct Statistic {
     Quantity quantity;
     int decimals;
     Value (*of)(const StandSums &);
-    bool removals;   // shown for the removed trees too
-    const char *definition;   // "" for SDI, whose words depend on its method
+    bool removals;  // shown for the removed trees too
+    const char *definition;  // "" for SDI, whose words depend on its method
 };
 
 const Statistic kStatistics[] = {
@@ -54,7 +75,8 @@ constexpr std::size_t kSdiStatistic = 3;
 
 // Which sums of a row a group reads. Captureless, so that a column holds a plain function. The
 // index of the summation method is the row's own where it was read.
-template <int Group, std::size_t Stat> Value cell(const StandSummaryRow &row)
+template <int Group, std::size_t Stat>
+Value cell(const StandSummaryRow &row)
 {
     const Statistic &statistic = kStatistics[Stat];
     if constexpr (Stat == kSdiStatistic) {
@@ -88,13 +110,15 @@ QString groupWords(const QString &group)
 
 QString sdiWords(SdiMethod method, UnitSystem units)
 {
-    const QString reference = QStringLiteral(" with exponent 1.605 and reference diameter %1: stems per %2 of the reference diameter.")
-                                  .arg(ReferenceDiameterText(units), units == UnitSystem::Imperial ? QStringLiteral("acre") : QStringLiteral("hectare"));
+    const QString reference =
+        QStringLiteral(" with exponent 1.605 and reference diameter %1: stems per %2 of the reference diameter.")
+            .arg(ReferenceDiameterText(units), units == UnitSystem::Imperial ? QStringLiteral("acre") : QStringLiteral("hectare"));
     if (method == SdiMethod::Summation)
-        return QStringLiteral("Stand density index by the summation method, the sum over the tree records of Trees_per_ha x (d / 25.4 cm) ^ 1.605,")
-               + reference;
-    return QStringLiteral("Stand density index by Reineke's formula from the quadratic mean diameter, SPH x (QMD / 25.4 cm) ^ 1.605,") + reference
-           + QStringLiteral(" 0 without stems.");
+        return QStringLiteral(
+                   "Stand density index by the summation method, the sum over the tree records of Trees_per_ha x (d / 25.4 cm) ^ 1.605,") +
+               reference;
+    return QStringLiteral("Stand density index by Reineke's formula from the quadratic mean diameter, SPH x (QMD / 25.4 cm) ^ 1.605,") +
+           reference + QStringLiteral(" 0 without stems.");
 }
 
 QString definitionOf(const Statistic &statistic, const QString &group, SdiMethod method, UnitSystem units)
@@ -121,8 +145,8 @@ QString paiWords(const char *name, const char *statistic, UnitSystem units)
     const QString conversion = ConversionWords(Quantity::VolumeIncrementPerArea, units);
     return QStringLiteral("Periodic annual increment of %1 per hectare: (%2 before harvest at the next cycle - %2 after harvest at this "
                           "cycle) / the years between them; blank on the last row.")
-               .arg(QLatin1String(name), QLatin1String(statistic))
-           + (conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion);
+               .arg(QLatin1String(name), QLatin1String(statistic)) +
+           (conversion.isEmpty() ? QString() : QLatin1Char(' ') + conversion);
 }
 constexpr qint16 kTotalSeriesColour = 13;
 constexpr qint32 kChartDivisions = 8;
@@ -233,7 +257,7 @@ TableDocument StandSummaryDocument(const StandSummary &summary, UnitSystem units
 ChartData StandSummaryChart(const StandSummary &summary, qsizetype column, UnitSystem units)
 {
     const SummaryColumn c = StandSummaryColumns(summary.run.kind, units, summary.sdiMethod).at(column);
-    QList<std::pair<double, double>> points;   // year, value
+    QList<std::pair<double, double>> points;  // year, value
     for (const StandSummaryRow &row : summary.rows) {
         if (const Value v = c.shown(row, units))
             points.append({static_cast<double>(row.year), *v});

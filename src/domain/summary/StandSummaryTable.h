@@ -19,14 +19,14 @@ namespace sendrel {
 // harvested trees of each cycle (as before). A run without a harvested list keeps the columns of
 // the removals, empty.
 struct SummaryColumn {
-    QString key;        // "before_sph": the JSON name
-    QString group;      // "Before", "Removed", "After", "PAI", "Harvested"; "" for Year and Cycle
-    QString name;       // "SPH", "BA", ...
-    QString unit;       // "stems/ha", "trees/acre", ...; "" for Year and Cycle
-    int decimals = 0;   // in the text table and on screen
-    std::optional<double> (*value)(const StandSummaryRow &row) = nullptr;   // metric, as stored
+    QString key;  // "before_sph": the JSON name
+    QString group;  // "Before", "Removed", "After", "PAI", "Harvested"; "" for Year and Cycle
+    QString name;  // "SPH", "BA", ...
+    QString unit;  // "stems/ha", "trees/acre", ...; "" for Year and Cycle
+    int decimals = 0;  // in the text table and on screen
+    std::optional<double> (*value)(const StandSummaryRow &row) = nullptr;  // metric, as stored
     Quantity quantity = Quantity::None;
-    QString definition; // the formula in words, in the units of the column
+    QString definition;  // the formula in words, in the units of the column
     // The value in the units of the column.
     std::optional<double> shown(const StandSummaryRow &row, UnitSystem units) const;
 

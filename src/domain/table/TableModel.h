@@ -17,13 +17,13 @@ namespace sendrel {
 
 // One column: what it holds, in which unit, and how it is worked out.
 struct TableColumn {
-    QString key;          // the JSON name: "before_sph"
-    QString heading;      // "Before SPH"
-    QString unit;         // "stems/ha"; empty for a label column (Year, Species)
-    int decimals = -1;    // places in text and print; -1 for a label column written as it is
-    QString definition;   // the formula in words, for the definitions a file carries
-    QString group;        // text and print: the title over this column and its neighbours of the same group
-    QString label;        // text and print: the heading under a group's title ("SPH"); the heading when empty
+    QString key;  // the JSON name: "before_sph"
+    QString heading;  // "Before SPH"
+    QString unit;  // "stems/ha"; empty for a label column (Year, Species)
+    int decimals = -1;  // places in text and print; -1 for a label column written as it is
+    QString definition;  // the formula in words, for the definitions a file carries
+    QString group;  // text and print: the title over this column and its neighbours of the same group
+    QString label;  // text and print: the heading under a group's title ("SPH"); the heading when empty
 
     // "Before SPH (stems/ha)", or the heading alone without a unit.
     QString headingWithUnit() const;
@@ -40,12 +40,12 @@ using TableCell = QVariant;
 using TableRow = QList<TableCell>;
 
 struct DataTable {
-    QString name;            // a workbook's sheet name, the table's key in JSON
-    QString title;           // the line above the table in text and print
+    QString name;  // a workbook's sheet name, the table's key in JSON
+    QString title;  // the line above the table in text and print
     QList<TableColumn> columns;
     QList<TableRow> rows;
     QList<TableRow> totals;  // rows after the body, set apart in text and print
-    QStringList notes;       // lines after the table
+    QStringList notes;  // lines after the table
 
     // The column of a key; -1 when there is none.
     qsizetype columnOf(const QString &key) const;
@@ -54,9 +54,9 @@ struct DataTable {
 // A run a file's numbers come from.
 struct TableSource {
     QString runId;
-    QString kind;            // "Standing", "Harvested"
+    QString kind;  // "Standing", "Harvested"
     QString description;
-    QString imported;        // the import date and time as the run database keeps them
+    QString imported;  // the import date and time as the run database keeps them
 };
 
 // Something the file says of how its numbers were made: {"SDI method", "Reineke's ..."}.
@@ -70,12 +70,12 @@ struct TableDocument {
     QString title;
     QList<DataTable> tables;
     QList<TableSource> runs;
-    QString units = QStringLiteral("metric");   // "metric" or "imperial" (UnitSystemName)
-    QList<TableFact> facts;                      // methods the definitions name, in order
+    QString units = QStringLiteral("metric");  // "metric" or "imperial" (UnitSystemName)
+    QList<TableFact> facts;  // methods the definitions name, in order
     // What each table measures where its columns are runs side by side (the comparison's): the
     // table's title as heading, its unit and formula, defined beside the columns.
     QList<TableColumn> statistics;
-    QDateTime made;                             // SOURCE_DATE_EPOCH's time when it is set
+    QDateTime made;  // SOURCE_DATE_EPOCH's time when it is set
     // The one table of a CSV file when it is not the document's only table (stand and stock: the
     // years joined with Year and Cycle columns); without columns, the only table is written.
     DataTable single;

@@ -45,11 +45,21 @@ QString jsonString(const QString &text)
     QString out = QStringLiteral("\"");
     for (const QChar c : text) {
         switch (c.unicode()) {
-        case '"': out += QStringLiteral("\\\""); break;
-        case '\\': out += QStringLiteral("\\\\"); break;
-        case '\n': out += QStringLiteral("\\n"); break;
-        case '\r': out += QStringLiteral("\\r"); break;
-        case '\t': out += QStringLiteral("\\t"); break;
+        case '"':
+            out += QStringLiteral("\\\"");
+            break;
+        case '\\':
+            out += QStringLiteral("\\\\");
+            break;
+        case '\n':
+            out += QStringLiteral("\\n");
+            break;
+        case '\r':
+            out += QStringLiteral("\\r");
+            break;
+        case '\t':
+            out += QStringLiteral("\\t");
+            break;
         default:
             if (c.unicode() < 0x20)
                 out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
@@ -172,8 +182,8 @@ QString fixedTable(const DataTable &table, const QString &fallbackTitle)
                 continue;
             }
             const qsizetype left = (span - 2 - label.size()) / 2;
-            groups += QStringLiteral("  ") + QString(left, QLatin1Char('-')) + label
-                      + QString(span - 2 - left - label.size(), QLatin1Char('-'));
+            groups +=
+                QStringLiteral("  ") + QString(left, QLatin1Char('-')) + label + QString(span - 2 - left - label.size(), QLatin1Char('-'));
         }
     }
     QString headings, units;
@@ -254,8 +264,9 @@ const DataTable &CsvTable(const TableDocument &document)
     if (!document.single.columns.isEmpty())
         return document.single;
     if (document.tables.size() != 1)
-        throw SendrelError(ErrNo::InvalidCall, QStringLiteral("Export"),
-                           QStringLiteral("%1 holds %2 tables, which a CSV file cannot hold.").arg(document.title).arg(document.tables.size()));
+        throw SendrelError(
+            ErrNo::InvalidCall, QStringLiteral("Export"),
+            QStringLiteral("%1 holds %2 tables, which a CSV file cannot hold.").arg(document.title).arg(document.tables.size()));
     return document.tables.first();
 }
 
@@ -297,7 +308,8 @@ DataTable DefinitionsTable(const TableDocument &document, const QList<DataTable>
     DataTable sheet;
     sheet.name = QStringLiteral("Definitions");
     sheet.title = QStringLiteral("Definitions: ") + document.title;
-    sheet.columns = {MakeTableColumn(QStringLiteral("section"), QStringLiteral("Section")), MakeTableColumn(QStringLiteral("name"), QStringLiteral("Name")),
+    sheet.columns = {MakeTableColumn(QStringLiteral("section"), QStringLiteral("Section")),
+                     MakeTableColumn(QStringLiteral("name"), QStringLiteral("Name")),
                      MakeTableColumn(QStringLiteral("unit"), QStringLiteral("Unit")),
                      MakeTableColumn(QStringLiteral("definition"), QStringLiteral("Definition"))};
     // A cell without text is blank, as a file reads it back.
@@ -347,14 +359,18 @@ QByteArray JsonText(const TableDocument &document)
     QStringList facts;
     for (const TableFact &fact : document.facts)
         facts.append(QStringLiteral("    %1: %2").arg(jsonString(fact.name), jsonString(fact.text)));
-    QString json = QStringLiteral("{\n  \"title\": %1,\n  \"program\": %2,\n  \"made\": %3,\n  \"units\": %4,\n  \"units_described\": %5,\n")
-                       .arg(jsonString(document.title), jsonString(ProgramText()),
-                            document.made.isValid() ? jsonString(MadeText(document)) : QStringLiteral("null"), jsonString(document.units),
-                            jsonString(UnitsText(document)));
-    json += QStringLiteral("  \"methods\": %1,\n  \"runs\": %2,\n  \"tables\": %3")
-                .arg(facts.isEmpty() ? QStringLiteral("{}") : QStringLiteral("{\n") + facts.join(QStringLiteral(",\n")) + QStringLiteral("\n  }"),
-                     runs.isEmpty() ? QStringLiteral("[]") : QStringLiteral("[\n") + runs.join(QStringLiteral(",\n")) + QStringLiteral("\n  ]"),
-                     tables.isEmpty() ? QStringLiteral("[]") : QStringLiteral("[\n") + tables.join(QStringLiteral(",\n")) + QStringLiteral("\n  ]"));
+    QString json =
+        QStringLiteral("{\n  \"title\": %1,\n  \"program\": %2,\n  \"made\": %3,\n  \"units\": %4,\n  \"units_described\": %5,\n")
+            .arg(jsonString(document.title), jsonString(ProgramText()),
+                 document.made.isValid() ? jsonString(MadeText(document)) : QStringLiteral("null"), jsonString(document.units),
+                 jsonString(UnitsText(document)));
+    json +=
+        QStringLiteral("  \"methods\": %1,\n  \"runs\": %2,\n  \"tables\": %3")
+            .arg(facts.isEmpty() ? QStringLiteral("{}")
+                                 : QStringLiteral("{\n") + facts.join(QStringLiteral(",\n")) + QStringLiteral("\n  }"),
+                 runs.isEmpty() ? QStringLiteral("[]") : QStringLiteral("[\n") + runs.join(QStringLiteral(",\n")) + QStringLiteral("\n  ]"),
+                 tables.isEmpty() ? QStringLiteral("[]")
+                                  : QStringLiteral("[\n") + tables.join(QStringLiteral(",\n")) + QStringLiteral("\n  ]"));
     // By key, for a reader that looks a column up: its name, unit and formula in words. Where two
     // tables give one key different meanings, each table's columns carry their own.
     QStringList members;
@@ -368,8 +384,9 @@ QByteArray JsonText(const TableDocument &document)
         members.append(QStringLiteral("    %1: {\"name\": %2, \"unit\": %3, \"definition\": %4}")
                            .arg(jsonString(c.key), jsonString(c.heading), jsonString(c.unit), jsonString(c.definition)));
     }
-    json += QStringLiteral(",\n  \"definitions\": ")
-            + (members.isEmpty() ? QStringLiteral("{}") : QStringLiteral("{\n") + members.join(QStringLiteral(",\n")) + QStringLiteral("\n  }"));
+    json +=
+        QStringLiteral(",\n  \"definitions\": ") +
+        (members.isEmpty() ? QStringLiteral("{}") : QStringLiteral("{\n") + members.join(QStringLiteral(",\n")) + QStringLiteral("\n  }"));
     return (json + QStringLiteral("\n}\n")).toUtf8();
 }
 
@@ -392,14 +409,15 @@ QString HtmlText(const TableDocument &document)
         if (anyGroup(table.columns)) {
             body += QStringLiteral("<tr>");
             for (const GroupSpan &g : groupSpans(table.columns))
-                body += QStringLiteral("<th colspan=\"%1\">%2</th>").arg(g.end - g.first).arg(table.columns.at(g.first).group.toHtmlEscaped());
+                body +=
+                    QStringLiteral("<th colspan=\"%1\">%2</th>").arg(g.end - g.first).arg(table.columns.at(g.first).group.toHtmlEscaped());
             body += QStringLiteral("</tr>");
         }
         body += QStringLiteral("<tr>");
         for (const TableColumn &c : table.columns)
             body += QStringLiteral("<th>%1<br>%2</th>").arg(htmlHeading(c.shortHeading()), htmlHeading(c.unit));
-        body += QStringLiteral("</tr>") + htmlRows(table, table.rows, false) + htmlRows(table, table.totals, true)
-                + QStringLiteral("</table>");
+        body +=
+            QStringLiteral("</tr>") + htmlRows(table, table.rows, false) + htmlRows(table, table.totals, true) + QStringLiteral("</table>");
         for (const QString &note : table.notes)
             body += QStringLiteral("<p>%1</p>").arg(note.toHtmlEscaped());
     }

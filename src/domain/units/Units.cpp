@@ -15,8 +15,8 @@ struct QuantityUnits {
     Quantity quantity;
     const char *metric;
     const char *imperial;
-    double factor;          // imperial units per metric unit
-    const char *conversion; // how the factor comes about, for a definition
+    double factor;  // imperial units per metric unit
+    const char *conversion;  // how the factor comes about, for a definition
 };
 
 const QuantityUnits kQuantities[] = {

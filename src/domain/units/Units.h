@@ -12,14 +12,14 @@ enum class UnitSystem { Metric, Imperial };
 
 // What a number measures, as far as its unit goes.
 enum class Quantity {
-    None,                     // a year, a cycle, a count without area, a percentage
-    StemsPerArea,             // stems/ha, trees/acre (also SDI, which counts stems of the reference diameter)
-    Density,                  // the same, under the stand and stock tables' and composition's own name: SPH, TPA
-    BasalAreaPerArea,         // sq.m/ha, sq.ft/acre
-    VolumePerArea,            // cu.m/ha, cu.ft/acre
-    VolumeIncrementPerArea,   // cu.m/ha/yr, cu.ft/acre/yr
-    Diameter,                 // cm, in
-    Length,                   // m, ft
+    None,  // a year, a cycle, a count without area, a percentage
+    StemsPerArea,  // stems/ha, trees/acre (also SDI, which counts stems of the reference diameter)
+    Density,  // the same, under the stand and stock tables' and composition's own name: SPH, TPA
+    BasalAreaPerArea,  // sq.m/ha, sq.ft/acre
+    VolumePerArea,  // cu.m/ha, cu.ft/acre
+    VolumeIncrementPerArea,  // cu.m/ha/yr, cu.ft/acre/yr
+    Diameter,  // cm, in
+    Length,  // m, ft
 };
 
 inline constexpr double kAcresPerHectare = 2.471053814671653;

@@ -1,7 +1,7 @@
 #include "windows/browser/FrameReportHost.h"
 
-#include "windows/common/FrameHost.h"
 #include "windows/browser/frmMarquel.h"
+#include "windows/common/FrameHost.h"
 
 namespace sendrel {
 

@@ -30,9 +30,9 @@ private:
     FrameHost *frame() const;
 
     FrameHost &m_frameHost;
-    QPointer<QWidget> m_frame;   // the frame's window, gone when the frame is
+    QPointer<QWidget> m_frame;  // the frame's window, gone when the frame is
     QPointer<frmMarquel> m_browser;
-    QPointer<QWidget> m_noPlace;   // stands for a place when the frame has gone
+    QPointer<QWidget> m_noPlace;  // stands for a place when the frame has gone
 };
 
 }  // namespace sendrel

@@ -11,10 +11,10 @@
 #include "windows/common/FrameHost.h"
 #include "windows/common/RunListDelegate.h"
 #include "windows/common/WindowMenu.h"
+#include "windows/compare/frmCompare.h"
 #include "windows/composition/frmStandLevels.h"
 #include "windows/import/frmDeleteRuns.h"
 #include "windows/standstock/frmParameters.h"
-#include "windows/compare/frmCompare.h"
 #include "windows/summary/frmStandSummary.h"
 
 #include <QCheckBox>
@@ -65,8 +65,7 @@ private:
 
 }  // namespace
 
-frmMarquel::frmMarquel(TreeModel &tm, FrameHost &frame, QWidget *parent)
-    : QWidget(parent), m_tm(tm), m_frame(frame)
+frmMarquel::frmMarquel(TreeModel &tm, FrameHost &frame, QWidget *parent) : QWidget(parent), m_tm(tm), m_frame(frame)
 {
     setObjectName(QStringLiteral("frmMarquel"));
     setWindowTitle(QStringLiteral("Stand Structure Reporting System"));
@@ -192,25 +191,25 @@ void frmMarquel::buildMenus()
     mnu_Window = addMenu(QStringLiteral("mnu_Window"), QStringLiteral("&Window"));
     connect(addItem(mnu_Window, QStringLiteral("mnu_Window_Cascade"), QStringLiteral("&Cascade")), &QAction::triggered, this,
             [this] { m_frame.Arrange(kArrangeCascade); });
-    connect(addItem(mnu_Window, QStringLiteral("mnuArrangeWindows"), QStringLiteral("&Arrange Windows")), &QAction::triggered,
-            this, [this] { m_frame.ArrangeWindows(); });
-    connect(addItem(mnu_Window, QStringLiteral("mnu_Window_TileHorizontally"), QStringLiteral("Tile &Horizontally")),
-            &QAction::triggered, this, [this] { m_frame.Arrange(kArrangeTileHorizontal); });
-    connect(addItem(mnu_Window, QStringLiteral("mnu_Window_TileVertically"), QStringLiteral("Tile &Vertically")),
-            &QAction::triggered, this, [this] { m_frame.Arrange(kArrangeTileVertical); });
-    connect(addItem(mnu_Window, QStringLiteral("mnu_Window_ArrangeIcons"), QStringLiteral("&Arrange Icons")), &QAction::triggered,
-            this, [this] { m_frame.Arrange(kArrangeIcons); });
+    connect(addItem(mnu_Window, QStringLiteral("mnuArrangeWindows"), QStringLiteral("&Arrange Windows")), &QAction::triggered, this,
+            [this] { m_frame.ArrangeWindows(); });
+    connect(addItem(mnu_Window, QStringLiteral("mnu_Window_TileHorizontally"), QStringLiteral("Tile &Horizontally")), &QAction::triggered,
+            this, [this] { m_frame.Arrange(kArrangeTileHorizontal); });
+    connect(addItem(mnu_Window, QStringLiteral("mnu_Window_TileVertically"), QStringLiteral("Tile &Vertically")), &QAction::triggered, this,
+            [this] { m_frame.Arrange(kArrangeTileVertical); });
+    connect(addItem(mnu_Window, QStringLiteral("mnu_Window_ArrangeIcons"), QStringLiteral("&Arrange Icons")), &QAction::triggered, this,
+            [this] { m_frame.Arrange(kArrangeIcons); });
     ListOpenWindows(mnu_Window, m_frame);
 
     mnu_Help = addMenu(QStringLiteral("mnu_Help"), QStringLiteral("&Help"));
     connect(addItem(mnu_Help, QStringLiteral("mnu_Help_Contents"), QStringLiteral("&Contents")), &QAction::triggered, this,
             [this] { m_frame.ShowHelpTopic(0); });
-    connect(addItem(mnu_Help, QStringLiteral("mnuHelpSearch"), QStringLiteral("&Search for help on...")), &QAction::triggered,
-            this, [this] { m_frame.ShowHelpTopic(0); });
+    connect(addItem(mnu_Help, QStringLiteral("mnuHelpSearch"), QStringLiteral("&Search for help on...")), &QAction::triggered, this,
+            [this] { m_frame.ShowHelpTopic(0); });
     connect(addItem(mnu_Help, QStringLiteral("mnuHelpTechnicalSupport"), QStringLiteral("&Obtaining Technical Support")),
             &QAction::triggered, this, [this] { m_frame.ShowHelpTopic(14); });
-    connect(addItem(mnu_Help, QStringLiteral("mnuHelpAcknowledgements"), QStringLiteral("Acknowledgements")),
-            &QAction::triggered, this, [this] { m_frame.ShowHelpTopic(15); });
+    connect(addItem(mnu_Help, QStringLiteral("mnuHelpAcknowledgements"), QStringLiteral("Acknowledgements")), &QAction::triggered, this,
+            [this] { m_frame.ShowHelpTopic(15); });
     mnu_Help->addSeparator()->setObjectName(QStringLiteral("mnu_Help_S1"));
     connect(addItem(mnu_Help, QStringLiteral("mnu_Help_About"), QStringLiteral("&About Tolvane")), &QAction::triggered, this,
             [this] { m_frame.ShowAbout(); });
@@ -355,8 +354,7 @@ void frmMarquel::reportTypeClick(QCheckBox *clicked, QCheckBox *other)
             clicked->setChecked(false);
         if (other->isChecked())
             other->setChecked(false);
-    } else if (clicked->isChecked() && other->isChecked()
-               && (NumOpenWindows == 1 || (NumOpenWindows == 0 && SelectedItems == 2))) {
+    } else if (clicked->isChecked() && other->isChecked() && (NumOpenWindows == 1 || (NumOpenWindows == 0 && SelectedItems == 2))) {
         // Two boxes with two runs would make four windows; with one window open, three.
         other->setChecked(false);
     }
@@ -482,8 +480,8 @@ QWidget *frmMarquel::OpenStandLevelsWindow(int position)
     window->CalcStandLevelsReport();
     window->setWindowTitle(QStringLiteral("Species Composition through time: ") + run.key().captionName());
     const Settings &settings = m_tm.settings;
-    for (StandLevelsStatistic s : {StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea, StandLevelsStatistic::MerchVol,
-                                   StandLevelsStatistic::TotalVol})
+    for (StandLevelsStatistic s :
+         {StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea, StandLevelsStatistic::MerchVol, StandLevelsStatistic::TotalVol})
         window->SetTitles(s, StandLevelsChartTitles(settings, s, run.key().captionName()));
     window->SetPrintOptions(settings.PrintTo_Printer, settings.PrintAs_Colour);
     window->SetGrids(settings.VerticalGrid, settings.HorizontalGrid);
@@ -579,10 +577,10 @@ void frmMarquel::MenuFileServerDB_Click()
 
 void frmMarquel::ShowOpenFailure(const SendrelError &e)
 {
-    m_tm.questions.message({QStringLiteral("Sendrel"),
-                            QStringLiteral("The following error occured:\n(") + QString::number(e.number()) + QStringLiteral(") ") +
-                                e.description(),
-                            MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
+    m_tm.questions.message(
+        {QStringLiteral("Sendrel"),
+         QStringLiteral("The following error occured:\n(") + QString::number(e.number()) + QStringLiteral(") ") + e.description(),
+         MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
 }
 
 void frmMarquel::mnu_File_Compact_Click()

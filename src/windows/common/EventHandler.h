@@ -9,7 +9,8 @@ namespace sendrel {
 
 // Runs a window's event handler at the top of the error trail: a failure is shown once and the
 // window goes on. beforeShowing runs ahead of the message (a window puts its pointer back there).
-template <typename F, typename G> void RunHandler(UserQuestions &questions, F &&handler, G &&beforeShowing)
+template <typename F, typename G>
+void RunHandler(UserQuestions &questions, F &&handler, G &&beforeShowing)
 {
     try {
         std::forward<F>(handler)();
@@ -19,7 +20,8 @@ template <typename F, typename G> void RunHandler(UserQuestions &questions, F &&
     }
 }
 
-template <typename F> void RunHandler(UserQuestions &questions, F &&handler)
+template <typename F>
+void RunHandler(UserQuestions &questions, F &&handler)
 {
     RunHandler(questions, std::forward<F>(handler), [] {});
 }

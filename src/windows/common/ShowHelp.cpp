@@ -49,11 +49,9 @@ frmHelp *preparedHelpWindow(const QString &helpFile)
     // Help asked for while a window waits modally (the import dialogs, the report description)
     // would be blocked by that window until it is answered: it comes up modal itself, above it.
     QWidget *modal = QApplication::activeModalWidget();
-    const Qt::WindowModality modality = modal == window ? window->windowModality()
-                                        : modal        ? Qt::ApplicationModal
-                                                       : Qt::NonModal;
+    const Qt::WindowModality modality = modal == window ? window->windowModality() : modal ? Qt::ApplicationModal : Qt::NonModal;
     if (window->windowModality() != modality) {
-        window->hide();   // a window takes a new modality when it is shown again
+        window->hide();  // a window takes a new modality when it is shown again
         window->setWindowModality(modality);
     }
     window->SetHelpFolder(folder);

@@ -15,8 +15,9 @@ constexpr qreal kChartPrintWidth = 720;
 void PrintTablesAndChart(QPrinter &printer, const QString &html, const QImage &chart)
 {
     QString withChart = html;
-    withChart.replace(QStringLiteral("</body>"),
-                      QStringLiteral("<p style=\"page-break-before: always\"><img src=\"chart.png\" width=\"%1\"></p></body>").arg(kChartPrintWidth));
+    withChart.replace(
+        QStringLiteral("</body>"),
+        QStringLiteral("<p style=\"page-break-before: always\"><img src=\"chart.png\" width=\"%1\"></p></body>").arg(kChartPrintWidth));
     PrintTableHtml(printer, withChart, kPrintFontPoints, {{QStringLiteral("chart.png"), chart}});
 }
 

@@ -19,7 +19,8 @@ void PrintTablesAndChart(QPrinter &printer, const QString &html, const QImage &c
 
 // Takes a new window into the frame as a child with the hourglass while fill(window) reads what
 // it shows: a failure deletes the window and passes on. Its help goes to the frame's.
-template <typename Window, typename Fill> Window *OpenInFrame(FrameHost &frame, Window *window, Fill &&fill)
+template <typename Window, typename Fill>
+Window *OpenInFrame(FrameHost &frame, Window *window, Fill &&fill)
 {
     frame.SetMousePointer(kPointerHourglass);
     try {

@@ -37,8 +37,8 @@ void ListOpenWindows(QMenu *windowMenu, FrameHost &frame)
             }
             ++number;
             const QString caption = form->windowTitle();
-            QAction *entry = windowMenu->addAction(
-                (number < 10 ? QStringLiteral("&%1 ").arg(number) : QStringLiteral("%1 ").arg(number)) + QString(caption).replace(QLatin1Char('&'), QStringLiteral("&&")));
+            QAction *entry = windowMenu->addAction((number < 10 ? QStringLiteral("&%1 ").arg(number) : QStringLiteral("%1 ").arg(number)) +
+                                                   QString(caption).replace(QLatin1Char('&'), QStringLiteral("&&")));
             entry->setObjectName(QStringLiteral("mnuWindowEntry%1").arg(number));
             entry->setProperty(kEntryProperty, true);
             entry->setCheckable(true);

@@ -7,13 +7,13 @@
 #include "base/ToolBox.h"
 #include "base/UserQuestions.h"
 #include "domain/compare/ComparisonCharts.h"
+#include "domain/compare/ComparisonTables.h"
 #include "domain/table/TableFile.h"
 #include "domain/table/TableRender.h"
-#include "domain/compare/ComparisonTables.h"
 #include "graph/Graph.h"
 #include "windows/common/EventHandler.h"
-#include "windows/common/FrameHost.h"
 #include "windows/common/ExportStatus.h"
+#include "windows/common/FrameHost.h"
 #include "windows/common/TableWindow.h"
 
 #include <QCheckBox>
@@ -126,11 +126,10 @@ frmCompare::frmCompare(TreeModel &tm, QWidget *parent)
     cboTable->setObjectName(QStringLiteral("cboTable"));
     grdTable = newGrid(tableTab, QStringLiteral("grdTable"));
     auto *choices = new QHBoxLayout;
-    for (QWidget *w : std::initializer_list<QWidget *>{new QLabel(QStringLiteral("Year:"), tableTab), cboYear,
-                                                       new QLabel(QStringLiteral("Starting:"), tableTab), txtClassStart,
-                                                       new QLabel(QStringLiteral("Class width:"), tableTab), txtClassWidth,
-                                                       new QLabel(QStringLiteral("# of Classes:"), tableTab), txtNumofClasses, optStand,
-                                                       optStock, cboTable})
+    for (QWidget *w : std::initializer_list<QWidget *>{
+             new QLabel(QStringLiteral("Year:"), tableTab), cboYear, new QLabel(QStringLiteral("Starting:"), tableTab), txtClassStart,
+             new QLabel(QStringLiteral("Class width:"), tableTab), txtClassWidth, new QLabel(QStringLiteral("# of Classes:"), tableTab),
+             txtNumofClasses, optStand, optStock, cboTable})
         choices->addWidget(w);
     auto *tableLayout = new QVBoxLayout(tableTab);
     tableLayout->addLayout(choices);
@@ -363,7 +362,8 @@ void frmCompare::cmdExport_Click()
         if (ExportFormatOf(path) == TableFormat::Csv && !m_difference.tables.isEmpty()) {
             const QFileInfo info(path);
             const QString table = (optStand->isChecked() ? QStringLiteral("Stand") : QStringLiteral("Stock")) + cboYear->currentText();
-            SaveExport(m_difference, info.path() + QLatin1Char('/') + info.completeBaseName() + QLatin1Char('-') + table + QStringLiteral(".csv"),
+            SaveExport(m_difference,
+                       info.path() + QLatin1Char('/') + info.completeBaseName() + QLatin1Char('-') + table + QStringLiteral(".csv"),
                        m_tm.settings.CsvDefinitions);
         }
         ShowExportedPath(this, path);

@@ -66,7 +66,7 @@ private:
     TableDocument everyTable() const;
 
     TreeModel &m_tm;
-    const UnitSystem m_units;   // the setting's when the window opened, kept while it is open
+    const UnitSystem m_units;  // the setting's when the window opened, kept while it is open
     std::optional<Comparison> m_comparison;
     TableDocument m_summary;
     TableDocument m_difference;

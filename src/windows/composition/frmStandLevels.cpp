@@ -4,24 +4,24 @@
 #include "base/SendrelError.h"
 #include "base/UserQuestions.h"
 #include "domain/composition/StandLevelsReport.h"
-#include "domain/table/TableFile.h"
-#include "windows/common/EventHandler.h"
-#include "windows/common/ExportStatus.h"
 #include "domain/standstock/ClassCharts.h"
+#include "domain/table/TableFile.h"
 #include "graph/Graph.h"
 #include "windows/common/ChildWindow.h"
+#include "windows/common/EventHandler.h"
+#include "windows/common/ExportStatus.h"
 #include "windows/common/ReportWindowHost.h"
 #include "windows/output/ChartPrinting.h"
 #include "windows/output/frmReport.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QPrinter>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
@@ -40,7 +40,7 @@ struct StatisticControls {
     StandLevelsStatistic statistic;
     const char *option;
     const char *caption;
-    const char *name;   // of the chart and the title boxes
+    const char *name;  // of the chart and the title boxes
 };
 const StatisticControls kStatistics[kStandLevelsCharts] = {
     {StandLevelsStatistic::Sph, "optSPH", "SPH", "Sph"},
@@ -59,7 +59,8 @@ QGroupBox *frame(const QString &caption, const QString &name, QWidget *parent)
     return box;
 }
 
-template <typename T> T *named(T *widget, const QString &name)
+template <typename T>
+T *named(T *widget, const QString &name)
 {
     widget->setObjectName(name);
     return widget;
@@ -67,7 +68,8 @@ template <typename T> T *named(T *widget, const QString &name)
 
 }  // namespace
 
-template <typename F> void frmStandLevels::handled(F &&handler)
+template <typename F>
+void frmStandLevels::handled(F &&handler)
 {
     RunHandler(m_tm.questions, std::forward<F>(handler), [this] { setPointer(kPointerDefault); });
 }
@@ -328,7 +330,7 @@ void frmStandLevels::ChooseStatistic(StandLevelsStatistic statistic)
 {
     const int chosen = static_cast<int>(statistic);
     if (!m_options[chosen]->isChecked()) {
-        m_options[chosen]->setChecked(true);   // comes back here through toggled
+        m_options[chosen]->setChecked(true);  // comes back here through toggled
         return;
     }
     // Each statistic keeps its own Y axis maximum: the box shows the chosen one's.
@@ -358,8 +360,8 @@ void frmStandLevels::cmdApply_Click()
     // The box is the chosen statistic's maximum; each chart keeps its own, within its own data
     // (a maximum for stems would flatten the basal area).
     m_yAxisMax[static_cast<int>(SelectedStatistic())] = txtYAxisMax->text();
-    for (StandLevelsStatistic s : {StandLevelsStatistic::TotalVol, StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea,
-                                   StandLevelsStatistic::MerchVol})
+    for (StandLevelsStatistic s :
+         {StandLevelsStatistic::TotalVol, StandLevelsStatistic::Sph, StandLevelsStatistic::BasalArea, StandLevelsStatistic::MerchVol})
         ApplyYAxisRule(*Chart(s), State.maximum(s), m_yAxisMax[static_cast<int>(s)]);
     for (Graph *g : m_charts) {
         if (g->Visible())
@@ -443,8 +445,9 @@ void frmStandLevels::cmdPrintReport_Click()
 
     if (report.compiled) {
         auto failed = [this](long number, const QString &description) {
-            m_tm.questions.message({QStringLiteral("Sendrel"), QStringLiteral("Report Failed: ") + QString::number(number) + kCrLf + description,
-                                    MsgIcon::None, MsgButtons::OK, Answer::OK});
+            m_tm.questions.message({QStringLiteral("Sendrel"),
+                                    QStringLiteral("Report Failed: ") + QString::number(number) + kCrLf + description, MsgIcon::None,
+                                    MsgButtons::OK, Answer::OK});
         };
         try {
             frmReport viewer(m_tm.questions, this);

@@ -45,7 +45,7 @@ public:
 
     // The run that the window shows, set by the browser before CalcStandLevelsReport.
     QString This_RunId;
-    QString This_SorH;     // "S" standing, "H" harvested
+    QString This_SorH;  // "S" standing, "H" harvested
     QString This_RunDesc;
     // The run that the window shows, as the browser asks before a delete.
     RunKey ShownRun() const { return {This_RunId, KindOfText(This_SorH)}; }
@@ -83,7 +83,8 @@ private:
     void Form_Load();
     void Form_Unload();
     // Runs an event handler at the top of the error trail: a failure is shown and the window goes on.
-    template <typename F> void handled(F &&handler);
+    template <typename F>
+    void handled(F &&handler);
     void cmdApply_Click();
     void ApplyGrids();
     void cmdPrint_Click();

@@ -15,8 +15,7 @@
 
 namespace sendrel {
 
-frmDeleteRuns::frmDeleteRuns(TreeModel &tm, QWidget *parent)
-    : QDialog(parent), m_tm(tm)
+frmDeleteRuns::frmDeleteRuns(TreeModel &tm, QWidget *parent) : QDialog(parent), m_tm(tm)
 {
     setObjectName(QStringLiteral("frmDeleteRuns"));
     setWindowTitle(QStringLiteral("Delete Runs"));

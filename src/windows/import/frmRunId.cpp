@@ -15,7 +15,6 @@
 
 namespace sendrel {
 
-
 frmRunId::frmRunId(QWidget *parent)
     : QDialog(parent), lblEnterName(new QLabel(this)), txtRunId(new QLineEdit(this)), lblNameProblem(new QLabel(this)),
       cmdOK(new QPushButton(this)), cmdCancel(new QPushButton(this))
@@ -74,8 +73,8 @@ void frmRunId::limitLength()
     while (prefix < before.size() && prefix < edited.size() && before[prefix] == edited[prefix])
         ++prefix;
     qsizetype suffix = 0;
-    while (suffix < before.size() - prefix && suffix < edited.size() - prefix
-           && before[before.size() - 1 - suffix] == edited[edited.size() - 1 - suffix])
+    while (suffix < before.size() - prefix && suffix < edited.size() - prefix &&
+           before[before.size() - 1 - suffix] == edited[edited.size() - 1 - suffix])
         ++suffix;
     const QString inserted = edited.mid(prefix, edited.size() - prefix - suffix);
     const qsizetype kept = prefix + suffix;

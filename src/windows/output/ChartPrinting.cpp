@@ -29,7 +29,8 @@ bool PrintChartThroughDialog(UserQuestions &questions, QPrinter &printer, Graph 
 
 QString ChartPrintFile(const QString &workFolder, const QString &runId, const QString &kindWord, const QString &subject)
 {
-    return QDir(workFolder).filePath(SafeFileStem(runId) + QLatin1Char('_') + kindWord + QLatin1Char('_') + subject + QStringLiteral(".pdf"));
+    return QDir(workFolder)
+        .filePath(SafeFileStem(runId) + QLatin1Char('_') + kindWord + QLatin1Char('_') + subject + QStringLiteral(".pdf"));
 }
 
 }  // namespace sendrel

@@ -93,7 +93,8 @@ double ReportPrintPointSize(QPrinter &printer, const QString &text, const QFont 
 
 void PrintReportText(QPrinter &printer, const QString &text, const QFont &font)
 {
-    PrintOn(printer, [&](QPagedPaintDevice &device) { printText(device, text, font); }, kSource);
+    PrintOn(
+        printer, [&](QPagedPaintDevice &device) { printText(device, text, font); }, kSource);
 }
 
 }  // namespace sendrel

@@ -13,8 +13,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QShortcut>
-#include <QSignalBlocker>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -24,6 +22,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
+#include <QShortcut>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 namespace sendrel {
@@ -34,7 +34,8 @@ constexpr int kTitleLength = 80;
 // As many digits as an axis can take: the Y axis maximum is a whole number of stems or cubic metres.
 constexpr int kYAxisDigits = 15;
 
-template <typename T> T *named(T *w, const char *name)
+template <typename T>
+T *named(T *w, const char *name)
 {
     w->setObjectName(QString::fromLatin1(name));
     return w;
@@ -42,8 +43,7 @@ template <typename T> T *named(T *w, const char *name)
 
 }  // namespace
 
-frmChart::frmChart(QWidget *parent)
-    : QWidget(parent), m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
+frmChart::frmChart(QWidget *parent) : QWidget(parent), m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
 {
     setObjectName(QStringLiteral("frmChart"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -212,9 +212,10 @@ void frmChart::connectControls()
     connect(cmdLast, &QPushButton::clicked, this, [this] { pageTo(cboYear->count()); });
     connect(cboYear, &QComboBox::activated, this, [this](int index) { pageTo(index + 1); });
     // The paging keys; a title box keeps Home and End for its own text.
-    const std::pair<QKeySequence, QPushButton *> keys[] = {
-        {QKeySequence(Qt::Key_PageUp), cmdPrev}, {QKeySequence(Qt::Key_PageDown), cmdNext},
-        {QKeySequence(Qt::Key_Home), cmdFirst}, {QKeySequence(Qt::Key_End), cmdLast}};
+    const std::pair<QKeySequence, QPushButton *> keys[] = {{QKeySequence(Qt::Key_PageUp), cmdPrev},
+                                                           {QKeySequence(Qt::Key_PageDown), cmdNext},
+                                                           {QKeySequence(Qt::Key_Home), cmdFirst},
+                                                           {QKeySequence(Qt::Key_End), cmdLast}};
     for (const auto &[key, button] : keys) {
         auto *shortcut = new QShortcut(key, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
         connect(shortcut, &QShortcut::activated, button, [button] {
@@ -293,8 +294,8 @@ void frmChart::PrintChart()
     const bool density = m_parameters->DensityChosen();
     gphDensity->Visible(density);
     gphMerchVol->Visible(!density);
-    const ClassChartMaxima maxima = PrintClassCharts(m_parameters->Store(), m_parameters->Classes(), m_parameters->Cells(),
-                                                     *gphDensity, *gphMerchVol, txtYAxisMax->text());
+    const ClassChartMaxima maxima = PrintClassCharts(m_parameters->Store(), m_parameters->Classes(), m_parameters->Cells(), *gphDensity,
+                                                     *gphMerchVol, txtYAxisMax->text());
     MaxDensity = maxima.density;
     MaxMerchVol = maxima.merchVol;
     gphDensity->ChartDraw(2);

@@ -105,8 +105,8 @@ public:
 
     QPointer<frmChart> prevChart;
     QPointer<frmChart> nextChart;
-    qint16 cycleNum = 0;          // the position in the selection, from 1
-    QString PrintFile;            // the PDF file that the print dialog offers
+    qint16 cycleNum = 0;  // the position in the selection, from 1
+    QString PrintFile;  // the PDF file that the print dialog offers
     double MaxDensity = 0;
     double MaxMerchVol = 0;
     int HelpContextID = 76;
@@ -151,7 +151,7 @@ private:
     QPushButton *cmdHelp;
 
     ChartWindowParent *m_parameters = nullptr;
-    UserQuestions *m_questions = nullptr;   // outlives the parent: the process's questions
+    UserQuestions *m_questions = nullptr;  // outlives the parent: the process's questions
     bool m_unloading = false;
     std::unique_ptr<QPrinter> m_printer;
 };

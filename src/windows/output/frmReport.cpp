@@ -25,9 +25,9 @@ namespace {
 const QString kCrLf = QStringLiteral("\r\n");
 
 constexpr double kLandscapeWidening = 1.7;
-constexpr int kDesignColumns = 84;     // a portrait report of seven columns and its margin
+constexpr int kDesignColumns = 84;  // a portrait report of seven columns and its margin
 constexpr int kDesignLines = 40;
-constexpr int kFramePadding = 13;      // what the window adds to the box beside it (200 twips)
+constexpr int kFramePadding = 13;  // what the window adds to the box beside it (200 twips)
 constexpr double kPrintMarginMm = 15.0;
 
 QFont reportFont()
@@ -73,8 +73,8 @@ frmReport::frmReport(UserQuestions &questions, QWidget *parent)
     layout->addLayout(buttons);
 
     const QFontMetrics metrics(rtbReport->font());
-    m_designBoxWidth = metrics.horizontalAdvance(QString(kDesignColumns, QLatin1Char('0')))
-                       + 2 * rtbReport->frameWidth() + rtbReport->verticalScrollBar()->sizeHint().width();
+    m_designBoxWidth = metrics.horizontalAdvance(QString(kDesignColumns, QLatin1Char('0'))) + 2 * rtbReport->frameWidth() +
+                       rtbReport->verticalScrollBar()->sizeHint().width();
     rtbReport->setMinimumWidth(m_designBoxWidth);
     rtbReport->setMinimumHeight(metrics.lineSpacing() * 10);
     m_designSize = QSize(m_designBoxWidth + 2 * kFramePadding, metrics.lineSpacing() * kDesignLines);
@@ -165,8 +165,8 @@ void frmReport::cmdPrint_Click()
         PrintReportText(m_printer, textToPrint(), rtbReport->font());
     } catch (const SendrelError &e) {
         m_questions.message({QStringLiteral("Sendrel"),
-                             QStringLiteral("Error printing the report.") + kCrLf + e.description() + QLatin1Char('(')
-                                 + QString::number(e.number()) + QLatin1Char(')'),
+                             QStringLiteral("Error printing the report.") + kCrLf + e.description() + QLatin1Char('(') +
+                                 QString::number(e.number()) + QLatin1Char(')'),
                              MsgIcon::Exclamation, MsgButtons::OK, Answer::OK});
     }
 }

@@ -23,9 +23,9 @@ class frmReport : public QDialog {
 public:
     explicit frmReport(UserQuestions &questions, QWidget *parent = nullptr);
 
-    qint32 ReportType = 0;           // 0 stand table, 1 stock table, 2 species composition
-    QString ReportFile;              // full path of the report text file
-    qint16 ReportOrientation = 1;    // 1 portrait, 2 landscape
+    qint32 ReportType = 0;  // 0 stand table, 1 stock table, 2 species composition
+    QString ReportFile;  // full path of the report text file
+    qint16 ReportOrientation = 1;  // 1 portrait, 2 landscape
 
     // How the print dialog is put to the user: it may change the printer and gives false
     // when the user cancels. Tests put a function here that prints to a PDF file.

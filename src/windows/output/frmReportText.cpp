@@ -20,12 +20,9 @@ namespace {
 // program is taken as it is: the box is unmodified while setText has it checked.
 class TypedLengthLimit : public QValidator {
 public:
-    TypedLengthLimit(QLineEdit *box, int limit)
-        : QValidator(box), m_box(box), m_limit(limit), m_allowed(limit)
+    TypedLengthLimit(QLineEdit *box, int limit) : QValidator(box), m_box(box), m_limit(limit), m_allowed(limit)
     {
-        connect(box, &QLineEdit::textChanged, this, [this](const QString &text) {
-            m_allowed = std::max<qsizetype>(m_limit, text.size());
-        });
+        connect(box, &QLineEdit::textChanged, this, [this](const QString &text) { m_allowed = std::max<qsizetype>(m_limit, text.size()); });
     }
 
     State validate(QString &input, int &pos) const override
@@ -44,8 +41,7 @@ private:
 
 }  // namespace
 
-frmReportText::frmReportText(QWidget *parent)
-    : QDialog(parent)
+frmReportText::frmReportText(QWidget *parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmReportText"));
     setWindowTitle(QStringLiteral("Report Description"));
@@ -121,7 +117,7 @@ QString frmReportText::Description() const
 void frmReportText::cmdOK_Click()
 {
     bReportCancelled = false;
-    accept();   // hidden, still loaded: the caller reads the boxes
+    accept();  // hidden, still loaded: the caller reads the boxes
 }
 
 void frmReportText::cmdCancel_Click()

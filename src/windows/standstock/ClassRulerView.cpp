@@ -31,8 +31,7 @@ int buttonNumber(Qt::MouseButtons buttons)
 
 }  // namespace
 
-ClassPanel::ClassPanel(int index, QWidget *parent)
-    : QLabel(parent), m_index(index)
+ClassPanel::ClassPanel(int index, QWidget *parent) : QLabel(parent), m_index(index)
 {
     setObjectName(QStringLiteral("SSPanel2_%1").arg(index));
     setAlignment(Qt::AlignCenter);
@@ -120,12 +119,8 @@ void ClassPanel::mouseReleaseEvent(QMouseEvent *event)
 }
 
 ClassRulerView::ClassRulerView(const ClassRuler &ruler, QWidget *parent)
-    : QGroupBox(QStringLiteral("DBH Classes"), parent),
-      m_viewArea(new QWidget(this)),
-      m_drawArea(new QWidget(m_viewArea)),
-      m_scroll(new QScrollBar(Qt::Horizontal, this)),
-      m_scaleLine(new QFrame(m_drawArea)),
-      m_ruler(ruler)
+    : QGroupBox(QStringLiteral("DBH Classes"), parent), m_viewArea(new QWidget(this)), m_drawArea(new QWidget(m_viewArea)),
+      m_scroll(new QScrollBar(Qt::Horizontal, this)), m_scaleLine(new QFrame(m_drawArea)), m_ruler(ruler)
 {
     setObjectName(QStringLiteral("SSPanel1"));
     setMouseTracking(true);
@@ -164,9 +159,7 @@ ClassRulerView::ClassRulerView(const ClassRuler &ruler, QWidget *parent)
 
     m_scroll->setEnabled(false);
     m_viewArea->installEventFilter(this);
-    connect(m_scroll, &QScrollBar::valueChanged, this, [this](int value) {
-        m_drawArea->move(-TwipsToPixels(value), 0);
-    });
+    connect(m_scroll, &QScrollBar::valueChanged, this, [this](int value) { m_drawArea->move(-TwipsToPixels(value), 0); });
 }
 
 double ClassRulerView::ViewAreaWidth() const

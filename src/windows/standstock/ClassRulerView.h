@@ -100,7 +100,6 @@ protected:
 private:
     void updateScrollBar();
 
-
     QWidget *m_viewArea;
     QWidget *m_drawArea;
     QScrollBar *m_scroll;

@@ -27,12 +27,12 @@ void ExportStandStockTables(TreeModel &tm, const RunKey &run, bool density, cons
             return;
         }
         const QString what = density ? QStringLiteral("Stand") : QStringLiteral("Stock");
-        const QString path = tm.questions.saveFile(ExportFileRequest(QStringLiteral("Export %1 Table").arg(what), tm.ReportFolder(),
-                                                                     ExportFileStem(run, what)));
+        const QString path = tm.questions.saveFile(
+            ExportFileRequest(QStringLiteral("Export %1 Table").arg(what), tm.ReportFolder(), ExportFileStem(run, what)));
         if (path.isEmpty())
             return;
         pointer(kPointerHourglass);
-        ExportFormatOf(path);   // a name the export cannot take fails before any work
+        ExportFormatOf(path);  // a name the export cannot take fails before any work
         SaveExport(CompileStandStockDocument(tm.db, {run, density, cycles, UnitSystemOfSetting(tm.settings.Units)}, layout, data), path,
                    tm.settings.CsvDefinitions);
         ShowExportedPath(&lstCycles, path);

@@ -1,10 +1,10 @@
 #include "windows/standstock/ViewStandStockReport.h"
 
-#include "base/SendrelError.h"
 #include "app/TreeModel.h"
+#include "base/SendrelError.h"
 #include "base/UserQuestions.h"
-#include "windows/output/frmReport.h"
 #include "domain/standstock/StandStockData.h"
+#include "windows/output/frmReport.h"
 
 #include <QApplication>
 #include <QListWidget>
@@ -36,10 +36,9 @@ QList<SelectedCycle> SelectedCycles(const QListWidget &lstCycles)
     return cycles;
 }
 
-void ViewStandStockReport(TreeModel &tm, QWidget *window, const QString &This_RunId, const QString &This_SorH,
-                          QString &This_RunDesc, bool density, const QListWidget &lstCycles, const ClassLayout &layout,
-                          StandStockData &data, const std::function<void(int pointer)> &setMousePointer,
-                          const ShowReportViewerFn &showViewer)
+void ViewStandStockReport(TreeModel &tm, QWidget *window, const QString &This_RunId, const QString &This_SorH, QString &This_RunDesc,
+                          bool density, const QListWidget &lstCycles, const ClassLayout &layout, StandStockData &data,
+                          const std::function<void(int pointer)> &setMousePointer, const ShowReportViewerFn &showViewer)
 {
     StandStockReportRequest request;
     request.This_RunId = This_RunId;

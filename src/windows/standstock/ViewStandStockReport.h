@@ -31,9 +31,8 @@ using ShowReportViewerFn = std::function<void(frmReport &viewer)>;
 // (0 default, 11 hourglass); it is back at 0 when this returns. Failures are shown here: a
 // failed compile in the box "The following error occured:", a viewer that cannot be shown
 // in the box "Report Failed: ". window is the viewer's parent.
-void ViewStandStockReport(TreeModel &tm, QWidget *window, const QString &This_RunId, const QString &This_SorH,
-                          QString &This_RunDesc, bool density, const QListWidget &lstCycles, const ClassLayout &layout,
-                          StandStockData &data, const std::function<void(int pointer)> &setMousePointer = {},
-                          const ShowReportViewerFn &showViewer = {});
+void ViewStandStockReport(TreeModel &tm, QWidget *window, const QString &This_RunId, const QString &This_SorH, QString &This_RunDesc,
+                          bool density, const QListWidget &lstCycles, const ClassLayout &layout, StandStockData &data,
+                          const std::function<void(int pointer)> &setMousePointer = {}, const ShowReportViewerFn &showViewer = {});
 
 }  // namespace sendrel

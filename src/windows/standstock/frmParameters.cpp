@@ -1,23 +1,23 @@
 #include "windows/standstock/frmParameters.h"
 
-#include "windows/standstock/ViewStandStockReport.h"
 #include "windows/standstock/ExportStandStockTables.h"
+#include "windows/standstock/ViewStandStockReport.h"
 
+#include "app/GameDB.h"
+#include "app/TreeModel.h"
 #include "base/Numbers.h"
 #include "base/SendrelError.h"
 #include "base/Settings.h"
-#include "app/TreeModel.h"
-#include "graph/Graph.h"
 #include "domain/standstock/ChartPages.h"
 #include "domain/standstock/ClassCharts.h"
-#include "windows/output/ChartPrinting.h"
+#include "graph/Graph.h"
 #include "windows/common/ChildFrame.h"
-#include "windows/standstock/ClassRulerView.h"
 #include "windows/common/ChildWindow.h"
 #include "windows/common/ReportWindowHost.h"
+#include "windows/output/ChartPrinting.h"
+#include "windows/standstock/ClassRulerView.h"
 #include "windows/standstock/ViewStandStockReport.h"
 #include "windows/standstock/frmRange.h"
-#include "app/GameDB.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -60,7 +60,8 @@ QLabel *faultLabel(const QString &name, QWidget *parent)
 
 }  // namespace
 
-template <typename F> void frmParameters::handled(F &&handler)
+template <typename F>
+void frmParameters::handled(F &&handler)
 {
     try {
         handler();
@@ -73,20 +74,13 @@ template <typename F> void frmParameters::handled(F &&handler)
 }
 
 frmParameters::frmParameters(TreeModel &tm, ReportWindowHost &host, QWidget *parent)
-    : QWidget(parent),
-      Data(Layout, tm.db.NumSpecies),
-      m_tm(tm),
-      m_host(host)
+    : QWidget(parent), Data(Layout, tm.db.NumSpecies), m_tm(tm), m_host(host)
 {
     initialise();
 }
 
 frmParameters::frmParameters(TreeModel &tm, std::unique_ptr<ReportWindowHost> host, QWidget *parent)
-    : QWidget(parent),
-      Data(Layout, tm.db.NumSpecies),
-      m_tm(tm),
-      m_ownHost(std::move(host)),
-      m_host(*m_ownHost)
+    : QWidget(parent), Data(Layout, tm.db.NumSpecies), m_tm(tm), m_ownHost(std::move(host)), m_host(*m_ownHost)
 {
     initialise();
 }
@@ -276,8 +270,8 @@ void frmParameters::connectControls()
     connect(cmdPrintCharts, &QPushButton::clicked, this, &frmParameters::cmdPrintCharts_Click);
     connect(cmdPrintReport, &QPushButton::clicked, this, [this] {
         m_asking = true;
-        ViewStandStockReport(m_tm, this, This_RunId, This_SorH, This_RunDesc, optDensity->isChecked(), *lstCycles, Layout,
-                             Data, [this](int p) { setPointer(p); });
+        ViewStandStockReport(m_tm, this, This_RunId, This_SorH, This_RunDesc, optDensity->isChecked(), *lstCycles, Layout, Data,
+                             [this](int p) { setPointer(p); });
         m_asking = false;
     });
     connect(cmdExport, &QPushButton::clicked, this, [this] {
@@ -327,7 +321,8 @@ void frmParameters::Form_Load()
     // first drawing gives each class its full room (a second SetClasses with the same count
     // shortens the ruler again).
     const Settings &s = m_tm.settings;
-    for (const auto &[box, value] : {std::pair{txtClassStart, s.ClassesStart}, {txtClassWidth, s.ClassesWidth},
+    for (const auto &[box, value] : {std::pair{txtClassStart, s.ClassesStart},
+                                     {txtClassWidth, s.ClassesWidth},
                                      {txtNumofClasses, static_cast<double>(s.NumClasses)}}) {
         const QSignalBlocker quiet(box);
         box->setText(DefaultText(value));
@@ -466,7 +461,7 @@ void frmParameters::drawChosenChart()
 void frmParameters::ChooseDensity(bool density)
 {
     if (optDensity->isChecked() != density) {
-        (density ? optDensity : optMerchVol)->setChecked(true);   // comes back here through toggled
+        (density ? optDensity : optMerchVol)->setChecked(true);  // comes back here through toggled
         return;
     }
     gphDensity->Visible(density);
@@ -525,7 +520,8 @@ frmChart *frmParameters::CreateChart(int Position, frmChart *PrevNeighbour, frmC
 {
     if (Position < 1 || Position > iNumSelectedCycles) {
         m_asking = true;
-        m_tm.questions.message({QStringLiteral("Sendrel"), QStringLiteral("Invalid Cycle Number"), MsgIcon::None, MsgButtons::OK, Answer::OK});
+        m_tm.questions.message(
+            {QStringLiteral("Sendrel"), QStringLiteral("Invalid Cycle Number"), MsgIcon::None, MsgButtons::OK, Answer::OK});
         m_asking = false;
         return nullptr;
     }
@@ -559,7 +555,8 @@ frmChart *frmParameters::CreateChart(int Position, frmChart *PrevNeighbour, frmC
         request.entry = {item->text(), item->data(Qt::UserRole).toInt()};
         request.density = density;
         setPointer(kPointerHourglass);
-        m_tm.questions.showBusyMessage(kPleaseWait, QStringLiteral("Compiling report data for cycle: ") + QString::number(request.entry.cycle));
+        m_tm.questions.showBusyMessage(kPleaseWait,
+                                       QStringLiteral("Compiling report data for cycle: ") + QString::number(request.entry.cycle));
         chart->cycleNum = static_cast<qint16>(Position);
         if (!Data.LetEventsRun)
             Data.LetEventsRun = [] { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };

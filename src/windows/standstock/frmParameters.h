@@ -49,7 +49,7 @@ public:
 
     // The run that the window shows, set by the browser before UpdateHeaderList.
     QString This_RunId;
-    QString This_SorH;     // "S" standing, "H" harvested
+    QString This_SorH;  // "S" standing, "H" harvested
     QString This_RunDesc;
     // The run that the window shows, as the browser asks before a delete.
     RunKey ShownRun() const { return {This_RunId, KindOfText(This_SorH)}; }
@@ -67,8 +67,8 @@ public:
     qint16 &iNumofClasses = Layout.iNumofClasses;
     bool &bInChange = Reset.bInChange;
     qint16 &NextSpecies = Data.NextSpecies;
-    bool bDBH_Change = false;   // DrawClass is being called by frmRange's UpdateDbhPanels
-    bool bMouseMove = false;    // DrawClass is being called by a drag on the ruler
+    bool bDBH_Change = false;  // DrawClass is being called by frmRange's UpdateDbhPanels
+    bool bMouseMove = false;  // DrawClass is being called by a drag on the ruler
     bool bChartsCancelled = false;
     int HelpContextID = 76;
 
@@ -140,7 +140,8 @@ private:
     void Form_Activate();
     void hookActivation();
     // Runs an event handler at the top of the error trail: a failure is shown and the window goes on.
-    template <typename F> void handled(F &&handler);
+    template <typename F>
+    void handled(F &&handler);
     Answer ask(const MessageRequest &request);
     void writeBoxesBack();
     void showEntryCheck(const ClassEntryCheck &check);
@@ -182,8 +183,8 @@ private:
     QPointer<frmRange> m_range;
     bool m_loaded = false;
     bool m_unloaded = false;
-    bool m_asking = false;     // a question of this window is up
-    bool m_wasAway = false;    // another window was active since this one was last
+    bool m_asking = false;  // a question of this window is up
+    bool m_wasAway = false;  // another window was active since this one was last
 };
 
 }  // namespace sendrel

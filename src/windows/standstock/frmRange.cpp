@@ -3,8 +3,8 @@
 #include "windows/common/ChildFrame.h"
 
 #include "base/Numbers.h"
-#include "windows/standstock/ClassRulerView.h"
 #include "windows/common/ReportWindowHost.h"
+#include "windows/standstock/ClassRulerView.h"
 #include "windows/standstock/frmParameters.h"
 
 #include <QCloseEvent>
@@ -18,8 +18,7 @@
 
 namespace sendrel {
 
-frmRange::frmRange(QWidget *parent)
-    : QWidget(parent)
+frmRange::frmRange(QWidget *parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("frmRange"));
     setWindowTitle(QStringLiteral("Range"));
@@ -118,8 +117,8 @@ void frmRange::UpdateDbhPanels()
 {
     if (!m_parameters)
         return;
-    const QVector<int> redraw = sendrel::UpdateDbhPanels(m_parameters->Layout, lblDbhError->text(), lblClassNumber->text(),
-                                                         txtMin->text(), txtMax->text(), txtCentre->text());
+    const QVector<int> redraw = sendrel::UpdateDbhPanels(m_parameters->Layout, lblDbhError->text(), lblClassNumber->text(), txtMin->text(),
+                                                         txtMax->text(), txtCentre->text());
     for (int i : redraw)
         m_parameters->DrawClass(i);
 }
@@ -159,7 +158,7 @@ void frmRange::OpenClass(int iClass)
     }
     QWidget *w = frameWindow();
     if (w->isHidden() && m_parameters)
-        SetParameters(m_parameters);   // over its window again, wherever that went meanwhile
+        SetParameters(m_parameters);  // over its window again, wherever that went meanwhile
     w->show();
     show();
     w->raise();
@@ -173,8 +172,8 @@ void frmRange::edgeChanged(RangeBox box)
         m_parameters->bInChange = false;
         return;
     }
-    const RangeBoxChange change = RangeBoxChanged(m_parameters->Layout, box, lblClassNumber->text(), txtMin->text(),
-                                                  txtMax->text(), txtCentre->text());
+    const RangeBoxChange change =
+        RangeBoxChanged(m_parameters->Layout, box, lblClassNumber->text(), txtMin->text(), txtMax->text(), txtCentre->text());
     lblDbhError->setText(change.fault);
     if (change.writeCentre)
         txtCentre->setText(change.centre);
@@ -193,8 +192,8 @@ void frmRange::centreChanged()
         m_parameters->bInChange = false;
         return;
     }
-    const RangeBoxChange change = RangeBoxChanged(m_parameters->Layout, RangeBox::Centre, lblClassNumber->text(),
-                                                  txtMin->text(), txtMax->text(), txtCentre->text());
+    const RangeBoxChange change =
+        RangeBoxChanged(m_parameters->Layout, RangeBox::Centre, lblClassNumber->text(), txtMin->text(), txtMax->text(), txtCentre->text());
     lblDbhError->setText(change.fault);
 }
 

@@ -59,7 +59,7 @@ private:
     // The window as the user sees it: its own, or the MDI child window that holds it.
     QWidget *frameWindow() const;
 
-    QPointer<frmParameters> m_parameters;   // theParameters
+    QPointer<frmParameters> m_parameters;  // theParameters
     QLabel *lblClassNumber = nullptr;
     QLabel *lblClassTitle = nullptr;
     QLineEdit *txtMin = nullptr;

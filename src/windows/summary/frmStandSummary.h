@@ -56,7 +56,6 @@ private:
     QPushButton *cmdHelp;
     QPushButton *cmdClose;
 
-
     TreeModel &m_tm;
     StandSummary m_summary;
     QPrinter m_printer;
