@@ -16,6 +16,7 @@
 #include <QListWidget>
 #include <QMdiSubWindow>
 #include <QSettings>
+#include <QThread>
 #include <QTest>
 #include <QTimer>
 
@@ -140,14 +141,16 @@ inline void leaveDialog(QWidget *dialog, const QString &how)
 }
 
 // Runs action on the next modal window as soon as it is up, so that a test can answer a window
-// that its code shows with exec().
+// that its code shows with exec(). Up means its own event loop runs: a window that handles events
+// while it is being shown (the splash) would otherwise be closed before exec() waits, and wait for ever.
 inline void onNextModal(std::function<void(QWidget *)> action)
 {
     auto *timer = new QTimer;
     timer->setInterval(5);
-    QObject::connect(timer, &QTimer::timeout, [timer, action] {
+    const int outerLoops = QThread::currentThread()->loopLevel();
+    QObject::connect(timer, &QTimer::timeout, [timer, action, outerLoops] {
         QWidget *w = QApplication::activeModalWidget();
-        if (!w || !w->isVisible())
+        if (!w || !w->isVisible() || QThread::currentThread()->loopLevel() <= outerLoops)
             return;
         timer->stop();
         timer->deleteLater();
