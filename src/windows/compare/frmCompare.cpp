@@ -14,6 +14,7 @@
 #include "windows/common/EventHandler.h"
 #include "windows/common/ExportStatus.h"
 #include "windows/common/FrameHost.h"
+#include "windows/common/NamedButton.h"
 #include "windows/common/TableWindow.h"
 
 #include <QCheckBox>
@@ -156,14 +157,10 @@ frmCompare::frmCompare(TreeModel &tm, QWidget *parent)
     chartLayout->addWidget(gphCompare, 1);
     tabCompare->addTab(chartTab, QStringLiteral("Chart"));
 
-    cmdExport = new QPushButton(QStringLiteral("Export..."), this);
-    cmdExport->setObjectName(QStringLiteral("cmdExport"));
-    cmdPrint = new QPushButton(QStringLiteral("Print"), this);
-    cmdPrint->setObjectName(QStringLiteral("cmdPrint"));
-    cmdHelp = new QPushButton(QStringLiteral("Help"), this);
-    cmdHelp->setObjectName(QStringLiteral("cmdHelp"));
-    cmdClose = new QPushButton(QStringLiteral("Close"), this);
-    cmdClose->setObjectName(QStringLiteral("cmdClose"));
+    cmdExport = NamedButton(QStringLiteral("Export..."), QStringLiteral("cmdExport"), this);
+    cmdPrint = NamedButton(QStringLiteral("Print"), QStringLiteral("cmdPrint"), this);
+    cmdHelp = NamedButton(QStringLiteral("Help"), QStringLiteral("cmdHelp"), this);
+    cmdClose = NamedButton(QStringLiteral("Close"), QStringLiteral("cmdClose"), this);
 
     auto *side = new QVBoxLayout;
     side->addWidget(new QLabel(QStringLiteral("Runs (2 to 8):"), this));

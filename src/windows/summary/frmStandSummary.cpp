@@ -11,6 +11,7 @@
 #include "windows/common/EventHandler.h"
 #include "windows/common/ExportStatus.h"
 #include "windows/common/FrameHost.h"
+#include "windows/common/NamedButton.h"
 #include "windows/common/ReportWindowHost.h"
 #include "windows/common/TableWindow.h"
 
@@ -49,14 +50,10 @@ frmStandSummary::frmStandSummary(TreeModel &tm, QWidget *parent) : QWidget(paren
     gphSummary->setKind(ChartData::Kind::TimeLines);
     gphSummary->setMinimumHeight(260);
 
-    cmdPrint = new QPushButton(QStringLiteral("Print"), this);
-    cmdPrint->setObjectName(QStringLiteral("cmdPrint"));
-    cmdExport = new QPushButton(QStringLiteral("Export..."), this);
-    cmdExport->setObjectName(QStringLiteral("cmdExport"));
-    cmdHelp = new QPushButton(QStringLiteral("Help"), this);
-    cmdHelp->setObjectName(QStringLiteral("cmdHelp"));
-    cmdClose = new QPushButton(QStringLiteral("Close"), this);
-    cmdClose->setObjectName(QStringLiteral("cmdClose"));
+    cmdPrint = NamedButton(QStringLiteral("Print"), QStringLiteral("cmdPrint"), this);
+    cmdExport = NamedButton(QStringLiteral("Export..."), QStringLiteral("cmdExport"), this);
+    cmdHelp = NamedButton(QStringLiteral("Help"), QStringLiteral("cmdHelp"), this);
+    cmdClose = NamedButton(QStringLiteral("Close"), QStringLiteral("cmdClose"), this);
 
     auto *choice = new QHBoxLayout;
     choice->addWidget(chartLabel);
